@@ -1,0 +1,4 @@
+# Line store and codec: loading and saving a 100 MB file, iconv on the same file, 10 million
+# rows, and the convert-versus-iconv script.
+zv_benchmark(zv_memo_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/LoadSaveBench.cpp
+  DEPS zv_memo_store)

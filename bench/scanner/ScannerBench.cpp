@@ -1,0 +1,182 @@
+// Scanner benchmarks. The corpus is a 90 MB C file made of the machine's C headers
+// (make_c_corpus.sh); ZV_SCANNER_CORPUS names another file.
+#include "ZvMemoControl/CodePages.h"
+#include "ZvMemoControl/OpenTextFile.h"
+#include "shell/Utf.h"
+#include "syntax/BackgroundThread.h"
+#include "syntax/ColourWalk.h"
+#include "syntax/ZvSyntax.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+
+namespace zv {
+namespace {
+
+std::string CorpusPath() {
+    if (const char* p = std::getenv("ZV_SCANNER_CORPUS"); p && *p)
+        return p;
+    const std::string path = "/tmp/zv-corpus-90.c";
+    const std::string cmd =
+        std::string(ZV_SOURCE_DIR) + "/bench/scanner/make_c_corpus.sh " + path + " 90";
+    if (std::system(cmd.c_str()) != 0)
+        return {};
+    return path;
+}
+
+struct TBenchDoc {
+    TZvMemoStrings Store;
+    TMemoStyleHost Host;
+    std::unique_ptr<TScanContext> Ctx;
+    std::unique_ptr<TLineScanner> Scanner;
+    std::int64_t Bytes = 0;
+
+    bool LoadSyntax() {
+        TZvSyntax syntax;
+        const auto file = std::filesystem::path(ZV_SOURCE_DIR) / "data" / "Syntax" / "c.syx";
+        if (!syntax.LoadStyleFromFile(&Host, Utf8ToUtf16(file.string()), u"c", 1, u""))
+            return false;
+        Ctx = std::make_unique<TScanContext>(Host, TScanOptions{});
+        Scanner = std::make_unique<TLineScanner>(Store, *Ctx);
+        return true;
+    }
+};
+
+TBenchDoc& Corpus() {
+    // Built once and never destroyed: the store is not movable and the run ends with it.
+    static TBenchDoc* doc = [] {
+        auto* d = new TBenchDoc;
+        TFileType type;
+        std::string error;
+        const std::string path = CorpusPath();
+        if (!path.empty() && OpenTextFile(d->Store, path, cpAutoDetect, type, error))
+            d->Bytes = std::int64_t(std::filesystem::file_size(path));
+        d->LoadSyntax();
+        return d;
+    }();
+    return *doc;
+}
+
+// A document of about a million rows of C, swept complete.
+TBenchDoc& MillionRows() {
+    static TBenchDoc* doc = [] {
+        auto* d = new TBenchDoc;
+        std::u16string text;
+        const std::u16string_view block =
+            u"/* a comment\n   of two rows */\nstatic int f(int a, char *s) {\n"
+            u"    if (a > 0x10) return strlen(\"text\") + 'c'; // note\n    return a;\n}\n\n";
+        const auto blockRows = std::count(block.begin(), block.end(), u'\n');
+        for (std::ptrdiff_t rows = 0; rows < 1'000'000; rows += blockRows)
+            text += block;
+        d->Store.SetTextStr(text);
+        d->LoadSyntax();
+        std::atomic<bool> halt{false};
+        d->Scanner->Sweep(halt);
+        return d;
+    }();
+    return *doc;
+}
+
+// Every row of the 90 MB file through the one-row scanner, state carried, no sink.
+void BM_ScanRows90MB(benchmark::State& state) {
+    TBenchDoc& d = Corpus();
+    if (!d.Ctx || d.Bytes == 0)
+        return state.SkipWithError("no corpus");
+    TScanScratch scratch;
+    for (auto _ : state) {
+        TStyle s;
+        ClearStyle(s, true);
+        for (int row = 0; row < d.Store.Count(); ++row) {
+            TScanRequest r;
+            r.Text = d.Store.Get(row);
+            ScanRow(*d.Ctx, r, s, scratch);
+        }
+        benchmark::DoNotOptimize(s);
+    }
+    state.SetBytesProcessed(state.iterations() * d.Bytes);
+    state.counters["rows"] = d.Store.Count();
+}
+BENCHMARK(BM_ScanRows90MB)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// The same with the colouring walk's sink (runs collected, as the painter and export do).
+void BM_ColourRuns90MB(benchmark::State& state) {
+    TBenchDoc& d = Corpus();
+    if (!d.Ctx || d.Bytes == 0)
+        return state.SkipWithError("no corpus");
+    TScanScratch scratch;
+    TRunCollector runs;
+    for (auto _ : state) {
+        TStyle s;
+        ClearStyle(s, true);
+        for (int row = 0; row < d.Store.Count(); ++row) {
+            runs.Runs.clear();
+            TScanRequest r;
+            r.Text = d.Store.Get(row);
+            r.Sink = &runs;
+            ScanRow(*d.Ctx, r, s, scratch);
+        }
+        benchmark::DoNotOptimize(runs.Runs.data());
+    }
+    state.SetBytesProcessed(state.iterations() * d.Bytes);
+}
+BENCHMARK(BM_ColourRuns90MB)->Unit(benchmark::kMillisecond)->Iterations(2);
+
+// One keystroke in the middle of a million-row document, as the editor handles it: the row
+// changes, the scanner is told, and the 60 rows on screen get their runs. Arg 0 types a
+// letter (end state unchanged); arg 1 opens a block comment (every row below changes).
+void BM_KeystrokeToRecolouredRows(benchmark::State& state) {
+    TBenchDoc& d = MillionRows();
+    const int row = d.Store.Count() / 2;
+    const std::u16string_view typed = state.range(0) ? u"/*" : u"x";
+    for (auto _ : state) {
+        state.PauseTiming();
+        // Undo the previous keystroke and make the states complete again, untimed.
+        d.Store.SetLineString(row, u"    return a;");
+        d.Scanner->ClearLineStylesFrom(row);
+        d.Scanner->InvalidateLine(row);
+        std::atomic<bool> halt{false};
+        d.Scanner->Sweep(halt);
+        state.ResumeTiming();
+        d.Store.InsertAt(row, typed, 5);
+        d.Scanner->ClearLineStylesFrom(row);
+        const TRedrawRange redraw = d.Scanner->InvalidateLine(row);
+        std::size_t runs = 0;
+        for (int r = row - 30; r < row + 30; ++r)
+            runs += RowRuns(*d.Scanner, r).size();
+        benchmark::DoNotOptimize(redraw);
+        benchmark::DoNotOptimize(runs);
+    }
+    state.counters["rows"] = d.Store.Count();
+}
+BENCHMARK(BM_KeystrokeToRecolouredRows)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+
+// How long an edit waits for the handshake while the first sweep of a million rows runs.
+void BM_PauseDuringFirstSweep(benchmark::State& state) {
+    TBenchDoc& d = MillionRows();
+    IBackgroundHost host;
+    for (auto _ : state) {
+        state.PauseTiming();
+        d.Scanner->ClearLineStylesFrom(0);
+        TBackgroundThread thread(*d.Scanner, host,
+                                 {std::chrono::milliseconds(0), std::chrono::milliseconds(1),
+                                  std::chrono::milliseconds(1), std::chrono::milliseconds(1)});
+        thread.SuspendThread(false);
+        while (d.Scanner->States().ValidRows() < 50'000)
+            std::this_thread::yield();
+        state.ResumeTiming();
+        thread.SuspendThread(true);
+        state.PauseTiming();
+        thread.SuspendThread(false);
+        thread.StopBackgroundThread(true);
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_PauseDuringFirstSweep)->Unit(benchmark::kMicrosecond)->Iterations(20);
+
+} // namespace
+} // namespace zv
+
+BENCHMARK_MAIN();

@@ -1,0 +1,12 @@
+# Compiler warnings and sanitizer flags shared by every target.
+add_compile_options(-Wall -Wextra)
+if(ZV_WERROR)
+  add_compile_options(-Werror)
+endif()
+if(ZV_SANITIZE STREQUAL "address")
+  add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=address,undefined)
+elseif(ZV_SANITIZE STREQUAL "thread")
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+endif()

@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# Installs the Debian 12 packages that building, running and testing Zevrit need, when missing.
+# Usage: scripts/setup.sh [build|test|bench]   (test adds the servers and tools the tests start,
+# bench the reference tools of the benchmark scripts)
+set -euo pipefail
+
+build_pkgs=(
+  cmake ninja-build ccache g++ pkg-config
+  qt6-base-dev qt6-declarative-dev libgl-dev
+  libicu-dev libpcre2-dev nlohmann-json3-dev libpugixml-dev nettle-dev libssl-dev libssh-dev
+  libhunspell-dev hunspell-en-us
+  googletest libgtest-dev libgmock-dev libbenchmark-dev
+)
+test_pkgs=(
+  xvfb xauth icu-devtools dos2unix file diffutils python3-pygments
+)
+# Reference tools the benchmark scripts under bench/ run side by side with zvtool.
+bench_pkgs=(
+  bc libkf5syntaxhighlighting-tools
+)
+
+wanted=("${build_pkgs[@]}")
+[ "${1:-build}" = test ] && wanted+=("${test_pkgs[@]}")
+[ "${1:-build}" = bench ] && wanted+=("${bench_pkgs[@]}")
+
+missing=()
+for p in "${wanted[@]}"; do
+  status=$(dpkg-query -W -f='${Status}' "$p" 2>/dev/null || true)
+  [ "$status" = "install ok installed" ] || missing+=("$p")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "Installing: ${missing[*]}"
+sudo=()
+[ "$(id -u)" -eq 0 ] || sudo=(sudo)
+export DEBIAN_FRONTEND=noninteractive
+"${sudo[@]}" apt-get update -qq
+"${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -1,0 +1,93 @@
+// File and memory streams for the codec.
+#include "ZvMemoControl/Streams.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+
+namespace zv {
+
+std::size_t TZvMemoryInStream::Read(char* buffer, std::size_t count) {
+    if (FPosition >= Size())
+        return 0;
+    const std::size_t n = std::min(count, FBytes.size() - static_cast<std::size_t>(FPosition));
+    std::memcpy(buffer, FBytes.data() + FPosition, n);
+    FPosition += static_cast<std::int64_t>(n);
+    return n;
+}
+
+TZvFileInStream::TZvFileInStream(const std::string& fileName) {
+    FFd = ::open(fileName.c_str(), O_RDONLY | O_CLOEXEC);
+    if (FFd < 0)
+        FError = std::strerror(errno);
+}
+
+TZvFileInStream::~TZvFileInStream() {
+    if (FFd >= 0)
+        ::close(FFd);
+}
+
+std::int64_t TZvFileInStream::Size() const {
+    struct stat st {};
+    if (FFd < 0 || ::fstat(FFd, &st) != 0)
+        return 0;
+    return static_cast<std::int64_t>(st.st_size);
+}
+
+std::size_t TZvFileInStream::Read(char* buffer, std::size_t count) {
+    std::size_t done = 0;
+    while (done < count) {
+        const ssize_t n = ::pread(FFd, buffer + done, count - done, FPosition);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            throw std::system_error(errno, std::generic_category(), "read");
+        }
+        if (n == 0)
+            break;
+        done += static_cast<std::size_t>(n);
+        FPosition += n;
+    }
+    return done;
+}
+
+TZvFdOutStream::~TZvFdOutStream() {
+    try {
+        Flush();
+    } catch (...) {
+        // The owner flushes explicitly to see errors; a destructor must not throw.
+    }
+}
+
+void TZvFdOutStream::Write(const char* data, std::size_t count) {
+    if (FBuffer.size() + count > kBufferSize)
+        Flush();
+    if (count >= kBufferSize) {
+        FBuffer.assign(data, count);
+        Flush();
+        return;
+    }
+    FBuffer.append(data, count);
+}
+
+void TZvFdOutStream::Flush() {
+    std::size_t done = 0;
+    while (done < FBuffer.size()) {
+        const ssize_t n = ::write(FFd, FBuffer.data() + done, FBuffer.size() - done);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            throw std::system_error(errno, std::generic_category(), "write");
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    FWritten += static_cast<std::int64_t>(done);
+    FBuffer.clear();
+}
+
+} // namespace zv

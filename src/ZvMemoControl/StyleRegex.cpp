@@ -1,0 +1,68 @@
+// PCRE2 (16-bit) behind TStyleRegex.
+#include "ZvMemoControl/StyleRegex.h"
+
+#define PCRE2_CODE_UNIT_WIDTH 16
+#include <pcre2.h>
+
+#include <charconv>
+
+namespace zv {
+
+TRegexMatch::TRegexMatch() : FData(pcre2_match_data_create(10, nullptr)) {}
+
+TRegexMatch::~TRegexMatch() {
+    pcre2_match_data_free(FData);
+}
+
+TStyleRegex::TStyleRegex(std::u16string_view pattern, bool caseless) {
+    int errorCode = 0;
+    PCRE2_SIZE errorOffset = 0;
+    const std::uint32_t options =
+        PCRE2_UTF | PCRE2_MATCH_INVALID_UTF | (caseless ? PCRE2_CASELESS : 0u);
+    FCode = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), options,
+                          &errorCode, &errorOffset, nullptr);
+    if (!FCode) {
+        PCRE2_UCHAR message[256];
+        const int n = pcre2_get_error_message(errorCode, message, 256);
+        for (int i = 0; i < n; ++i)
+            FError.push_back(message[i] < 0x80 ? static_cast<char>(message[i]) : '?');
+        char at[24];
+        auto end = std::to_chars(at, at + sizeof at, errorOffset).ptr;
+        FError += " at offset " + std::string(at, end);
+        return;
+    }
+    pcre2_jit_compile(FCode, PCRE2_JIT_COMPLETE); // falls back to the interpreter on failure
+}
+
+TStyleRegex::~TStyleRegex() {
+    pcre2_code_free(FCode);
+}
+
+long long TStyleRegex::Run(std::u16string_view subject, std::size_t offset, bool anchored,
+                           TRegexMatch& scratch, int& length) const {
+    length = 0;
+    if (!FCode || offset > subject.size())
+        return -1;
+    const int rc = pcre2_match(FCode, reinterpret_cast<PCRE2_SPTR>(subject.data()), subject.size(),
+                               offset, anchored ? PCRE2_ANCHORED : 0u, scratch.Data(), nullptr);
+    if (rc < 0)
+        return -1;
+    const PCRE2_SIZE* ov = pcre2_get_ovector_pointer(scratch.Data());
+    if (ov[1] < ov[0]) // \K can put the end before the start
+        return -1;
+    length = static_cast<int>(ov[1] - ov[0]);
+    return static_cast<long long>(ov[0]);
+}
+
+int TStyleRegex::MatchAt(std::u16string_view subject, std::size_t offset,
+                         TRegexMatch& scratch) const {
+    int length = 0;
+    return Run(subject, offset, true, scratch, length) >= 0 ? length : -1;
+}
+
+long long TStyleRegex::Find(std::u16string_view subject, std::size_t offset, TRegexMatch& scratch,
+                            int& length) const {
+    return Run(subject, offset, false, scratch, length);
+}
+
+} // namespace zv

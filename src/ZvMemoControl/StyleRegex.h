@@ -1,0 +1,57 @@
+// A regular expression of a syntax (a "#" keyword group or block), compiled once with the
+// JIT when the style set is loaded. The compiled code is immutable and shared by every thread;
+// each thread brings its own TRegexMatch scratch.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+struct pcre2_real_code_16;
+struct pcre2_real_match_data_16;
+
+namespace zv {
+
+// Per-thread match scratch; reuse it across calls so matching does not allocate.
+class TRegexMatch {
+public:
+    TRegexMatch();
+    ~TRegexMatch();
+    TRegexMatch(const TRegexMatch&) = delete;
+    TRegexMatch& operator=(const TRegexMatch&) = delete;
+    pcre2_real_match_data_16* Data() const { return FData; }
+
+private:
+    pcre2_real_match_data_16* FData;
+};
+
+class TStyleRegex {
+public:
+    // Compiles `pattern` with UTF and invalid-UTF matching, caseless when asked. On a bad
+    // pattern Valid() is false and Error() says why and where.
+    TStyleRegex(std::u16string_view pattern, bool caseless);
+    ~TStyleRegex();
+    TStyleRegex(const TStyleRegex&) = delete;
+    TStyleRegex& operator=(const TStyleRegex&) = delete;
+
+    bool Valid() const { return FCode != nullptr; }
+    const std::string& Error() const { return FError; }
+
+    // Length of the match that starts exactly at `offset` of `subject`, or -1 for none (also
+    // on a match error or an invalid pattern). The subject may be any part of a row.
+    int MatchAt(std::u16string_view subject, std::size_t offset, TRegexMatch& scratch) const;
+
+    // The first match at or behind `offset`: its start, with its length in `length`; -1 for
+    // none.
+    long long Find(std::u16string_view subject, std::size_t offset, TRegexMatch& scratch,
+                   int& length) const;
+
+private:
+    long long Run(std::u16string_view subject, std::size_t offset, bool anchored,
+                  TRegexMatch& scratch, int& length) const;
+
+    pcre2_real_code_16* FCode = nullptr;
+    std::string FError;
+};
+
+} // namespace zv

@@ -1,0 +1,311 @@
+// TZvCustomMemo: the editor control's editing model, free of any window toolkit: caret and
+// selection, what each key does to the text, clipboard, word lookups, and the one sequence
+// every change passes (rows, undo record, line-changed hook, scanner invalidation, wrap
+// refresh, repaint). TZvMemo adds the command layer. A widget drives it and paints it.
+#pragma once
+
+#include "ZvMemoControl/MemoState.h"
+#include "ZvMemoControl/ZvMemoEditText.h"
+#include "ZvMemoControl/ZvMemoUndoList.h"
+#include "platform/EditorServices.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace zv {
+
+class TZvMemoStrings;
+
+// Shift state of a move: the bits of MoveCursor's `shift`.
+enum TShiftBits : unsigned { ssShift = 1, ssAlt = 2, ssCtrl = 4 };
+
+class TZvCustomMemo : public TZvMemoState {
+public:
+    explicit TZvCustomMemo(TEditorServices services = {});
+    virtual ~TZvCustomMemo();
+    TZvCustomMemo(const TZvCustomMemo&) = delete;
+    TZvCustomMemo& operator=(const TZvCustomMemo&) = delete;
+
+    // ---- Text. The store must outlive the control or be replaced first; the control hands
+    // it its fields (SetMemo). Setting a store clears the undo list and the caret.
+    void SetLines(TZvMemoStrings* lines);
+    TZvMemoStrings& Lines() { return *FLines; }
+    const TZvMemoStrings& Lines() const { return *FLines; }
+    void SetServices(TEditorServices services);
+    const TEditorServices& Services() const { return FServices; }
+    // Rows as the control sees them: an empty store counts as one empty row.
+    int RowCount() const;
+    std::u16string_view RowText(int row) const;
+    int RowLength(int row) const { return static_cast<int>(RowText(row).size()); }
+
+    // ---- Caret and selection (rows, 0-based columns; a column may lie past the end).
+    TZvPos Caret() const { return {FCurX, FCurY}; }
+    // Moves the caret; row clipped to the text, column to 0.. (past the end allowed unless
+    // FNotepadCursor, which clips to the row's length). Clears the selection unless
+    // `keepSelection`.
+    void SetTextCursor(int x, int y, bool keepSelection = false);
+    // dx/dy steps with `shift` a set of TShiftBits (Shift extends the selection, Ctrl moves by
+    // words or scrolls, Alt goes to the row's ends or the view's top and bottom).
+    void MoveCursor(int dx, int dy, unsigned shift);
+    void GoHome(unsigned shift);
+    void GoEnd(unsigned shift);
+    // Moves by a page of FVisibleRows rows.
+    void MovePage(int direction, unsigned shift);
+    void SetSelection(TZvPos start, TZvPos end); // caret goes to `end`
+    void ClearSelection();
+    void SelectAll();
+    bool HasSelection() const;
+    // The selection's ends in document order.
+    void OrderedSelection(TZvPos& start, TZvPos& end) const;
+    TZvPos SelStart() const { return {FSelStartX, FSelStartY}; }
+    TZvPos SelEnd() const { return {FSelEndX, FSelEndY}; }
+    std::u16string GetSelection() const;
+    std::int64_t GetSelectionLength() const;
+
+    // ---- Columns. Visual columns expand tabs to FTabSize stops; character columns count
+    // UTF-16 units. Past the row's end each column counts 1.
+    int FromRealCursorPos(int row, int col) const;
+    int ToRealCursorPos(int row, int visualCol) const;
+    // Pixel position of character column `col` of `row` (FMargin included).
+    double TextLength(int row, int col) const;
+    // The character column whose position is nearest to pixel `px` in `row` (no clipping to
+    // the row's end: past it, columns step by a space width).
+    int ColumnAtPixel(int row, double px) const;
+
+    // ---- Editing. Each returns false when refused (read-only, nothing to do).
+    bool KeyPress(char16_t c); // a typed character, with auto-close
+    bool InsertChar(char16_t c);
+    bool OverwriteChar(char16_t c);
+    bool EnterPress();
+    bool Backspace();
+    // Deletes the cluster at (x, y), or at the caret when x is -1.
+    bool DeleteChar(int x = -1, int y = -1);
+    bool DeleteSelection(bool record = true);
+    // Inserts `text` (any line ends) at the caret, replacing the selection; the caret goes
+    // behind it unless FPasteDoNotMoveCursor or !moveToEnd.
+    bool InsertText(std::u16string_view text, bool moveToEnd = true);
+    bool InsertTab();
+    // Puts `open` before and `close` behind the selection in one edit; the enclosed text stays
+    // selected. False without a selection.
+    bool EncloseSelection(std::u16string_view open, std::u16string_view close);
+
+    // ---- Whole lines (logical lines: a line with its wrapped continuation rows).
+    // Removes the caret's line with its line end; the caret keeps its column on the line that
+    // takes the place.
+    bool DeleteCurrentLine();
+    bool DeleteLine(int row);
+    // Inserts an empty line above `row` (row == RowCount(): after the last line).
+    bool InsertLine(int row);
+    // Repeats the caret's line, or the lines the selection touches, below themselves.
+    bool DuplicateCurrentLine();
+
+    // ---- Clipboard. Text travels with LF line ends.
+    bool CopyToClipboard();
+    bool CutToClipboard();
+    bool PasteFromClipboard(bool addLineEnd = false);
+    // Pastes with re-indent when asked: lines after the first move to the target column.
+    // `atLineStart`: a whole line, inserted above the caret's row. `cursorAt` >= 0: caret
+    // offset in the pasted text (line ends count 2). `useSel`: "[[sel]]"/"%sel%" take the
+    // selection.
+    bool SmartPasteText(std::u16string_view text, bool atLineStart, bool forceSmart = false,
+                        int cursorAt = -1, bool useSel = false);
+    // Drops `text` at (x, y). `move`: a move out of this control's own selection, recorded
+    // as one undo step (delete plus paste).
+    bool DropText(int x, int y, std::u16string_view text, bool move);
+    bool CanCopy() const;
+    bool CanPaste() const;
+    // The text of the whole-line clipboard form written into the text itself, cut at its
+    // first zero; true when the tail carries the mark.
+    static bool SplitClipboardText(std::u16string& text);
+
+    // ---- Words and tokens.
+    bool IsSymbolBoundary(char16_t c) const;
+    static bool CharIsWhiteSpace(char16_t c, bool tabToo);
+    // The word around the caret; `start` its 1-based column (0 when none). With `select` the
+    // word becomes the selection with the caret at its end.
+    std::u16string WordAtCursorPos(int& start, bool select);
+    std::u16string WordAtCursor();
+    std::u16string FullWordAtCursor();
+    std::u16string LeftWordAtCursor() const;
+    std::u16string TokenAtCursor() const;
+    std::u16string WordAtXY(int x, int y) const;
+    std::u16string IdentifierAtCursor() const;
+    std::u16string NumberAtCursor() const;
+    char16_t CharValueAtCursor() const;
+
+    // ---- Undo.
+    TZvUndoList& UndoList() { return *FUndoList; }
+    bool Undo();
+    bool Redo();
+    bool CanUndo() const;
+    bool CanRedo() const;
+    // Drops every record; a modified document stays modified until it is saved.
+    void ClearUndoList();
+    // The text was saved: this state is the unmodified one from now on.
+    void Saved();
+    // True exactly when the text differs from the saved text (as far as edits tell).
+    bool Modified() const;
+    // Forces the modified state; false also makes the current state the saved one.
+    void SetModified(bool value);
+    // Opens an undo group: the edits until EndUndoGroup are one undo step.
+    void BeginUndoGroup();
+    void EndUndoGroup();
+
+    // ---- The change sequence. Every edit calls Change; undo and redo call Replay.
+    // Replaces [from, to) (rows) by `text` and returns the end of the inserted text.
+    // `record` (may be null) gets the change, caret and selection and goes to the undo list.
+    TZvPos Change(TZvPos from, TZvPos to, const TEditText& text, std::unique_ptr<TUndo> record,
+                  TZvPos caretBefore);
+    // The same without a record, for undo and redo (FIsPerforming is set then).
+    TZvPos Replay(TZvPos from, TZvPos to, const TEditText& text);
+    // Unwrapped <-> row positions (identity while nothing wraps).
+    TZvPos Unwrapped(TZvPos p) const;
+    TZvPos Wrapped(TZvPos p) const;
+    // Marks a row changed for the change history and the modified state.
+    void ChangeLineHistory(int row);
+
+    // Called before the rows change, once per change: an editor with a background reader
+    // of the rows pauses it here (the store's row writes take no lock).
+    virtual void BeforeChange() {}
+    // Extension points of the sequence, called in this order after the rows changed. They
+    // do nothing yet beyond what is said; the scanner, wrap and language server hook in here.
+    virtual void LineChanged(int row);             // after every edit, for its first row
+    virtual void ClearLineStylesFrom(int row);     // scanner state is stale from `row` on
+    virtual void RefreshWrap(int first, int last); // rows first..last need wrapping again
+    // Asks the edit test (the application's hook); false refuses the edit silently.
+    virtual bool CanEdit() const;
+    // True when `pos` lies in a comment or string per the scanner; no partner is auto-closed
+    // there. Without a scanner: false.
+    virtual bool InCommentOrString(TZvPos pos) const;
+
+    // ---- Events.
+    std::function<void(int firstRow, int lastRow)> FOnInvalidate; // lastRow -1: to the end
+    std::function<void()> FOnChange;                              // the text changed
+    std::function<void()> FOnCursorChange;
+    std::function<void()> FOnSelectionChange;
+    std::function<void(bool canUndo, bool canRedo)> FOnUndoChange;
+    std::function<void(bool modified)> FOnModifiedChange;
+    std::function<void()> FOnStatusChange;
+    std::function<void(bool overwrite)> FOnOverwriteToggle;
+    // May take over the clipboard text: `text` in and out, `handled` true stops the default.
+    std::function<void(std::u16string& text, bool& handled)> FOnClipboard;
+
+    // ---- Caret and selection fields.
+    std::int32_t FOldCurX = 0; // remembered pixel position for up and down
+    std::int32_t FSelStartX = 0, FSelStartY = 0, FSelEndX = 0, FSelEndY = 0;
+    std::int32_t FPrevSelX = 0, FPrevSelY = 0; // caret at the last selection update
+    bool FColumnMode = false;
+    bool FSelectionMode = false; // sticky selection: moves act as if Shift were held
+    bool FNotepadCursor = false; // the caret cannot pass a line end
+    bool FOverwrite = false;
+    bool FReadOnly = false;
+    bool FModified = false;
+    bool FModifiedAndSaved = false;
+    std::int32_t FLeftCol = 0;
+    std::int32_t FVisibleRows = 30; // rows in the view, set by the widget
+    bool FHideCaret = false;
+    bool FLetRefresh = true;
+    bool FIsClosing = false;
+    bool FUpdate = false; // a structural rescan is due (after Enter)
+
+    // ---- Settings (start values as constructed).
+    bool FAutoIndent = true;
+    bool FAutoCloseBraces = false;
+    bool FAutoCloseBracesText = false;
+    bool FTabAsSpaces = true;
+    bool FSmartTab = false;
+    bool FSmartBackspace = false;
+    bool FSmartPaste = false;
+    bool FOverwritePasteMode = false;
+    bool FPasteDoNotMoveCursor = false;
+    bool FCopyLineToClipboard = false;
+    bool FAllowDragText = true;
+    bool FSelectionMoveCaret = false;
+    bool FTripleClickToSelectLine = true;
+    bool FHomeKeyToLineStart = false;
+    bool FEncloseSelectionWithParenthesis = false;
+    bool FEncloseSelectionWithQuotes = false;
+    std::int32_t FMargin = 1;
+    std::int32_t FZoomValue = 100;
+    bool FWantTab = true;
+    bool FSyncEditMode = false;     // sync edit is not built yet; kept off during replay
+    bool FFolding = false;          // folds are not built yet; kept off during replay
+    std::u16string FUserDelimiters; // the syntax's word delimiters, when it has them
+    std::u16string FAutoCloseBraceStart, FAutoCloseBraceEnd; // the syntax's pairs
+    bool FHasSyntax = false;
+
+    // Undo replay state, read by the change sequence.
+    bool FChangeHistoryUndo = false;
+    bool FChangeHistoryRedo = false;
+
+protected:
+    // Input aids saved while a record replays (all switched off meanwhile).
+    struct TInputAids {
+        bool AutoIndent, SmartBackspace, Overwrite, TabAsSpaces, AutoCloseBraces,
+            AutoCloseBracesText, SyncEditMode, Folding, WordWrap;
+    };
+    friend class TUndo;
+    friend class TZvUndoList;
+    TInputAids BeginReplay(bool undo);
+    void EndReplay(const TInputAids& saved);
+
+private:
+    // Shared by the editing files.
+    void EnsureRow(int row);
+    TZvPos ClipToText(TZvPos p) const;
+    void SetCaretKeepSelection(TZvPos p);
+    void AfterCaretMove(bool extend, TZvPos oldCaret);
+    void NotifyCursor();
+    void NotifySelection();
+    int PrevVisibleRow(int row) const;
+    int NextVisibleRow(int row) const;
+    int NextWordStart(TZvPos p) const;
+    int PrevWordStart(TZvPos p) const;
+    ITextBreaks& Breaks() const;
+    const ITextMeasure& Measure() const;
+    IClipboard& Clipboard();
+    // Replaces the selection or inserts at the caret, with a Paste/Replace record.
+    TZvPos InsertAtCaret(const TEditText& text, std::unique_ptr<TUndo> record);
+    TEditText PaddingFor(TZvPos caret) const;
+    bool TryAutoClose(char16_t c);
+    bool TryEnclose(char16_t c);
+    // First and last row of the logical line holding `row`.
+    void LineRows(int row, int& first, int& last) const;
+    std::u16string IndentForEnter() const;
+    bool SmartBackspaceStep();
+    bool DeleteRange(TZvPos from, TZvPos to, std::unique_ptr<TUndo> record);
+    bool JoinWithNext(TZvPos caret, bool backspace);
+    void NotifyChange(int firstRow, int lastRow, bool shapeChanged);
+    void UndoChanged();
+    void UpdateModified();
+    std::u16string TokenAt(TZvPos p) const;
+    void WordBounds(std::u16string_view row, int col, int& from, int& to) const;
+    std::u16string ReindentForPaste(std::u16string_view text, int target) const;
+
+    TZvMemoStrings* FLines;
+    std::unique_ptr<TZvMemoStrings> FOwnLines; // used until SetLines gives one
+    std::unique_ptr<TZvUndoList> FUndoList;
+    TEditorServices FServices;
+    std::unique_ptr<ITextBreaks> FBreaks;
+    std::unique_ptr<ITextMeasure> FOwnMeasure;
+    std::unique_ptr<IClipboard> FOwnClipboard;
+    bool FLastModified = false; // last value told to FOnModifiedChange
+    int FGroupDepth = 0;
+};
+
+// The command layer: actions the key map and menus call.
+class TZvMemo : public TZvCustomMemo {
+public:
+    using TZvCustomMemo::TZvCustomMemo;
+    void acnUndo() { Undo(); }
+    void acnRedo() { Redo(); }
+    void acnCut() { CutToClipboard(); }
+    void acnCopy() { CopyToClipboard(); }
+    void acnPaste() { PasteFromClipboard(); }
+    void acnSelectAll() { SelectAll(); }
+    void acnDelete();
+    void acnToggleOverwrite();
+};
+
+} // namespace zv

@@ -1,0 +1,328 @@
+// TZvMemoStrings: the line store. A flat array of display rows, each a copy-on-write UTF-16
+// text handle plus the row's TAttribute; wrapped continuations are rows with `Wrapped` set.
+// It also reads and writes text files (the codec lives in ZvMemoStringsLoad/Save.cpp).
+#pragma once
+
+#include "ZvMemoControl/MemoState.h"
+#include "ZvMemoControl/RowText.h"
+#include "ZvMemoControl/TextAttribute.h"
+#include "ZvMemoControl/ZvWideStrings.h"
+
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zv {
+
+class TZvInStream;
+class TZvOutStream;
+class TZvDecoder;
+
+// A document's line-end kind. The mixed kinds name the kind that prevails.
+enum TSysTextType : std::uint8_t {
+    sttWindows,
+    sttUnix,
+    sttMac,
+    sttMixedWindows,
+    sttMixedUnix,
+    sttMixedMac
+};
+
+class TZvMemoStrings;
+// Asks the application to choose among detected code pages; `candidates` hold
+// "name|percent#confidence". May change `codePage`.
+using TDetectCPEvent =
+    std::function<void(TZvMemoStrings& sender, std::uint32_t& codePage,
+                       const std::vector<std::string>& candidates, const std::string& fileName)>;
+// Load progress; position -1 with total 0 closes the display.
+using TProgressEvent = std::function<void(std::int64_t position, std::int64_t total)>;
+// Searches one row for a regular expression from 1-based `from`; returns the 1-based column
+// or 0, and the matched text in `match`.
+using TRegExMemoFindEvent = std::function<int(std::u16string_view row, std::u16string_view what,
+                                              int from, std::u16string& match)>;
+
+class TZvMemoStrings final : public TZvWideStringList {
+public:
+    TZvMemoStrings();
+    ~TZvMemoStrings() override;
+    TZvMemoStrings(const TZvMemoStrings&) = delete;
+    TZvMemoStrings& operator=(const TZvMemoStrings&) = delete;
+
+    // The control's fields the store reads; without a control, the store's own defaults.
+    // The control must outlive the store or detach with SetMemo(nullptr).
+    void SetMemo(TZvMemoState* memo) { FMemo = memo ? memo : &FOwnState; }
+    TZvMemoState& Memo() { return *FMemo; }
+    const TZvMemoState& Memo() const { return *FMemo; }
+    bool HasMemo() const { return FMemo != &FOwnState; }
+
+    // ---- Rows. Row numbers are 0-based; out-of-range reads answer empty, 0 or false.
+    int Count() const override { return static_cast<int>(FCount); }
+    std::u16string_view Get(int row) const override;
+    std::u16string GetLineString(int row) const { return std::u16string(Get(row)); }
+    int GetLineLength(int row) const { return static_cast<int>(Get(row).size()); }
+    // The unit at 1-based column `col`, or 0.
+    char16_t GetCharAt(int row, int col) const;
+    // Copies the row into `buffer`, growing it to length + 100 when short; returns the length.
+    int GetBuffer(int row, std::u16string& buffer) const;
+    // The row's text handle, shared (no copy of the characters).
+    TRowText GetRowText(int row) const;
+
+    // Appends (tab-expanded unless tabs are preserved) under FLock; returns the new row.
+    int Add(std::u16string_view s) override;
+    int AddLine(std::u16string_view s, const TAttribute& attribute);
+    int DoAdd(std::u16string_view s);
+    void Insert(int row, std::u16string_view s) override;
+    void InsertSilent(int row, std::u16string_view s) { DoInsert(row, s); }
+    void DoInsert(int row, std::u16string_view s);
+    void Delete(int row) override;
+    void DeleteSilent(int row, bool withWrapped);
+    void DoDelete(int row);
+    void DeleteLinesSilent(int row, int count);
+    // Opens a gap of `count` fresh empty rows before `row` in one move.
+    void PrepareLines(int row, int count);
+    void DeleteLineFromReal(int line);
+    void InsertLineFromReal(int line, std::u16string_view s);
+    void Clear() override;
+    void ClearQuick();
+    void ClearLine(int row);
+    void ClearSSA();
+    void SwapLines(int a, int b);
+    void Exchange(int a, int b) override { SwapLines(a, b); }
+    void Move(int from, int to);
+    void QuickSortA(int first, int last,
+                    const std::function<int(std::u16string_view, std::u16string_view)>& compare);
+    void CopyLineTo(int from, int to);
+    void SetLineString(int row, std::u16string_view s);
+    void SetLineBuffer(int row, const char16_t* buffer, int length) {
+        SetLineString(row, std::u16string_view(buffer, length > 0 ? length : 0));
+    }
+    // 1-based column edits; InsertAt appends past the end; both return the new length.
+    int InsertAt(int row, std::u16string_view s, int col);
+    int DeleteAt(int row, int col, int count);
+    void OverWriteAt(int row, std::u16string_view s, int col);
+    void SetAt(int row, std::u16string_view s) { SetLineString(row, s); }
+    bool IsLineBlank(int row) const;
+    bool CompareLines(int a, int b) const;
+    bool IsAnsiBetween(int row, int from, int to) const;
+    std::u16string RemoveTrailingBlanks(int row, bool keepTabs);
+    std::u16string GetStringAt(int row, int col, int count, bool trim) const;
+    // One CRC-32 per row over its UTF-16 bytes (after removing white space, then upper-casing,
+    // as asked).
+    void FillHashList(std::vector<std::uint32_t>& list, bool ignoreCase, bool ignoreSpaces) const;
+    int GetSpellList(int row, std::vector<TSpellRec>& list) const;
+    bool IsTextComplex(int row) const;
+    static bool IsTextComplex(std::u16string_view s);
+    int RealCount() const;
+
+    // ---- The list as a whole.
+    // Copies rows (sharing their text), attributes, code page, BOM and line-end kind.
+    void Assign(const TZvMemoStrings& source);
+    void AssignSilent(const TZvMemoStrings& source);
+    // Sorts by QuickSortA under FLock.
+    void CustomSort(
+        const std::function<int(std::u16string_view, std::u16string_view)>& compare) override;
+
+    // ---- Encoding commands: rows re-read in another code page (Lossy ones become "?").
+    // Encodes each row in the document's code page and decodes the bytes in `codePage`.
+    void ConvertAnsiLinesToAnsi(std::uint32_t codePage);
+    void LineConvertAnsiToAnsi(int row, std::uint32_t codePage);
+    // Keeps of each row what `codePage` can hold.
+    void ConvertStringLinesToAnsi(std::uint32_t codePage);
+    // Each row as the bytes of `codePage`, one unit per byte (the raw 8-bit view), and back.
+    void ConvertStringLinesToAscii(std::uint32_t codePage);
+    void ConvertAsciiLinesToString();
+    // Called after each row an encoding command changed.
+    std::function<void(int row)> OnLineChanged;
+
+    // A row as it is painted: spaces as U+00B7, tabs expanded, control characters as their
+    // pictures (unless the raw view's font shows them), U+00B6 where a line ends.
+    std::u16string GetVisual(int row, bool showEnd, bool showSpaces, bool expandTabs,
+                             bool showControls, bool fontShowsControls = false) const;
+
+    // ---- Attributes.
+    TAttribute CreateAttribute() const;
+    // The row's attribute; out of range, a default one that belongs to no row (do not keep).
+    const TAttribute& GetLineAttribute(int row) const;
+    // Writable attribute of a row in range, else nullptr. Not for `Hidden` (SetHiddenLine).
+    TAttribute* LineAttribute(int row);
+    TAttribute GetLineAttributeObject(int row) const { return GetLineAttribute(row); }
+    void SetLineAttribute(int row, const TAttribute& attribute);
+    void RestoreAttributes(int row, const TAttribute& attribute) {
+        SetLineAttribute(row, attribute);
+    }
+
+    // ---- Wrapped rows.
+    int AddWrapped(std::u16string_view s);
+    int AddWrappedFirst(std::u16string_view s, const TAttribute& attribute);
+    void InsertWrapped(int row, std::u16string_view s);
+    void InsertWrappedFirst(int row, std::u16string_view s);
+    void PutWrapped(int row, std::u16string_view s);
+    void PutWrappedFirst(int row, std::u16string_view s);
+    bool IsLineWrapped(int row) const { return GetLineAttribute(row).Wrapped(); }
+    bool GetHiddenLine(int row) const { return GetLineAttribute(row).Hidden(); }
+    void SetHiddenLine(int row, bool value);
+    int VisibleCount() const { return FVisibleCount; }
+
+    // ---- Coordinates.
+    int GetRealLine(int row);
+    int GetWrapIndex(int line);
+    int GetWrappedMainLineNumber(int row) const;
+    int GetWrappedLineCount(int row) const;
+    std::u16string GetUnwrappedLine(int row, int& count) const;
+    void GetUnwrappedPos(int& x, int& y);
+    void GetWrappedPos(int& x, int& y);
+    void GetWrappedPos(int& x, int& a, int& y);
+    void GetUnwrappedLinePos(int& y);
+    std::u16string GetMainLineIndentString(int row) const;
+    std::int64_t GetCharPosFromXY(int x, int y) const;
+    void GetXYFromCharPos(std::int64_t pos, int& x, int& y, bool fromStart = false) const;
+
+    // ---- Whole text.
+    std::u16string GetText(int startRow, int endRow, int startCol, int endCol, bool columnMode,
+                           bool addLineEnds, bool formFeed) const;
+    std::u16string GetText() const;              // CR LF after every line
+    std::u16string GetTextWithLinefeeds() const; // each line end as the file had it
+    std::u16string GetTabExpanded(int row) const;
+    int GetVisualLength(int row) const;
+    int GetVisualIndent(int row, int tabSize, bool blankAsNone) const;
+
+    // ---- Search primitives: 1-based column, 0 when not found or out of range.
+    int WPosAt(int row, std::u16string_view what, int from, bool caseless) const;
+    int WRPosAt(int row, std::u16string_view what, int from) const;
+    int WNCPosAt(int row, std::u16string_view what, int from) const;
+    int WNCRPosAt(int row, std::u16string_view what, int from) const;
+    int WTextPosAt(int row, std::u16string_view what, int from, int count, bool caseless) const;
+    // -1 with no callback, an empty row or no match; `match` is always cleared first.
+    int WRegexPosAt(int row, std::u16string_view what, int from, std::u16string& match) const;
+
+    // ---- Background-thread readers: each takes FLock only for the copy.
+    std::u16string GetLineStringFromThread(int row) const;
+    TAttribute GetLineAttributeFromThread(int row) const;
+    std::u16string GetUnwrappedLineFromThread(int row, int& count) const;
+    std::recursive_mutex& Lock() const { return FLock; }
+
+    // ---- Codec.
+    // Reads the file (code page, BOM, line ends as Part of the document). `clearUndo` is for
+    // the control. A missing file leaves the store as it was and returns false; so does a
+    // file the codec refuses (too large, no converter), with LastError() saying why.
+    bool LoadFromFile(const std::string& fileName, bool clearUndo = true);
+    bool LoadFromStream(TZvInStream& stream);
+    bool LoadFromBytes(std::string_view bytes);
+    // Writes atomically (temporary file beside the target, fsync, mode and owner kept,
+    // symlinks followed, rename). On failure the file on disk is untouched, LastError() says
+    // why, and false is returned.
+    bool SaveToFile(const std::string& fileName);
+    void SaveTextToStream(TZvOutStream& stream);
+    std::string SaveToBytes();
+    // The whole text with one kind of line end, BOM first, in one piece.
+    void SaveToStream(TZvOutStream& stream);
+    const std::string& LastError() const { return FLastError; }
+
+    // Splitting text into rows.
+    void SetTextStr(std::u16string_view s);
+    void SetTextStrSilent(std::u16string_view s);
+    void SetText(std::u16string_view s);
+    // Reads what the file grew by since the last load or save and adds it as rows.
+    bool AppendTail();
+
+    std::uint32_t CodePage() const { return FCodePage; }
+    void SetCodePage(std::uint32_t codePage) { FCodePage = codePage; }
+    bool UseBOM() const { return FUseBOM; }
+    void SetUseBOM(bool on) { FUseBOM = on; }
+    TSysTextType SysTextType() const { return FSysTextType; }
+    // Line ends the last load met: CR LF, LF alone, CR alone.
+    struct TLineEndCounts {
+        std::int64_t CrLf = 0, Lf = 0, Cr = 0;
+    };
+    TLineEndCounts LineEndCounts() const { return FLineEndCounts; }
+    // Rewrites the line-end bits of all rows for `kind` (mixed kinds clear them).
+    void SetSysTextType(TSysTextType kind);
+    // The kind given to rows before a load decides it (the "new file" line-end setting).
+    void SetDefaultSysTextType(TSysTextType kind) { FSysTextType = kind; }
+    const std::string& FileName() const { return FFileName; }
+    std::int64_t CurrentStreamPos() const { return FCurrentStreamPos; }
+    bool IllegalControlCodes() const { return FIllegalControlCodes; }
+    void SetIllegalControlCodes(bool on) { FIllegalControlCodes = on; }
+    // True when the last load had to substitute bytes it could not decode, or the last save
+    // characters the code page cannot hold.
+    bool Lossy() const { return FLossy; }
+    bool MonitorLogFile() const { return FMonitorLogFile; }
+    void SetMonitorLogFile(bool on) { FMonitorLogFile = on; }
+
+    // Load-time row cutting: adds `s` at the end, cut into `Wrapped` rows above
+    // FForcewrapLength (binary mode: 80), which sets FForceWrap.
+    void AddQuickLine(const TRowText& s);
+
+    TDetectCPEvent OnDetectCP;
+    TProgressEvent OnProgress;
+    TRegExMemoFindEvent OnRegExFind;
+    // When set, the loader/saver sets these flags to choose the path (one at most).
+    bool FSaveBigUnicode = false, FSaveUTF = false, FSaveCodePage = false;
+    std::int32_t LockCount = 0;
+
+private:
+    struct TRowItem {
+        TRowText FString;
+        TAttribute FObject;
+    };
+    friend class TRowSplitter;
+
+    TRowItem* Item(int row) { return FList + row; }
+    const TRowItem* Item(int row) const { return FList + row; }
+    bool InRange(int row) const { return row >= 0 && static_cast<std::size_t>(row) < FCount; }
+    void Grow(std::size_t needed);
+    void ReleaseList();
+    void ConvertRows(const std::function<std::u16string(std::u16string_view)>& convert);
+    void SetCapacity(std::size_t capacity);
+    // Opens a gap of `n` default-constructed items at `row` (a raw block move).
+    void OpenGap(std::size_t row, std::size_t n);
+    void CloseGap(std::size_t row, std::size_t n);
+    TRowItem& AppendItem();
+    TAttribute NewAttribute() const;
+    std::u16string Expanded(std::u16string_view s) const;
+    void RecountVisible();
+    bool IsDisplayWrapped() const;
+    void ApplyLineEndVerdict(std::int64_t crlf, std::int64_t lf, std::int64_t cr);
+    void LoadSlices(TZvInStream& stream, std::uint32_t codePage, bool ansiBreaks);
+    std::uint32_t ChooseEncoding(std::string_view head, std::size_t& bom, bool& ansiBreaks);
+    std::uint32_t RowLimit() const;
+    void LoadBinary(TZvInStream& stream);
+    void AppendPieces(const TRowText& s, std::uint32_t from, std::uint32_t limit, TRowItem& first);
+    // Appends `piece` to the last row; beyond the row limit the rest becomes `Wrapped` rows.
+    void ContinueLastRow(const TRowText& piece);
+    std::uint32_t ChooseCodePage(std::string_view sample);
+    std::uint32_t LineEndBitsFor(TSysTextType kind) const;
+    void WriteRows(TZvOutStream& stream, std::uint32_t codePage);
+
+    TRowItem* FList = nullptr;
+    std::size_t FCount = 0;
+    std::size_t FCapacity = 0;
+    std::size_t FListBytes = 0; // non-zero: FList is a memory mapping of that size
+    int FVisibleCount = 0;
+    mutable std::recursive_mutex FLock;
+
+    TZvMemoState FOwnState;
+    TZvMemoState* FMemo = &FOwnState;
+
+    std::uint32_t FCodePage;
+    bool FUseBOM = false;
+    TSysTextType FSysTextType = sttWindows;
+    std::string FFileName;
+    std::string FLastError;
+    std::int64_t FCurrentStreamPos = 0;
+    TLineEndCounts FLineEndCounts;
+    std::int64_t FSize = 0;
+    bool FAddToLastLine = false;
+    bool FAddToStringList = false;
+    bool FInString = false;
+    bool FMonitorLogFile = false;
+    bool FIllegalControlCodes = false;
+    bool FLossy = false;
+    // Real-line cache of GetWrapIndex: the last answer (line FRealLine starts at FWrapLine).
+    int FRealLine = 0, FWrapLine = 0;
+};
+
+} // namespace zv

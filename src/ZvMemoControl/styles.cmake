@@ -1,0 +1,11 @@
+# Style tables of one syntax and the per-row scanner state (engine: ICU and PCRE2, no Qt).
+zv_engine_library(zv_styles
+  SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/CaseFold.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/KeywordTable.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/LineStyle.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/MemoStyleHost.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/StyleCompanion.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/StyleRegex.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStyles.cpp
+  DEPS zv_ini PkgConfig::PCRE2 ICU::uc)

@@ -1,0 +1,89 @@
+// Diagnostic trace behind "DebugOptions.txt".
+#include "common/Trace.h"
+
+#include <atomic>
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <mutex>
+
+namespace zv {
+namespace {
+
+std::mutex traceMutex;
+std::atomic<bool> traceOn{false};
+FILE* traceFile = nullptr; // guarded by traceMutex; null when writing to stderr
+
+std::map<std::string, std::string> ReadNameValues(const std::filesystem::path& file) {
+    std::map<std::string, std::string> values;
+    std::ifstream in(file);
+    std::string line;
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        const auto eq = line.find('=');
+        if (eq != std::string::npos)
+            values.emplace(line.substr(0, eq), line.substr(eq + 1));
+    }
+    return values;
+}
+
+void WriteLine(std::string_view text) {
+    std::lock_guard lock(traceMutex);
+    FILE* out = traceFile ? traceFile : stderr;
+    std::fwrite(text.data(), 1, text.size(), out);
+    std::fputc('\n', out);
+    std::fflush(out);
+}
+
+} // namespace
+
+TraceTarget TraceConfigure(const std::filesystem::path& programDir,
+                           const std::filesystem::path& rootDir) {
+    TraceShutdown();
+    const auto options = ReadNameValues(programDir / "DebugOptions.txt");
+    const auto output = options.find("DebugOutput");
+    if (output == options.end() || (output->second != "1" && output->second != "2"))
+        return TraceTarget::Off;
+    if (output->second == "2") {
+        traceOn = true;
+        return TraceTarget::DebugChannel;
+    }
+    const auto append = options.find("LogFileAppend");
+    const bool appendMode = append != options.end() && append->second == "1";
+    std::error_code ec;
+    std::filesystem::create_directories(rootDir / "Data", ec);
+    const auto path = rootDir / "Data" / "DebugOutput.txt";
+    std::lock_guard lock(traceMutex);
+    traceFile = std::fopen(path.c_str(), appendMode ? "ab" : "wb");
+    if (!traceFile)
+        return TraceTarget::Off;
+    traceOn = true;
+    return TraceTarget::File;
+}
+
+bool TraceEnabled() {
+    return traceOn.load(std::memory_order_relaxed);
+}
+
+void Trace(std::string_view line) {
+    if (TraceEnabled())
+        WriteLine(line);
+}
+
+void TraceEnter(std::string_view function) {
+    if (!TraceEnabled())
+        return;
+    WriteLine("");
+    WriteLine(std::string(">") + std::string(function));
+}
+
+void TraceShutdown() {
+    std::lock_guard lock(traceMutex);
+    traceOn = false;
+    if (traceFile)
+        std::fclose(traceFile);
+    traceFile = nullptr;
+}
+
+} // namespace zv

@@ -1,0 +1,127 @@
+// UTF-8 decoding with an ASCII fast path, and encoding, slice by slice.
+#include "common/Utf8Stream.h"
+
+#include "common/Utf.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zv {
+namespace {
+
+inline bool AllAscii8(const unsigned char* p) {
+    std::uint64_t v;
+    std::memcpy(&v, p, 8);
+    return (v & 0x8080808080808080ull) == 0;
+}
+
+} // namespace
+
+// Decodes [p, end); stops before an incomplete sequence at the end unless `flush`.
+std::size_t TUtf8Decoder::DecodeRun(const unsigned char* p, const unsigned char* end, bool flush,
+                                    char16_t* dst, std::size_t& consumed) {
+    const unsigned char* const start = p;
+    char16_t* out = dst;
+    while (p < end) {
+        while (end - p >= 8 && AllAscii8(p)) {
+            for (int k = 0; k < 8; ++k)
+                out[k] = p[k];
+            out += 8;
+            p += 8;
+        }
+        if (p >= end)
+            break;
+        if (*p < 0x80) {
+            *out++ = *p++;
+            continue;
+        }
+        char32_t cp = 0;
+        const TUtf8Read read = ReadUtf8(p, end, cp);
+        if (read.Length > 0) {
+            out = PutUtf16(out, cp);
+            p += read.Length;
+            continue;
+        }
+        if (read.AtEnd && !flush)
+            break; // incomplete at the end: wait for more bytes
+        *out++ = 0xFFFD;
+        ++FSubstitutions;
+        p += read.Valid;
+    }
+    consumed = static_cast<std::size_t>(p - start);
+    return static_cast<std::size_t>(out - dst);
+}
+
+std::size_t TUtf8Decoder::Decode(std::string_view bytes, bool flush, char16_t* dst) {
+    auto p = reinterpret_cast<const unsigned char*>(bytes.data());
+    const auto end = p + bytes.size();
+    std::size_t written = 0;
+    if (FPendingLength > 0) {
+        // Finish the sequence the previous slice ended with, through a small buffer.
+        unsigned char joined[8];
+        std::memcpy(joined, FPending, FPendingLength);
+        const std::size_t take = std::min<std::size_t>(4, bytes.size());
+        std::memcpy(joined + FPendingLength, p, take);
+        const bool last = flush && take == bytes.size();
+        std::size_t consumed = 0;
+        written = DecodeRun(joined, joined + FPendingLength + take, last, dst, consumed);
+        if (consumed < FPendingLength) { // this slice is too short to finish it
+            std::memcpy(FPending + FPendingLength, p, take);
+            FPendingLength += take;
+            return written;
+        }
+        p += consumed - FPendingLength;
+        FPendingLength = 0;
+    }
+    std::size_t consumed = 0;
+    written += DecodeRun(p, end, flush, dst + written, consumed);
+    p += consumed;
+    FPendingLength = static_cast<std::size_t>(end - p);
+    std::memcpy(FPending, p, FPendingLength);
+    return written;
+}
+
+void EncodeUtf8(std::u16string_view text, bool flush, char16_t& pendingHigh, std::string& out,
+                std::size_t& substitutions) {
+    std::size_t used = out.size();
+    out.resize(used + text.size() * 3 + 8);
+    char* o = out.data() + used;
+    std::size_t i = 0;
+    if (pendingHigh) {
+        if (!text.empty() && (text[0] & 0xFC00) == 0xDC00) {
+            o = PutUtf8(o, 0x10000 + ((pendingHigh - 0xD800u) << 10) + (text[0] - 0xDC00u));
+            i = 1;
+        } else {
+            *o++ = '?';
+            ++substitutions;
+        }
+        pendingHigh = 0;
+    }
+    const std::size_t n = text.size();
+    while (i < n) {
+        while (i + 4 <= n && (text[i] | text[i + 1] | text[i + 2] | text[i + 3]) < 0x80) {
+            o[0] = static_cast<char>(text[i]);
+            o[1] = static_cast<char>(text[i + 1]);
+            o[2] = static_cast<char>(text[i + 2]);
+            o[3] = static_cast<char>(text[i + 3]);
+            o += 4;
+            i += 4;
+        }
+        if (i >= n)
+            break;
+        const char16_t c = text[i++];
+        if ((c & 0xF800) != 0xD800) {
+            o = PutUtf8(o, c);
+        } else if ((c & 0xFC00) == 0xD800 && i < n && (text[i] & 0xFC00) == 0xDC00) {
+            o = PutUtf8(o, 0x10000 + ((c - 0xD800u) << 10) + (text[i++] - 0xDC00u));
+        } else if ((c & 0xFC00) == 0xD800 && i == n && !flush) {
+            pendingHigh = c;
+        } else {
+            *o++ = '?';
+            ++substitutions;
+        }
+    }
+    out.resize(static_cast<std::size_t>(o - out.data()));
+}
+
+} // namespace zv

@@ -1,0 +1,28 @@
+// One open document: its file, how it was opened, and its rows.
+#pragma once
+
+#include "ZvMemoControl/ZvMemoStrings.h"
+
+#include <memory>
+#include <string>
+
+namespace zv {
+
+// How a document is to be opened; a one-shot request set just before LoadFile.
+enum TOpenAs { oaNone, oaASCII, oaAnsi, oaUTF8, oaUnicode, oaUnicodeBE, oaBinary, oaHex };
+
+class TDocument {
+public:
+    TDocument() : Lines(std::make_unique<TZvMemoStrings>()) {}
+
+    std::string FFilePath; // absolute path, or the bare name of a new document
+    bool FReadOnly = false;
+    bool FIsNew = false;     // created for a name that was not on disk
+    bool FModified = false;  // the text differs from what is on disk
+    bool FMonitored = false; // opened to be followed as a log
+    TOpenAs FOpenAs = oaNone;
+    // Invariant: never null; the store is replaced only while no view paints it.
+    std::unique_ptr<TZvMemoStrings> Lines;
+};
+
+} // namespace zv

@@ -1,0 +1,108 @@
+// Hand-over reception and the argument passes of the main object.
+#include "shell/MainForm.h"
+
+#include "common/Trace.h"
+#include "shell/HandOver.h"
+#include "shell/Language.h"
+#include "shell/RunOnce.h"
+#include "shell/Switches.h"
+
+namespace zv {
+
+TMainForm::TMainForm(TMainFormHelper& helper, IMainView* view, QObject* parent)
+    : QObject(parent), FHelper(helper), FView(view) {
+    ParamsTimer.setSingleShot(true);
+    ParamsTimer.setInterval(kParamsDelayMs);
+    connect(&ParamsTimer, &QTimer::timeout, this, [this] { LoadStoredParamStrings(true); });
+}
+
+TMainForm::~TMainForm() {
+    if (FRunOnce && FWindowHandle)
+        FRunOnce->RemoveHandle(FWindowHandle);
+}
+
+void TMainForm::RegisterWindow(TRunOnce& block, bool firstInstance) {
+    FRunOnce = &block;
+    FWindowHandle = NewWindowHandle();
+    FHandOver = std::make_unique<THandOverServer>(FWindowHandle);
+    connect(FHandOver.get(), &THandOverServer::received, this, &TMainForm::HandOverReceived);
+    if (!firstInstance || !block.UpdateHandle(FWindowHandle, 0))
+        block.AddHandle(FWindowHandle);
+}
+
+void TMainForm::FormShow(const std::vector<std::string>& argv) {
+    FFormShown = true;
+    try {
+        RunArgumentPass(argv, *this, FState);
+    } catch (const EConvertError& e) {
+        FState.FLoadParams = false;
+        while (FBatchDepth > 0)
+            EndBatch();
+        FHelper.Prompter().ShowMessage(e.what());
+    }
+    if (FState.FCompareRequested)
+        FHelper.Prompter().ShowMessage(
+            LangText("Messages", "301", "Comparing documents is not available in this version."));
+    if (FView && FState.FLine > 0)
+        FView->ShowLine(FState.FLine);
+}
+
+void TMainForm::HandOverReceived(quint64 kind, const QString& text) {
+    switch (kind) {
+    case kHandOverParams:
+        FParamStrings += text.toStdString();
+        if (!FView || FView->IsVisible() || FView->IsMinimized())
+            ParamsTimer.start();
+        break;
+    case kHandOverPaste:
+        emit pasteRequested(text);
+        break;
+    case kHandOverZenWindow:
+        FZenHWnd = text.trimmed().toULongLong();
+        break;
+    default:
+        break;
+    }
+}
+
+void TMainForm::LoadStoredParamStrings(bool fromTimer) {
+    if (FParamStrings.empty())
+        return;
+    Trace(fromTimer ? "LoadStoredParamStrings() - timer" : "LoadStoredParamStrings()");
+    if (FView && (!FView->IsVisible() || FView->IsMinimized()))
+        FView->BringUp();
+    const std::string params = std::move(FParamStrings);
+    FParamStrings.clear();
+    try {
+        RunHandOverPass(params, *this, FState);
+    } catch (const EConvertError& e) {
+        while (FBatchDepth > 0)
+            EndBatch();
+        FHelper.Prompter().ShowMessage(e.what());
+    }
+    if (FView) {
+        FView->BringUp();
+        if (FState.FLine > 0)
+            FView->ShowLine(FState.FLine);
+    }
+}
+
+void TMainForm::ProcessParam(const std::string& path, const TParamFlags& flags) {
+    FHelper.ProcessParam(path, flags);
+}
+
+bool TMainForm::CloseDocument(const std::string& path) {
+    return FHelper.CloseDocument(FHelper.FindDocMemo(path));
+}
+
+void TMainForm::BeginBatch() {
+    if (FBatchDepth++ == 0)
+        emit batchChanged(true);
+}
+
+void TMainForm::EndBatch() {
+    if (FBatchDepth > 0 && --FBatchDepth == 0)
+        emit batchChanged(false);
+}
+
+} // namespace zv

@@ -1,0 +1,81 @@
+// The main object: owns the documents' helper, receives hand-overs from later instances
+// and runs the argument passes. The window is a view it talks to through IMainView, so
+// everything here also runs headless.
+#pragma once
+
+#include "shell/CommandLine.h"
+#include "shell/MainFormHelper.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zv {
+
+class TRunOnce;
+class THandOverServer;
+
+// What the main object needs of its window.
+class IMainView {
+public:
+    virtual ~IMainView() = default;
+    virtual bool IsVisible() const = 0;
+    virtual bool IsMinimized() const = 0;
+    // Shows the window if hidden, restores it if minimised, and brings it to the front.
+    virtual void BringUp() = 0;
+    // Puts the caret of the active document on a 1-based line and focuses it.
+    virtual void ShowLine(int line) = 0;
+};
+
+class TMainForm : public QObject, public ICommandLineHost {
+    Q_OBJECT
+public:
+    TMainForm(TMainFormHelper& helper, IMainView* view, QObject* parent = nullptr);
+    ~TMainForm() override;
+
+    // Registers a window in the instance block and listens for hand-overs to it.
+    void RegisterWindow(TRunOnce& block, bool firstInstance);
+    uint64_t WindowHandle() const { return FWindowHandle; }
+
+    // The argument pass of the window's first show; a bad switch value is reported.
+    void FormShow(const std::vector<std::string>& argv);
+    // Consumes FParamStrings (hand-overs); fromTimer when the 300 ms timer fired.
+    void LoadStoredParamStrings(bool fromTimer) override;
+    // A copy-data message of another instance (also called directly by tests).
+    void HandOverReceived(quint64 kind, const QString& text);
+
+    // ICommandLineHost
+    void ProcessParam(const std::string& path, const TParamFlags& flags) override;
+    bool CloseDocument(const std::string& path) override;
+    void BeginBatch() override;
+    void EndBatch() override;
+
+    TCommandLineState& State() { return FState; }
+    const std::string& ParamStrings() const { return FParamStrings; }
+    uint64_t FZenHWnd = 0; // window of a companion process (kind 1010)
+    static constexpr int kParamsDelayMs = 300;
+
+signals:
+    // Kind 1009: text to paste into the active editor by smart paste.
+    void pasteRequested(const QString& text);
+    // A message for the user that the view shows.
+    void batchChanged(bool inBatch);
+
+private:
+    TMainFormHelper& FHelper;
+    IMainView* FView; // null when headless
+    TCommandLineState FState;
+    std::string FParamStrings; // hand-over texts not yet opened
+    QTimer ParamsTimer;
+    std::unique_ptr<THandOverServer> FHandOver;
+    TRunOnce* FRunOnce = nullptr;
+    uint64_t FWindowHandle = 0;
+    bool FFormShown = false;
+    int FBatchDepth = 0;
+};
+
+} // namespace zv

@@ -1,0 +1,190 @@
+// Loading, saving and command-line opening of documents.
+#include "shell/MainFormHelper.h"
+
+#include "common/ActionTrace.h"
+#include "common/Trace.h"
+#include "shell/Language.h"
+
+#include <filesystem>
+#include <unistd.h>
+
+namespace zv {
+namespace fs = std::filesystem;
+
+namespace {
+
+// Until the hex view exists, binary files are read one byte to one character so that
+// saving gives the same bytes back.
+constexpr int32_t kByteCodePage = 28591;
+
+int32_t CodePageFor(TOpenAs openAs, int32_t requested) {
+    switch (openAs) {
+    case oaUTF8:
+        return 65001;
+    case oaUnicode:
+        return 1200;
+    case oaUnicodeBE:
+        return 1201;
+    case oaBinary:
+    case oaHex:
+        return kByteCodePage;
+    default:
+        return requested;
+    }
+}
+
+} // namespace
+
+std::string AbsolutePath(const std::string& path) {
+    std::error_code ec;
+    auto absolute = fs::absolute(path, ec);
+    return (ec ? fs::path(path) : absolute).lexically_normal().string();
+}
+
+TDocument* TMainFormHelper::ActiveDocument() const {
+    return FActive >= 0 && FActive < static_cast<int>(FDocuments.size()) ? FDocuments[FActive].get()
+                                                                         : nullptr;
+}
+
+void TMainFormHelper::Activate(int index) {
+    if (index < 0 || index >= static_cast<int>(FDocuments.size()))
+        return;
+    FActive = index;
+    if (FListener)
+        FListener->DocumentActivated(*FDocuments[index]);
+}
+
+int TMainFormHelper::FindDocMemo(const std::string& path) const {
+    const auto wanted = AbsolutePath(path);
+    for (size_t i = 0; i < FDocuments.size(); ++i)
+        if (FDocuments[i]->FFilePath == wanted)
+            return static_cast<int>(i);
+    return -1;
+}
+
+TDocument& TMainFormHelper::AddDocument(std::unique_ptr<TDocument> doc) {
+    FDocuments.push_back(std::move(doc));
+    TDocument& added = *FDocuments.back();
+    if (FListener)
+        FListener->DocumentAdded(added);
+    Activate(static_cast<int>(FDocuments.size()) - 1);
+    return added;
+}
+
+bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage) {
+    auto lines = std::make_unique<TZvMemoStrings>();
+    lines->SetCodePage(codePage);
+    if (!lines->LoadFromFile(doc.FFilePath)) {
+        FPrompt.ShowMessage(LangText("Messages", "011", "Could not open the file!") + "\n\"" +
+                            doc.FFilePath + "\"\n" + lines->LastError());
+        return false;
+    }
+    doc.Lines = std::move(lines);
+    doc.FModified = false;
+    return true;
+}
+
+bool TMainFormHelper::AskCreateMissing(const std::string& path) {
+    const std::string text = LangText("Messages", "011", "Could not open the file!") + " \"" +
+                             path + "\"\n\n" +
+                             LangText("Messages", "094", "Do you want to create it?");
+    return FPrompt.Prompt("Zevrit", text, pfYesNo, prNo) == prYes;
+}
+
+bool TMainFormHelper::LoadFile(const TLoadFileArgs& args) {
+    TraceEnter("LoadFile");
+    if (FApplicationClosing)
+        return false;
+    const std::string path = AbsolutePath(args.FileName);
+    const TOpenAs openAs = FOpenAs;
+    FOpenAs = oaNone;
+    if (const int open = FindDocMemo(path); open >= 0) {
+        Activate(open);
+        if (args.Reload && ReadInto(*FDocuments[open], CodePageFor(openAs, args.CodePage)) &&
+            FListener)
+            FListener->DocumentReloaded(*FDocuments[open]);
+        return true;
+    }
+    std::error_code ec;
+    if (!fs::exists(path, ec)) {
+        if (!args.CreateIfMissing && !AskCreateMissing(path))
+            return false;
+        auto doc = std::make_unique<TDocument>();
+        doc->FFilePath = path;
+        doc->FIsNew = true;
+        AddDocument(std::move(doc));
+        ActionTraceListAdd("LoadFile", "new " + path);
+        return true;
+    }
+    auto doc = std::make_unique<TDocument>();
+    doc->FFilePath = path;
+    doc->FOpenAs = openAs;
+    if (!ReadInto(*doc, CodePageFor(openAs, args.CodePage)))
+        return false;
+    doc->FReadOnly = args.ReadOnly || ::access(path.c_str(), W_OK) != 0;
+    AddDocument(std::move(doc));
+    ActionTraceListAdd("LoadFile", path);
+    return true;
+}
+
+bool TMainFormHelper::SaveFile(TDocument* doc) {
+    TraceEnter("SaveFile");
+    if (!doc)
+        doc = ActiveDocument();
+    if (!doc)
+        return true;
+    if (!doc->Lines->SaveToFile(doc->FFilePath)) {
+        FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
+                            doc->FFilePath + "\"\n" + doc->Lines->LastError());
+        return false;
+    }
+    doc->FModified = false;
+    doc->FIsNew = false;
+    ActionTraceListAdd("SaveFile", doc->FFilePath);
+    return true;
+}
+
+bool TMainFormHelper::CloseDocument(int index) {
+    if (index < 0 || index >= static_cast<int>(FDocuments.size()))
+        return false;
+    auto doc = std::move(FDocuments[index]);
+    FDocuments.erase(FDocuments.begin() + index);
+    if (FListener)
+        FListener->DocumentRemoved(*doc);
+    if (FActive >= static_cast<int>(FDocuments.size()))
+        FActive = static_cast<int>(FDocuments.size()) - 1;
+    if (FActive >= 0)
+        Activate(FActive);
+    return true;
+}
+
+void TMainFormHelper::ProcessParam(const std::string& path, const TParamFlags& flags) {
+    Trace("ProcessParam()");
+    const bool remote = path.find('|') != std::string::npos;
+    TLoadFileArgs args;
+    args.FileName = remote ? path : AbsolutePath(path);
+    args.CodePage = flags.codePage;
+    args.ReadOnly = flags.readOnly;
+    args.Reload = flags.reload;
+    if (flags.hex || flags.binary) {
+        FOpenAs = flags.binary ? oaBinary : oaHex;
+        LoadFile(args);
+        FOpenAs = oaNone;
+    } else if (remote) {
+        FPrompt.ShowMessage(LangText("Messages", "300",
+                                     "Remote files cannot be opened from the command line "
+                                     "until a site is set up:") +
+                            " " + path);
+    } else if (flags.monitor) {
+        const bool delay = FDelayTabLoad;
+        FDelayTabLoad = false;
+        if (LoadFile(args) && ActiveDocument())
+            ActiveDocument()->FMonitored = true;
+        FDelayTabLoad = delay;
+    } else {
+        args.CreateIfMissing = true;
+        LoadFile(args);
+    }
+}
+
+} // namespace zv

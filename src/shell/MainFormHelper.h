@@ -1,0 +1,85 @@
+// The non-visual operations of the main object: the open documents, loading, saving and
+// the opening of files named on a command line. No toolkit: the UI listens for changes.
+#pragma once
+
+#include "platform/Prompt.h"
+#include "shell/CommandLine.h"
+#include "shell/Document.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zv {
+
+// Arguments of LoadFile (the usual call: code page 50001, focused, cursors -1, syntax on).
+struct TLoadFileArgs {
+    std::string FileName;
+    int32_t CodePage = 50001;
+    bool NewDoc = false;
+    bool Focused = true;
+    int32_t CursorX = -1;
+    int32_t CursorY = -1;
+    bool ReadOnly = false;
+    bool Reload = false;
+    bool NoMRU = false;
+    bool ApplySyntax = true;
+    bool CreateIfMissing = false;
+};
+
+// Told about document changes; the window adds, removes and shows tabs.
+class IDocumentListener {
+public:
+    virtual ~IDocumentListener() = default;
+    virtual void DocumentAdded(TDocument& doc) = 0;
+    virtual void DocumentRemoved(TDocument& doc) = 0;
+    virtual void DocumentActivated(TDocument& doc) = 0;
+    virtual void DocumentReloaded(TDocument& doc) = 0;
+};
+
+class TMainFormHelper {
+public:
+    explicit TMainFormHelper(IPrompt& prompt) : FPrompt(prompt) {}
+
+    // Opens a file into a document and makes it active; true if a document now shows it.
+    // A file already open is activated (and read again with Reload). A missing file is a
+    // new document with CreateIfMissing, else the not-found question decides.
+    bool LoadFile(const TLoadFileArgs& args);
+    // Writes the document (the active one when null) through the codec; true when the
+    // text reached the disk. A failed write leaves the file and the modified mark as they were.
+    bool SaveFile(TDocument* doc = nullptr);
+    // Index of the open document with that path, or -1.
+    int FindDocMemo(const std::string& path) const;
+    bool CloseDocument(int index);
+    // Opens one file named on the command line.
+    void ProcessParam(const std::string& path, const TParamFlags& flags);
+    int Prompt(const std::string& caption, const std::string& text, unsigned flags,
+               int defaultAnswer) {
+        return FPrompt.Prompt(caption, text, flags, defaultAnswer);
+    }
+    IPrompt& Prompter() { return FPrompt; }
+
+    const std::vector<std::unique_ptr<TDocument>>& Documents() const { return FDocuments; }
+    TDocument* ActiveDocument() const;
+    void Activate(int index);
+    void SetListener(IDocumentListener* listener) { FListener = listener; }
+
+    TOpenAs FOpenAs = oaNone;   // one-shot request for the next LoadFile
+    bool FDelayTabLoad = false; // batch mode: tabs made, files read on first show
+    bool FApplicationClosing = false;
+
+private:
+    bool ReadInto(TDocument& doc, int32_t codePage);
+    TDocument& AddDocument(std::unique_ptr<TDocument> doc);
+    bool AskCreateMissing(const std::string& path);
+
+    IPrompt& FPrompt;
+    IDocumentListener* FListener = nullptr;
+    std::vector<std::unique_ptr<TDocument>> FDocuments;
+    int FActive = -1;
+};
+
+// The absolute, normalised form of a command-line or dialog path.
+std::string AbsolutePath(const std::string& path);
+
+} // namespace zv

@@ -1,0 +1,41 @@
+// The editor options of the main settings, applied to one editor control.
+#include "shell/MemoOptions.h"
+
+#include "ZvMemoControl/CodePages.h"
+#include "ZvMemoControl/ZvMemo.h"
+
+namespace zv {
+
+void ApplyMemoMiscOptions(TZvCustomMemo& memo, const TMemoMiscOptions& o) {
+    memo.FDefaultEncoding = o.DefaultEncoding;
+    memo.FDetectUTF8 = o.DetectUTF8;
+    memo.FDetectAll = o.DetectAll;
+
+    memo.FAutoIndent = o.AutoIndent;
+    memo.FAutoCloseBraces = o.AutoCloseBraces;
+    memo.FAutoCloseBracesText = o.AutoCloseBracesText;
+    memo.FTabAsSpaces = o.TabAsSpaces;
+    memo.FPreserveTab = o.PreserveTab;
+    memo.FTabSize = std::max(o.TabSize, int32_t{1});
+    memo.FSmartTab = o.SmartTab;
+    memo.FSmartBackspace = o.SmartBackspace;
+    memo.FSmartPaste = o.SmartPaste;
+    memo.FOverwritePasteMode = o.OverwritePasteMode;
+    memo.FPasteDoNotMoveCursor = o.PasteDoNotMoveCursor;
+    memo.FCopyLineToClipboard = o.CopyLineToClipboard;
+    memo.FAllowDragText = o.AllowDragText;
+    memo.FSelectionMoveCaret = o.SelectionMoveCaret;
+    memo.FTripleClickToSelectLine = o.TripleClickToSelectLine;
+    memo.FHomeKeyToLineStart = o.HomeKeyToLineStart;
+    memo.FEncloseSelectionWithParenthesis = o.EncloseSelectionWithParenthesis;
+    memo.FEncloseSelectionWithQuotes = o.EncloseSelectionWithQuotes;
+    memo.FNotepadCursor = o.NotepadCursor;
+    memo.UndoList().SetLimit(o.UndoRedoSize);
+}
+
+void SetMemoMiscOptions(TZvCustomMemo& memo, const TCustomIniFile& settings) {
+    ApplyMemoMiscOptions(memo,
+                         ReadMemoMiscOptions(settings, static_cast<int32_t>(SystemCodePage())));
+}
+
+} // namespace zv

@@ -1,0 +1,20 @@
+// Pushing the editor options of the main settings into one editor control: each editor takes
+// them when it is created and again after the options dialog.
+#pragma once
+
+#include "shell/SettingsOptions.h"
+
+namespace zv {
+
+class TCustomIniFile;
+class TZvCustomMemo;
+
+// Sets the control's option fields and its undo limit from `options`. Caret, text, undo
+// records and per-document choices (wrap, line ends, encoding of the loaded file) stay.
+void ApplyMemoMiscOptions(TZvCustomMemo& memo, const TMemoMiscOptions& options);
+
+// Reads "EditorMisc" from `settings` (a missing key gives the control's default; the
+// default encoding falls back to the system's ANSI code page) and applies it to `memo`.
+void SetMemoMiscOptions(TZvCustomMemo& memo, const TCustomIniFile& settings);
+
+} // namespace zv

@@ -1,0 +1,117 @@
+// Instance block over an mmap'ed file with flock telling whether the first instance lives.
+#include "shell/RunOnce.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zv {
+
+std::string InstanceFolder() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    std::string folder = runtime && *runtime ? std::string(runtime) + "/zevrit"
+                                             : "/tmp/zevrit-" + std::to_string(getuid());
+    ::mkdir(folder.c_str(), 0700);
+    return folder;
+}
+
+TRunOnce::TRunOnce(std::string name, std::string folder)
+    : FFilemapName(std::move(name)), fName(folder + "/" + FFilemapName) {}
+
+TRunOnce::~TRunOnce() {
+    if (InstanceInfo)
+        ::munmap(InstanceInfo, sizeof(TInstanceInfo));
+    if (mappingHandle >= 0)
+        ::close(mappingHandle); // releases the flock too
+}
+
+bool TRunOnce::MapBlock() {
+    if (InstanceInfo)
+        return true;
+    mappingHandle = ::open(fName.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (mappingHandle < 0)
+        return false;
+    struct stat st {};
+    if (::fstat(mappingHandle, &st) != 0 ||
+        (st.st_size < static_cast<off_t>(sizeof(TInstanceInfo)) &&
+         ::ftruncate(mappingHandle, sizeof(TInstanceInfo)) != 0))
+        return false;
+    void* view = ::mmap(nullptr, sizeof(TInstanceInfo), PROT_READ | PROT_WRITE, MAP_SHARED,
+                        mappingHandle, 0);
+    if (view == MAP_FAILED)
+        return false;
+    InstanceInfo = static_cast<PInstanceInfo>(view);
+    return true;
+}
+
+bool TRunOnce::Check(uint64_t appHandle) {
+    FAppHandle = appHandle;
+    fFirstInstance = false;
+    if (!MapBlock())
+        return false;
+    if (::flock(mappingHandle, LOCK_EX | LOCK_NB) != 0)
+        return false;
+    fFirstInstance = true;
+    ClearAll(appHandle);
+    return true;
+}
+
+uint64_t TRunOnce::GetWinHandle() const {
+    return InstanceInfo && InstanceInfo->count > 0 ? InstanceInfo->windows[0] : 0;
+}
+
+uint32_t TRunOnce::GetWinCount() const {
+    return InstanceInfo ? std::min<uint32_t>(InstanceInfo->count, kMaxInstanceWindows) : 0;
+}
+
+void TRunOnce::AddHandle(uint64_t handle) {
+    if (!InstanceInfo || InstanceInfo->count >= kMaxInstanceWindows)
+        return;
+    InstanceInfo->windows[InstanceInfo->count] = handle;
+    ++InstanceInfo->count;
+}
+
+bool TRunOnce::UpdateHandle(uint64_t newHandle, uint64_t oldHandle) {
+    if (!InstanceInfo)
+        return false;
+    if (InstanceInfo->windows[0] == 0) {
+        InstanceInfo->windows[0] = newHandle;
+        return true;
+    }
+    if (oldHandle == 0)
+        return false;
+    const uint32_t n = GetWinCount();
+    for (uint32_t i = 0; i < n; ++i)
+        if (InstanceInfo->windows[i] == oldHandle)
+            InstanceInfo->windows[i] = newHandle;
+    return false;
+}
+
+void TRunOnce::RemoveHandle(uint64_t handle) {
+    if (!InstanceInfo)
+        return;
+    const uint32_t n = GetWinCount();
+    auto* begin = InstanceInfo->windows;
+    auto* end = begin + n;
+    auto* found = std::find(begin, end, handle);
+    if (found == end)
+        return;
+    std::copy(found + 1, end, found);
+    *(end - 1) = 0;
+    --InstanceInfo->count;
+}
+
+void TRunOnce::ClearAll(uint64_t appHandle) {
+    if (!InstanceInfo)
+        return;
+    InstanceInfo->appHandle = appHandle;
+    std::fill(std::begin(InstanceInfo->windows), std::end(InstanceInfo->windows), 0);
+    InstanceInfo->count = 1;
+}
+
+} // namespace zv

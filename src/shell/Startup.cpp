@@ -1,0 +1,148 @@
+// Instance check, hand-over and the headless run.
+#include "shell/Startup.h"
+
+#include "common/Trace.h"
+#include "platform/Prompt.h"
+#include "shell/CommandLine.h"
+#include "shell/DataFolders.h"
+#include "shell/HandOver.h"
+#include "shell/Language.h"
+#include "shell/MainForm.h"
+#include "shell/MainFormHelper.h"
+#include "shell/RootFolder.h"
+#include "shell/RunOnce.h"
+#include "shell/Settings.h"
+#include "shell/Switches.h"
+
+#include <QString>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+namespace zv {
+
+TStartOptions ReadStartOptions(const std::filesystem::path& root) {
+    TStartOptions options;
+    std::error_code ec;
+    options.found = std::filesystem::exists(StartOptionsPath(root), ec);
+    if (!options.found)
+        return options;
+    const auto values = ReadStartOptionValues(root);
+    options.OnlyOneInstance = values.OnlyOneInstance;
+    options.AppIcon = values.AppIcon;
+    return options;
+}
+
+std::filesystem::path SettingsFileFor(const std::vector<std::string>& argv,
+                                      const std::filesystem::path& root) {
+    if (argv.size() > 2 && IsSwitch(argv[1], "SETTINGS"))
+        return AbsolutePath(argv[2]);
+    return SettingsFilePath(root);
+}
+
+namespace {
+
+// Raised when the shipped user files change, so that a root made by an older build gets them.
+constexpr int32_t kUserFilesVersion = 1;
+
+// Where the shipped user files come from: the InstallData tree of an installed program, or
+// the portable tree the program runs from when the root lies elsewhere (ZEVRIT_ROOT).
+std::filesystem::path UserFilesSource(const std::filesystem::path& programFolder) {
+    std::error_code ec;
+    for (const auto& installData :
+         {programFolder / "InstallData",
+          programFolder.parent_path() / "share" / "zevrit" / "InstallData"})
+        if (std::filesystem::is_directory(installData, ec))
+            return installData;
+    return programFolder.parent_path();
+}
+
+void InstallUserFilesIfNeeded(const std::filesystem::path& root) {
+    const auto source = UserFilesSource(ProgramFolder());
+    std::error_code ec;
+    if (std::filesystem::equivalent(source, root, ec) ||
+        ReadInstalledVersion(root) >= kUserFilesVersion)
+        return;
+    InstallUserFiles(source, root);
+    WriteInstalledVersion(root, kUserFilesVersion);
+}
+
+} // namespace
+
+void OpenProgramSettings(const std::filesystem::path& root, const std::filesystem::path& file) {
+    TraceEnter("OpenProgramSettings");
+    PrepareDataFolder(root, ProgramFolder());
+    InstallUserFilesIfNeeded(root);
+    OpenSettings(file);
+    const auto language =
+        SettingsIni().ReadString("Customize", "Language", std::string_view("eng.ini"));
+    std::error_code ec;
+    if (const auto file = root / "Language" / language; std::filesystem::exists(file, ec))
+        OpenLanguage(file);
+    SetLanguageLookup(
+        [](const std::string& section, const std::string& key, const std::string& fallback) {
+            return LanguageIni().ReadString(section, key, std::string_view(fallback));
+        });
+}
+
+void CloseProgramSettings(const std::filesystem::path& root) {
+    TraceEnter("CloseProgramSettings");
+    SetLanguageLookup({});
+    WriteStartOptions(root, SettingsIni());
+    if (!SettingsIni().UpdateFile())
+        Trace("CloseProgramSettings() - settings not written");
+    if (SettingsIni().FileName() == SettingsFilePath(root))
+        BackupSettingsFile(SettingsFilePath(root), SettingsBackupPath(root));
+}
+
+TEntryOutcome RunInstanceCheck(TRunOnce& block, const TEntryParams& params) {
+    const bool first = block.Check(params.appHandle);
+    const bool single = !params.controlHeld && !HasMultiSwitch(params.argv) &&
+                        params.options.found && params.options.OnlyOneInstance;
+    if (first)
+        return TEntryOutcome::RunAsFirst;
+    if (!single)
+        return TEntryOutcome::RunAsOther;
+    for (int poll = 0; poll < params.pollCount; ++poll) {
+        if (const uint64_t window = block.GetWinHandle()) {
+            const std::vector<std::string> args(params.argv.begin() + 1, params.argv.end());
+            const auto text = QString::fromStdString(BuildParamString(args, params.cwd));
+            if (SendHandOver(window, kHandOverParams, text))
+                return TEntryOutcome::HandedOver;
+            break; // a window that does not answer is as good as none
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(params.pollIntervalMs));
+    }
+    Trace("RunInstanceCheck() - first instance silent, taking over");
+    block.ClearAll(params.appHandle);
+    return TEntryOutcome::RunAsFirst;
+}
+
+bool WantsHeadless(const std::vector<std::string>& argv) {
+    return std::any_of(argv.begin() + (argv.empty() ? 0 : 1), argv.end(),
+                       [](const std::string& a) { return IsSwitch(a, "HEADLESS"); });
+}
+
+int RunHeadless(const std::vector<std::string>& argv) {
+    TraceConfigure(ProgramFolder(), GetRootFolder());
+    std::vector<std::string> args;
+    std::copy_if(argv.begin(), argv.end(), std::back_inserter(args),
+                 [](const std::string& a) { return !IsSwitch(a, "HEADLESS"); });
+    OpenProgramSettings(GetRootFolder(), SettingsFileFor(args, GetRootFolder()));
+    THeadlessPrompt prompt;
+    TMainFormHelper helper(prompt);
+    TMainForm form(helper, nullptr);
+    form.FormShow(args);
+    int failures = static_cast<int>(prompt.Log().size());
+    for (const auto& doc : helper.Documents())
+        if (!helper.SaveFile(doc.get()))
+            ++failures;
+    helper.FApplicationClosing = true;
+    CloseProgramSettings(GetRootFolder());
+    TraceShutdown();
+    return failures == 0 ? 0 : 1;
+}
+
+} // namespace zv

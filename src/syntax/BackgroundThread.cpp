@@ -1,0 +1,153 @@
+// The background thread's loop, pause handshake and requests.
+#include "syntax/BackgroundThread.h"
+
+namespace zv {
+
+TBackgroundThread::TBackgroundThread(TLineScanner& scanner, IBackgroundHost& host,
+                                     TBackgroundTiming timing)
+    : FScanner(scanner), FHost(host), FTiming(timing) {}
+
+TBackgroundThread::~TBackgroundThread() {
+    StopBackgroundThread(true);
+}
+
+void TBackgroundThread::SuspendThread(bool pause) {
+    std::unique_lock lock(FMutex);
+    if (pause) {
+        ++FPauses;
+        FHalt.store(true);
+        FWake.notify_all();
+        FWake.wait(lock, [&] { return !FReading; });
+        return;
+    }
+    if (FPauses > 0 && --FPauses == 0 && !FTerminated)
+        FHalt.store(false);
+    FWake.notify_all();
+    if (!FThread.joinable() && !FTerminated)
+        FThread = std::thread([this] { Execute(); });
+}
+
+void TBackgroundThread::StopBackgroundThread(bool wait) {
+    {
+        std::lock_guard lock(FMutex);
+        FTerminated = true;
+        FHalt.store(true);
+        FWake.notify_all();
+    }
+    if (wait && FThread.joinable() && FThread.get_id() != std::this_thread::get_id())
+        FThread.join();
+}
+
+void TBackgroundThread::RequestFullScan(int fromRow) {
+    FScanner.ClearLineStylesFrom(fromRow);
+    std::lock_guard lock(FMutex);
+    FRequests.UpdateSyntax = FRequests.UpdateFolding = true;
+    FWake.notify_all();
+}
+
+void TBackgroundThread::Update(const TBackgroundRequests& requests) {
+    std::lock_guard lock(FMutex);
+    TBackgroundRequests& r = FRequests;
+    for (auto flag :
+         {&TBackgroundRequests::UpdateSyntax, &TBackgroundRequests::UpdateFolding,
+          &TBackgroundRequests::UpdateSpelling, &TBackgroundRequests::UpdateCodeExplorer,
+          &TBackgroundRequests::UpdateCodeExplorerTags,
+          &TBackgroundRequests::UpdateCheckTagsToHighlight})
+        r.*flag = r.*flag || requests.*flag; // a pending request is never dropped
+    r.HighlightBraces = requests.HighlightBraces;
+    r.HighlightBracesWhenInside = requests.HighlightBracesWhenInside;
+    r.HighlightWordInsideMethod = requests.HighlightWordInsideMethod;
+    r.HasFocus = requests.HasFocus;
+    r.Kind = requests.Kind;
+    if (requests.UpdateFolding)
+        FSchedule.FoldingRequested();
+    if (requests.UpdateSpelling)
+        FSchedule.SpellingRequested();
+    if (requests.UpdateCodeExplorer)
+        FSchedule.CodeExplorerRequested();
+}
+
+bool TBackgroundThread::WaitComplete(std::chrono::milliseconds limit) {
+    std::unique_lock lock(FMutex);
+    return FWake.wait_for(lock, limit, [&] { return FScanner.Complete() && !FReading; });
+}
+
+bool TBackgroundThread::WaitFor(std::chrono::milliseconds d) {
+    std::unique_lock lock(FMutex);
+    FWake.wait_for(lock, d, [&] { return FTerminated; });
+    return !FTerminated;
+}
+
+bool TBackgroundThread::BeginReading() {
+    std::lock_guard lock(FMutex);
+    if (FPauses > 0 || FTerminated)
+        return false;
+    FReading = true;
+    return true;
+}
+
+void TBackgroundThread::EndReading() {
+    std::lock_guard lock(FMutex);
+    FReading = false;
+    FWake.notify_all();
+}
+
+void TBackgroundThread::IdleTick() {
+    std::lock_guard lock(FMutex);
+    FSchedule.Idle();
+}
+
+void TBackgroundThread::SweepRows() {
+    // The row count is read only with the read permission: an edit may be changing it.
+    if (!BeginReading())
+        return;
+    if (!FScanner.Complete())
+        FScanner.Sweep(FHalt, [this](int first, int last) { FHost.RowsScanned(first, last); });
+    EndReading();
+}
+
+void TBackgroundThread::Execute() {
+    if (!WaitFor(FTiming.StartDelay))
+        return;
+    for (;;) {
+        bool paused;
+        {
+            std::lock_guard lock(FMutex);
+            if (FTerminated)
+                return;
+            paused = FPauses > 0;
+        }
+        if (paused || FHost.Busy()) {
+            FRunning.store(false);
+            if (!WaitFor(FTiming.PausedWait))
+                return;
+            IdleTick();
+            continue;
+        }
+        FRunning.store(true);
+        if (!WaitFor(FTiming.Tick))
+            return;
+        if (!FHost.Visible()) {
+            if (!WaitFor(FTiming.HiddenWait))
+                return;
+            IdleTick();
+            continue;
+        }
+        // Rows without a state are swept on every tick, so a request made during a sweep
+        // (which lowers the watermark) is served by the next pass.
+        SweepRows();
+        TBackgroundTask task;
+        bool full;
+        {
+            std::lock_guard lock(FMutex);
+            task = FSchedule.Tick(FRequests);
+            full = FSchedule.CodeExplorerFull;
+        }
+        if (task == TBackgroundTask::FullScan)
+            SweepRows();
+        if (task != TBackgroundTask::None)
+            FHost.RunTask(task, full);
+    }
+}
+
+} // namespace zv

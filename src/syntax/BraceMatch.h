@@ -1,0 +1,37 @@
+// Brace and tag-pair matching. Only braces the scanner saw as code count (not those in
+// strings or comments), and only tags it saw as tags. The walks are bounded in rows so a
+// caret move never scans a whole large document.
+#pragma once
+
+#include "syntax/ColourWalk.h"
+
+namespace zv {
+
+struct TBracePoint {
+    std::int32_t x = -1; // 0-based column
+    std::int32_t Y = -1; // row
+    bool operator==(const TBracePoint&) const = default;
+};
+
+struct TBracePair {
+    TBracePoint Left, Right; // Left.x -1: no brace at the caret
+    bool Matched = false;    // false: the found brace has no partner (colour E)
+};
+
+// The pair at caret column x (0-based, between characters) of row y: an opener right of the
+// caret or a closer left of it; with `whenInside` the nearest enclosing pair otherwise.
+// Walks at most `maxRows` rows each way.
+TBracePair FindBracePair(TLineScanner& scanner, int x, int y, bool whenInside, int maxRows = 2000);
+
+// The tag pair under the caret. Rows beyond the document become -1.
+struct TTagPosData {
+    std::int32_t StartY = -1, StartX = -1, StartLen = 0;          // "<name" of the opening tag
+    std::int32_t StartEndY = -1, StartEndX = -1, StartEndLen = 0; // its ">"
+    std::int32_t EndY = -1, EndX = -1, EndLen = 0;                // "</name" of the closing tag
+    bool operator==(const TTagPosData&) const = default;
+};
+
+// Void elements ("br", "img", ...) have no closing tag and yield only the opening one.
+TTagPosData CheckTagsToHighlight(TLineScanner& scanner, int x, int y, int maxRows = 2000);
+
+} // namespace zv

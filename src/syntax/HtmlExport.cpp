@@ -1,0 +1,159 @@
+// HTML export: escaping, spans, anchors and the page around the rows.
+#include "syntax/HtmlExport.h"
+
+namespace zv {
+namespace {
+
+constexpr std::size_t kFlushBytes = 64 * 1024;
+
+void AppendUtf8(std::string& out, char32_t c) {
+    if (c < 0x80) {
+        out.push_back(char(c));
+    } else if (c < 0x800) {
+        out.push_back(char(0xC0 | (c >> 6)));
+        out.push_back(char(0x80 | (c & 0x3F)));
+    } else if (c < 0x10000) {
+        out.push_back(char(0xE0 | (c >> 12)));
+        out.push_back(char(0x80 | ((c >> 6) & 0x3F)));
+        out.push_back(char(0x80 | (c & 0x3F)));
+    } else {
+        out.push_back(char(0xF0 | (c >> 18)));
+        out.push_back(char(0x80 | ((c >> 12) & 0x3F)));
+        out.push_back(char(0x80 | ((c >> 6) & 0x3F)));
+        out.push_back(char(0x80 | (c & 0x3F)));
+    }
+}
+
+// Escaped UTF-8 of text; a lone surrogate becomes U+FFFD.
+void AppendEscaped(std::string& out, std::u16string_view t) {
+    for (std::size_t i = 0; i < t.size(); ++i) {
+        const char16_t c = t[i];
+        if (c == u'<')
+            out += "<samp><</samp>";
+        else if (c == u'&')
+            out += "&amp;";
+        else if (c < 0x80)
+            out.push_back(char(c));
+        else if (c >= 0xD800 && c < 0xDC00 && i + 1 < t.size() && t[i + 1] >= 0xDC00 &&
+                 t[i + 1] < 0xE000) {
+            AppendUtf8(out, 0x10000 + ((char32_t(c) - 0xD800) << 10) + (t[i + 1] - 0xDC00));
+            ++i;
+        } else if (c >= 0xD800 && c < 0xE000)
+            AppendUtf8(out, 0xFFFD);
+        else
+            AppendUtf8(out, c);
+    }
+}
+
+void AppendStyledRun(std::string& out, std::u16string_view text, const TCharStyle& style) {
+    if (style.FBkColor != kNoColor) {
+        out += "<span style=\"background-color: ";
+        out += HtmlColour(style.FBkColor);
+        out += ";color: ";
+    } else
+        out += "<span style=\"color: ";
+    out += HtmlColour(style.FTextColor);
+    out += ";\">";
+    AppendEscaped(out, text);
+    out += "</span>";
+}
+
+} // namespace
+
+std::string HtmlColour(TColor c) {
+    static constexpr char kHex[] = "0123456789abcdef";
+    std::string s = "#";
+    for (int shift : {0, 8, 16}) {
+        const unsigned byte = (c >> shift) & 0xFF;
+        s.push_back(kHex[byte >> 4]);
+        s.push_back(kHex[byte & 15]);
+    }
+    return s;
+}
+
+void AppendHtmlRow(std::u16string_view text, const std::vector<TColourRun>& runs,
+                   const THtmlExportOptions& options, std::string& out) {
+    for (const TColourRun& run : runs) {
+        const auto piece = text.substr(run.Start, run.Length);
+        if (run.Info.Kind == TTokenKind::Url) {
+            out += "<a href=\"";
+            AppendEscaped(out, piece);
+            out += "\">";
+            AppendEscaped(out, piece);
+            out += "</a>";
+        } else
+            AppendStyledRun(out, piece, RunStyle(run, options.Colour));
+    }
+}
+
+void AppendHtmlRowBW(std::u16string_view text, const THtmlExportOptions& options,
+                     std::string& out) {
+    const int tab = std::max(options.TabSize, 1);
+    int column = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i];
+        if (c == u'\t') {
+            do
+                out += "\u00A0";
+            while (++column % tab);
+            continue;
+        }
+        if (c == u' ')
+            out += "\u00A0";
+        else
+            AppendEscaped(out,
+                          text.substr(i, 1 + (c >= 0xD800 && c < 0xDC00 && i + 1 < text.size())));
+        if (c >= 0xD800 && c < 0xDC00 && i + 1 < text.size())
+            ++i;
+        ++column;
+    }
+}
+
+std::string GetHTMLLine(TLineScanner& scanner, int row, const THtmlExportOptions& options) {
+    std::string out;
+    const std::u16string_view text = scanner.Store().Get(row);
+    if (options.Colours)
+        AppendHtmlRow(text, RowRuns(scanner, row), options, out);
+    else
+        AppendHtmlRowBW(text, options, out);
+    return out;
+}
+
+void GetAsHtml(const TScanContext& ctx, const TZvMemoStrings& store,
+               const THtmlExportOptions& options,
+               const std::function<void(std::string_view)>& write) {
+    const TZvCustomMemoStyles* set = ctx.Host().FStyles.get();
+    const TColor fg = set ? set->FTextColor : 0, bg = set ? set->FBkColor : 0xFFFFFF;
+    std::string out = "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>";
+    AppendEscaped(out, options.Title);
+    out += "</title>\n</head>\n<body style=\"background-color: " + HtmlColour(bg) +
+           ";\">\n<pre style=\"color: " + HtmlColour(fg) + ";\">\n";
+    TStyle state;
+    ClearStyle(state, true);
+    TScanScratch scratch;
+    TRunCollector runs;
+    for (int row = 0; row < store.Count(); ++row) {
+        // Rows are joined by line ends; a continuation joins its line without one.
+        if (row > 0 && !store.IsLineWrapped(row))
+            out.push_back('\n');
+        const std::u16string_view text = store.Get(row);
+        if (options.Colours) {
+            runs.Runs.clear();
+            TScanRequest request;
+            request.Text = text;
+            request.Sink = &runs;
+            request.NextRowIsWrapped = ctx.Options().FWordWrap && store.IsLineWrapped(row + 1);
+            ScanRow(ctx, request, state, scratch);
+            AppendHtmlRow(text, runs.Runs, options, out);
+        } else
+            AppendHtmlRowBW(text, options, out);
+        if (out.size() >= kFlushBytes) {
+            write(out);
+            out.clear();
+        }
+    }
+    out += "\n</pre>\n</body>\n</html>\n";
+    write(out);
+}
+
+} // namespace zv

@@ -1,0 +1,986 @@
+// The one-row scanner. Each round of the walk applies the first rule that fits at the current
+// position, in a fixed order: open comment, here-document or string first; then blanks,
+// block ends, numbers, text between tags, escapes, comment and line-comment openers, tags,
+// here-document, block and string openers, and finally the plain run. Rules decide where the
+// walk goes from the text and the state alone; the sink is told what was passed.
+#include "syntax/RowScanner.h"
+
+#include <algorithm>
+
+namespace zv {
+namespace {
+
+constexpr bool IsBlank(char16_t c) {
+    return c == u' ' || c == u'\t';
+}
+constexpr bool IsBlankish(char16_t c) {
+    return c == u' ' || c == u'\t' || c == 0x00A0 || c == 0x00B7;
+}
+constexpr bool IsDigit(char16_t c) {
+    return c >= u'0' && c <= u'9';
+}
+constexpr bool IsHexDigit(char16_t c) {
+    return IsDigit(c) || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+}
+constexpr bool IsLetter(char16_t c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_';
+}
+// Characters of a plain run: ASCII letters and digits, "_", and everything from U+00C0 up.
+constexpr bool IsWordChar(char16_t c) {
+    return IsLetter(c) || IsDigit(c) || c >= 192;
+}
+constexpr char16_t Lower(char16_t c) {
+    return c >= u'A' && c <= u'Z' ? char16_t(c + 32) : c;
+}
+
+bool StartsAt(std::u16string_view t, int p, std::u16string_view s, bool caseSensitive) {
+    if (s.empty() || t.size() - p < s.size())
+        return false;
+    if (caseSensitive)
+        return t.compare(p, s.size(), s) == 0;
+    for (std::size_t i = 0; i < s.size(); ++i)
+        if (Lower(t[p + i]) != Lower(s[i]))
+            return false;
+    return true;
+}
+
+// Length of the first "|"-separated alternative of `list` found at `p`, or 0.
+int AlternativeAt(std::u16string_view t, int p, std::u16string_view list, bool caseSensitive) {
+    while (!list.empty()) {
+        const auto bar = list.find(u'|');
+        const auto alt = list.substr(0, bar);
+        if (StartsAt(t, p, alt, caseSensitive))
+            return int(alt.size());
+        if (bar == std::u16string_view::npos)
+            break;
+        list.remove_prefix(bar + 1);
+    }
+    return 0;
+}
+
+// Earliest position >= p of `s` compared without case, or -1.
+int FindCaseless(std::u16string_view t, int p, std::u16string_view s) {
+    for (int i = p; i + int(s.size()) <= int(t.size()); ++i)
+        if (StartsAt(t, i, s, false))
+            return i;
+    return -1;
+}
+
+constexpr std::u16string_view kUrlSchemes[] = {u"http://", u"https://", u"ftp://", u"mailto:",
+                                               u"file://"};
+
+int UrlLengthAt(std::u16string_view t, int p) {
+    for (auto scheme : kUrlSchemes)
+        if (StartsAt(t, p, scheme, false)) {
+            int q = p + int(scheme.size());
+            while (q < int(t.size()) && std::u16string_view(u"\u00B7'\t\" <>(){}[]").find(t[q]) ==
+                                            std::u16string_view::npos)
+                ++q;
+            return q - p;
+        }
+    return 0;
+}
+
+char16_t Delimiter(const TZvCustomMemoStyles& s, int kind) {
+    const char16_t d = kind == 0 ? s.FCharSymbol : kind == 1 ? s.FStringSymbol : s.FString2Symbol;
+    return d == u'1' ? u'"' : d;
+}
+
+bool IsScriptType(TScriptType t) {
+    return t != scNone && t != scHtml;
+}
+
+class TRowWalk {
+public:
+    TRowWalk(const TScanContext& ctx, const TScanRequest& r, TStyle& state, TScanScratch& x)
+        : C(ctx), T(r.Text), S(state), P(state.Properties), X(x), Sink(r.Sink), Halt(r.Halt),
+          FNext(r.NextRowIsWrapped), FFull(r.Limit < 0) {
+        N = FFull ? int(T.size()) : std::min<int>(r.Limit, int(T.size()));
+        T = T.substr(0, N); // a partial scan sees nothing behind its limit
+    }
+
+    bool Run() {
+        if (!FFull && N == 0)
+            return true;
+        SelectSet();
+        if (!Set) {
+            Emit(0, N, TTokenKind::Text);
+            return true;
+        }
+        P.Set(spStringEnd, false);
+        P.Set(spStringStart, false);
+        if (!P.Get(spInComment))
+            P.NestedCommentIndex = 0;
+        if (S.Block.Id >= int(Set->FBlocks.size()))
+            S.Block.Id = -1;
+        if (!P.Get(spInComment) && P.Get(spInLineComment)) {
+            Emit(0, N, TTokenKind::LineComment); // a wrapped continuation of a line comment
+            p = N;
+        }
+        while (p < N) {
+            if (Halt && Halt->load(std::memory_order_relaxed))
+                return false;
+            Round();
+        }
+        if (FFull)
+            EndOfRow();
+        return true;
+    }
+
+private:
+    // ---- Plumbing
+    void SelectSet() {
+        Set = C.SetFor(P);
+        Starters = Set ? &C.Starters(Set) : nullptr;
+    }
+    bool InScript() const { return P.Get(spInScript); }
+    const TBlock* OpenBlock() const {
+        return S.Block.Id >= 0 && S.Block.Id < int(Set->FBlocks.size()) ? &Set->FBlocks[S.Block.Id]
+                                                                        : nullptr;
+    }
+    bool Case() const { return Set->FKeywordCase; }
+    int FirstNonBlank() const {
+        int f = 0;
+        while (f < N && IsBlank(T[f]))
+            ++f;
+        return f;
+    }
+
+    void Emit(int from, int to, TTokenKind kind, int index = -1) {
+        if (!Sink || to <= from)
+            return;
+        TRunInfo info;
+        info.Kind = kind;
+        info.Index = std::int16_t(index);
+        info.Set = Set;
+        if (S.Block.Id >= 0) {
+            info.Block = S.Block.Id;
+            if (kind == TTokenKind::Text)
+                info.Kind = TTokenKind::Block, info.Index = S.Block.Id;
+        }
+        Sink->Run(from, to - from, info);
+    }
+    // Comment and string text: URLs inside stay one run each.
+    void EmitText(int from, int to, TTokenKind kind) {
+        if (!Sink)
+            return;
+        if (C.Options().FAllowURLClick)
+            for (int i = from; i < to; ++i) {
+                if (T[i] != u'h' && T[i] != u'f' && T[i] != u'm' && T[i] != u'H' && T[i] != u'F' &&
+                    T[i] != u'M')
+                    continue;
+                const int len = std::min(UrlLengthAt(T, i), to - i);
+                if (len <= 0)
+                    continue;
+                Emit(from, i, kind);
+                TRunInfo info;
+                info.Kind = TTokenKind::Url;
+                info.Outer = kind;
+                info.Set = Set;
+                Sink->Run(i, len, info);
+                from = i + len;
+                i = from - 1;
+            }
+        Emit(from, to, kind);
+    }
+
+    // ---- The round
+    void Round() {
+        const char16_t c = T[p];
+        if (P.Get(spInComment))
+            return ContinueComment();
+        if (S.Block.Id == -2)
+            return ContinueHereDoc();
+        if (P.BracketId >= 0)
+            return ContinueString(p);
+        if (IsBlank(c) || c == 0x00A0) {
+            int q = p;
+            while (q < N && IsBlankish(T[q]))
+                ++q;
+            Emit(p, q, TTokenKind::Text);
+            p = q;
+            return;
+        }
+        if (S.Block.Id >= 0 && BlockStop())
+            return;
+        const TBlock* open = OpenBlock();
+        if (open && open->ForceColor && !open->Stop.empty())
+            return StringBlockText(*open);
+        if (IsDigit(c))
+            return Number();
+        if (C.TagMode() && !Set->FAllowHighlightBetweenTags && c != u'<' && NothingOpen() &&
+            !(c < 128 && BlockStartChar(c)))
+            return BetweenTags();
+        if (c < 128 && !Starters->Starts[c] && !Starters->AnyRegexBlock && !P.Get(spInTag))
+            return Plain();
+        if (EscapeOutsideString() || OpenComment() || LineComment())
+            return;
+        if (C.TagMode() && Tags())
+            return;
+        if (OpenHereDoc() || OpenBlock(c) || RegexLiteral() || OpenString())
+            return;
+        Plain();
+    }
+
+    bool NothingOpen() const {
+        return !InScript() && !P.Get(spInTag) && P.BracketId < 0 && S.Block.Id == -1;
+    }
+
+    // ---- Comments
+    bool CommentsAllowed() const {
+        if (P.BracketId >= 0 || P.ScriptStringId >= 0)
+            return false;
+        return !C.TagMode() || InScript() || !P.Get(spInTag);
+    }
+
+    bool OpenComment() {
+        if (!CommentsAllowed())
+            return false;
+        int len = 0;
+        std::int8_t style = 0;
+        if (StartsAt(T, p, Set->FCommentStartA, true))
+            len = int(Set->FCommentStartA.size()), style = 1;
+        else if (StartsAt(T, p, Set->FCommentStartB, true))
+            len = int(Set->FCommentStartB.size()), style = 2;
+        if (!style)
+            return false;
+        P.Set(spInComment, true);
+        P.CommentStyle = style;
+        P.Set(spDocComment, style == 1 && IsDocComment());
+        if (style == 1 && Set->FAllowNestedComments)
+            P.NestedCommentIndex = 1;
+        Emit(p, p + len, CommentKind());
+        p += len;
+        return true;
+    }
+
+    bool IsDocComment() const {
+        if (Set->FKeyWords.empty() || !Set->FKeyWords.back().Name.starts_with(u'?'))
+            return false;
+        for (const std::u16string* doc : {&Set->FCommentDocA, &Set->FCommentDocB}) {
+            if (!StartsAt(T, p, *doc, true))
+                continue;
+            const int q = p + int(doc->size());
+            if (q >= N || IsBlank(T[q]))
+                return true;
+        }
+        return false;
+    }
+
+    TTokenKind CommentKind() const {
+        return P.Get(spDocComment) ? TTokenKind::DocComment : TTokenKind::Comment;
+    }
+
+    // Where an embedded language's closing tag ends a comment or line comment, or -1.
+    int ScriptCloseFrom(int from) const {
+        if (!C.TagMode() || !InScript())
+            return -1;
+        int best = -1;
+        auto take = [&](int at) {
+            if (at >= 0 && (best < 0 || at < best))
+                best = at;
+        };
+        if (P.ScriptType == scPHP || P.ScriptType == scASP) {
+            const auto q = T.substr(0, N).find(P.ScriptType == scPHP ? u"?>" : u"%>", from);
+            take(q == std::u16string_view::npos ? -1 : int(q));
+        } else {
+            take(FindCaseless(T.substr(0, N), from,
+                              P.ScriptType == scCSS ? u"</style" : u"</script"));
+        }
+        return best;
+    }
+
+    void ContinueComment() {
+        const bool styleB = P.CommentStyle == 2;
+        const std::u16string& closer = styleB ? Set->FCommentEndB : Set->FCommentEndA;
+        int end = -1; // position of the closer that ends the comment
+        if (!styleB && Set->FAllowNestedComments)
+            end = NestedCommentEnd();
+        else if (!closer.empty()) {
+            const auto q = T.substr(0, N).find(closer, p);
+            end = q == std::u16string_view::npos ? -1 : int(q);
+        }
+        const int tag = ScriptCloseFrom(p);
+        if (tag >= 0 && (end < 0 || tag < end)) { // the closing tag of the language wins
+            EmitText(p, tag, CommentKind());
+            CloseComment();
+            p = tag;
+            return;
+        }
+        if (end < 0) {
+            EmitText(p, N, CommentKind());
+            p = N;
+            return;
+        }
+        const int after = end + int(closer.size());
+        EmitText(p, after, CommentKind());
+        CloseComment();
+        p = after;
+        if (styleB ? Set->FCommentEndB_Line : Set->FCommentEndA_Line) {
+            Emit(p, N, TTokenKind::LineComment);
+            P.Set(spInLineComment, true);
+            p = N;
+        }
+    }
+
+    // Nested comments: openers raise the depth, closers lower it; returns the closer that
+    // reaches depth 0, or -1 when the row ends first.
+    int NestedCommentEnd() {
+        const std::u16string& open = Set->FCommentStartA;
+        const std::u16string& close = Set->FCommentEndA;
+        if (close.empty())
+            return -1;
+        for (int i = p; i < N;) {
+            if (StartsAt(T, i, open, true)) {
+                P.NestedCommentIndex = std::int8_t(std::min(P.NestedCommentIndex + 1, 127));
+                i += int(open.size());
+            } else if (StartsAt(T, i, close, true)) {
+                if (--P.NestedCommentIndex <= 0)
+                    return i;
+                i += int(close.size());
+            } else
+                ++i;
+        }
+        return -1;
+    }
+
+    void CloseComment() {
+        P.Set(spInComment, false);
+        P.Set(spDocComment, false);
+        P.CommentStyle = 0;
+        P.NestedCommentIndex = 0;
+    }
+
+    bool LineComment() {
+        if (!CommentsAllowed() || (C.TagMode() && !InScript()))
+            return false;
+        int len = AlternativeAt(T, p, Set->FLineCommentA, Case());
+        int rule = Set->FOnlyLineCommentIfFirstChar;
+        if (!len) {
+            len = AlternativeAt(T, p, Set->FLineCommentB, Case());
+            rule = Set->FOnlyLineCommentIfFirstCharB;
+        }
+        if (!len || (rule == 2 && p != 0))
+            return false;
+        if (T[p] == u'#' && p > 0 && (T[p - 1] == u'$' || T[p - 1] == u'{'))
+            return false; // "$#" and "${#name}" are variables, not comments
+        if (rule == 1)
+            for (int i = 0; i < p; ++i)
+                if (!IsBlankish(T[i]))
+                    return false;
+        const int tag = ScriptCloseFrom(p + len);
+        if (tag >= 0) {
+            EmitText(p, tag, TTokenKind::LineComment);
+            p = tag;
+            return true;
+        }
+        EmitText(p, N, TTokenKind::LineComment);
+        P.Set(spInLineComment, true);
+        p = N;
+        return true;
+    }
+
+    // ---- Escapes, numbers, text between tags
+    bool EscapeOutsideString() {
+        if (!Set->FAllowEscapeOutsideString || Set->FEscape.empty() || T[p] != Set->FEscape[0] ||
+            p + 1 >= N)
+            return false;
+        const char16_t n = T[p + 1];
+        if (n != Set->FEscape[0] && n != Delimiter(*Set, 0) && n != Delimiter(*Set, 1) && n != u'/')
+            return false;
+        Emit(p, p + 2, TTokenKind::Text);
+        p += 2;
+        return true;
+    }
+
+    // A number, then the rest of its word as plain text: "1e" colours the "1", while a
+    // hexadecimal number glued to a word ("0x1FG") is no number at all.
+    void Number() {
+        const int prefix =
+            StartsAt(T, p, Set->FHexIdentifier, false) ? int(Set->FHexIdentifier.size()) : 0;
+        int q = p + prefix;
+        if (prefix)
+            while (q < N && (IsHexDigit(T[q]) || T[q] == u'_'))
+                ++q;
+        else
+            q = DecimalEnd();
+        for (int suffix = 0;
+             q < N && suffix < 3 && std::u16string_view(u"uUlLfFjJ").find(T[q]) != u16string_npos;
+             ++suffix)
+            ++q;
+        int end = q;
+        while (end < N && IsWordChar(T[end]))
+            ++end;
+        const TBlock* open = OpenBlock();
+        const bool number =
+            (!open || open->HighlightNumbers) && (!prefix || end == q) && q > p + prefix;
+        if (!number)
+            q = p;
+        Emit(p, q, prefix ? TTokenKind::HexNumber : TTokenKind::Number);
+        Emit(q, end, TTokenKind::Text);
+        p = end;
+    }
+    static constexpr auto u16string_npos = std::u16string_view::npos;
+
+    int DecimalEnd() const {
+        const char16_t sep = Set->FDigitSeparator.empty() ? 0 : Set->FDigitSeparator[0];
+        bool dot = false, exp = false;
+        int q = p;
+        while (q < N) {
+            const char16_t c = T[q];
+            const bool digitNext = q + 1 < N && IsDigit(T[q + 1]);
+            if (IsDigit(c) || c == u'_' || (c == sep && sep && digitNext))
+                ++q;
+            else if (c == u'.' && !dot && !exp && digitNext)
+                dot = true, ++q;
+            else if ((c == u'e' || c == u'E') && !exp && digitNext)
+                exp = true, ++q;
+            else if ((c == u'e' || c == u'E') && !exp && q + 2 < N &&
+                     (T[q + 1] == u'+' || T[q + 1] == u'-') && IsDigit(T[q + 2]))
+                exp = true, q += 2;
+            else
+                break;
+        }
+        return q;
+    }
+
+    // Text between tags is passed up to the next "<" or a block opener.
+    void BetweenTags() {
+        int q = p + 1;
+        while (q < N && T[q] != u'<' && !(T[q] < 128 && BlockStartChar(T[q])))
+            ++q;
+        Emit(p, q, TTokenKind::Text);
+        p = q;
+    }
+    bool BlockStartChar(char16_t c) const {
+        for (const TBlock& b : Set->FBlocks)
+            if (!b.IsRegEx() && !b.Start.empty() && b.Start[0] == c)
+                return true;
+        return false;
+    }
+
+    // ---- Tags and embedded languages
+    bool Tags() {
+        if (InScript() && (P.ScriptType == scPHP || P.ScriptType == scASP) && CloseServerTag())
+            return true;
+        if (P.Get(spInTag) && !InScript())
+            return InsideTag();
+        if (T[p] != u'<' || P.BracketId >= 0)
+            return false;
+        if (OpenServerTag())
+            return true;
+        if (InScript() && !EndOfScriptTag())
+            return false;
+        return OpenTag();
+    }
+
+    bool OpenServerTag() {
+        const bool php = StartsAt(T, p, u"<?", true), asp = StartsAt(T, p, u"<%", true);
+        const TScriptType type = php ? scPHP : scASP;
+        if ((!php && !asp) || StartsAt(T, p, u"<%--", true) || !C.Embedded(type))
+            return false;
+        int len = 2;
+        if (php && StartsAt(T, p, u"<?php", false))
+            len = 5;
+        else if (StartsAt(T, p, php ? u"<?=" : u"<%=", true))
+            len = 3;
+        Emit(p, p + len, TTokenKind::ServerTag);
+        P.CachedBracketId = P.BracketId;
+        P.Set(spSavedInTag, P.Get(spInTag));
+        P.Set(spInTag, false);
+        P.BracketId = -1;
+        P.ScriptTypeOld = InScript() ? P.ScriptType : scHtml;
+        P.ScriptType = type;
+        P.Set(spInScript, true);
+        SelectSet();
+        p += len;
+        return true;
+    }
+
+    bool CloseServerTag() {
+        if (!StartsAt(T, p, P.ScriptType == scPHP ? u"?>" : u"%>", true))
+            return false;
+        Emit(p, p + 2, TTokenKind::ServerTag);
+        P.ScriptType = P.ScriptTypeOld;
+        P.ScriptTypeOld = scNone;
+        if (!IsScriptType(P.ScriptType)) {
+            P.ScriptType = scHtml;
+            P.Set(spInScript, false);
+        }
+        P.BracketId = P.CachedBracketId;
+        P.CachedBracketId = -1;
+        P.Set(spInTag, P.Get(spSavedInTag));
+        P.Set(spSavedInTag, false);
+        SelectSet();
+        p += 2;
+        return true;
+    }
+
+    // In a script only the matching end tag is a tag; it returns the row to HTML.
+    bool EndOfScriptTag() {
+        const std::u16string_view end = P.ScriptType == scCSS ? u"</style" : u"</script";
+        if (!StartsAt(T, p, end, false))
+            return false;
+        P.Set(spInScript, false);
+        P.ScriptType = scHtml;
+        SelectSet();
+        return true;
+    }
+
+    bool OpenTag() {
+        if (StartsAt(T, p, u"<<", true))
+            return false;
+        int q = p + 1;
+        const bool closing = q < N && T[q] == u'/';
+        if (closing)
+            ++q;
+        if (q >= N || !(IsWordChar(T[q]) || T[q] == u'!' || T[q] == u'?'))
+            return false;
+        const int nameStart = q;
+        while (q < N && !IsBlank(T[q]) && T[q] != u'/' && T[q] != u'<' && T[q] != u'>')
+            ++q;
+        const std::u16string_view name = T.substr(nameStart, q - nameStart);
+        const int group = Set->FindTag(name, C.Host().FTagsCaseSensitive);
+        Emit(p, q, TTokenKind::Tag, group);
+        P.Set(spInTag, true);
+        P.TagNr = std::int8_t(std::clamp(group, 0, 127));
+        if (!closing)
+            PrepareScript(name, q);
+        p = q;
+        return true;
+    }
+
+    // A start tag of an embedded language: the language begins behind the tag's ">".
+    void PrepareScript(std::u16string_view name, int q) {
+        TScriptType type = scNone;
+        if (StartsAt(name, 0, u"script", false) && name.size() == 6) {
+            const auto head = T.substr(q, std::min(100, N - q));
+            type = C.Host().FASPXLanguage == 2 || FindCaseless(head, 0, u"vbscript") >= 0 ? scVB
+                                                                                          : scJS;
+        } else if (StartsAt(name, 0, u"style", false) && name.size() == 5)
+            type = scCSS;
+        if (type != scNone && C.Embedded(type))
+            P.ScriptType = type;
+    }
+
+    bool InsideTag() {
+        const char16_t c = T[p];
+        if (c == u'"' || c == u'\'')
+            return false; // the string rule reads attribute values
+        if (c == u'<') {
+            P.Set(spInTag, false); // an unclosed tag ends where the next one starts
+            return true;
+        }
+        if (c == u'>' || (c == u'/' && p + 1 < N && T[p + 1] == u'>')) {
+            const int len = c == u'>' ? 1 : 2;
+            Emit(p, p + len, TTokenKind::Tag);
+            P.Set(spInTag, false);
+            p += len;
+            if (IsScriptType(P.ScriptType) && len == 1) {
+                P.Set(spInScript, true);
+                SelectSet();
+            } else
+                P.ScriptType = scHtml;
+            return true;
+        }
+        int q = p;
+        while (q < N && !IsBlank(T[q]) &&
+               std::u16string_view(u"=<>/\"'").find(T[q]) == std::u16string_view::npos)
+            ++q;
+        if (q == p) {
+            Emit(p, p + 1, TTokenKind::Symbol);
+            p += 1;
+            return true;
+        }
+        int before = p - 1;
+        while (before >= 0 && IsBlank(T[before]))
+            --before;
+        const bool value = before >= 0 && T[before] == u'=';
+        Emit(p, q, value ? TTokenKind::AttributeValue : TTokenKind::AttributeName);
+        p = q;
+        return true;
+    }
+
+    // ---- Here-documents
+    bool OpenHereDoc() {
+        const std::u16string& sym = Set->FHereDocSymbol;
+        if (sym.empty() || !StartsAt(T, p, sym, true) || S.Block.Id >= 0)
+            return false;
+        int q = p + int(sym.size());
+        while (q < N && IsBlank(T[q]))
+            ++q;
+        if (q < N && (T[q] == u'-' || T[q] == u'~'))
+            ++q;
+        const char16_t quote = q < N && (T[q] == u'"' || T[q] == u'\'') ? T[q] : 0;
+        if (quote)
+            ++q;
+        const int word = q;
+        if (q >= N || !IsLetter(T[q]))
+            return false;
+        while (q < N && (IsLetter(T[q]) || IsDigit(T[q])))
+            ++q;
+        S.Block.Extra.mut().HereDocString.assign(T.substr(word, q - word));
+        if (quote && q < N && T[q] == quote)
+            ++q;
+        Emit(p, q, TTokenKind::String);
+        FHereDocPending = true;
+        p = q;
+        return true;
+    }
+
+    void ContinueHereDoc() {
+        const std::u16string& word = S.Block.HereDocString();
+        const int f = FirstNonBlank();
+        int rest = f + int(word.size());
+        bool ends = p <= f && StartsAt(T, f, word, true);
+        for (int i = rest; ends && i < N; ++i)
+            ends = IsBlank(T[i]) || T[i] == u';' || T[i] == u')' || T[i] == u',';
+        if (!ends) {
+            EmitText(p, N, TTokenKind::String);
+            p = N;
+            return;
+        }
+        Emit(p, f, TTokenKind::Text);
+        Emit(f, rest, TTokenKind::String);
+        S.Block.Id = -1;
+        P.BracketId = -1;
+        DropHereDocWord();
+        p = rest;
+    }
+
+    void DropHereDocWord() {
+        if (!S.Block.HereDocString().empty())
+            S.Block.Extra.mut().HereDocString.clear();
+    }
+
+    // ---- Blocks
+    int BlockStartLength(const TBlock& b) const {
+        if (b.IsRegEx())
+            return b.StartRegEx ? std::max(0, b.StartRegEx->MatchAt(T.substr(0, N), p, X.Match))
+                                : 0;
+        return StartsAt(T, p, b.Start, Case()) ? int(b.Start.size()) : 0;
+    }
+
+    int BlockStopLength(const TBlock& b) const {
+        if (b.IsRegEx())
+            return b.StopRegEx ? std::max(0, b.StopRegEx->MatchAt(T.substr(0, N), p, X.Match)) : 0;
+        return StartsAt(T, p, b.Stop, Case()) ? int(b.Stop.size()) : 0;
+    }
+
+    bool EscapedByBlockEsc() const {
+        return !Set->FBlockEsc.empty() && p > 0 && T[p - 1] == Set->FBlockEsc[0];
+    }
+
+    bool OpenBlock(char16_t) {
+        if (S.Block.Id >= 0 && S.Block.Force)
+            return false;
+        const int first = FirstNonBlank();
+        for (int i = 0; i < int(Set->FBlocks.size()) && i < 127; ++i) {
+            const TBlock& b = Set->FBlocks[i];
+            const int len = BlockStartLength(b);
+            if (len <= 0 || (b.FirstOnLine && p != first) || !AfterAllowed(b) ||
+                EscapedByBlockEsc())
+                continue;
+            if (S.Block.Id >= 0)
+                S.Block.Extra.mut().Cache.push_back(S.Block.Id);
+            EnterBlock(i);
+            Emit(p, p + len, TTokenKind::Block, i);
+            p += len;
+            return true;
+        }
+        return false;
+    }
+
+    bool AfterAllowed(const TBlock& b) const {
+        if (b.OnlyAfter.empty())
+            return true;
+        int k = p - 1;
+        while (k >= 0 && IsBlank(T[k]))
+            --k;
+        return k >= 0 && b.OnlyAfter.find(T[k]) != std::u16string::npos;
+    }
+
+    void EnterBlock(int id) {
+        const TBlock& b = Set->FBlocks[id];
+        S.Block.Id = std::int8_t(id);
+        S.Block.Force = b.ForceColor || b.Stop.empty();
+        S.Block.IsLine = b.LineBlock;
+        S.Block.HighlightKeywords = b.HighlightKeywords;
+        S.Block.HighlightSymbols = b.HighlightSymbols;
+        S.Block.HighlightBlocks = b.HighlightBlocks;
+        S.Block.HighlightNumbers = b.HighlightNumbers;
+        S.Block.HighlightStrings = b.HighlightStrings;
+        S.Block.HighlightChars = b.HighlightChars;
+    }
+
+    void LeaveBlock() {
+        S.Block.Force = false;
+        S.Block.IsLine = false;
+        if (!S.Block.Cache().empty()) {
+            auto& cache = S.Block.Extra.mut().Cache;
+            const int parent = cache.back();
+            cache.pop_back();
+            EnterBlock(parent);
+        } else
+            S.Block.Id = -1;
+    }
+
+    bool BlockStop() {
+        const TBlock* b = OpenBlock();
+        if (!b)
+            return false;
+        int len = b->Stop.empty() && !b->IsRegEx() ? 0 : BlockStopLength(*b);
+        if (len <= 0 && StartsAt(T, p, Set->FEndOpenBlockAt, Case()))
+            len = int(Set->FEndOpenBlockAt.size());
+        if (len <= 0 || EscapedByBlockEsc())
+            return false;
+        Emit(p, p + len, TTokenKind::Block, S.Block.Id);
+        LeaveBlock();
+        p += len;
+        return true;
+    }
+
+    // A block coloured as a string: nothing opens inside it; only its end is looked for.
+    void StringBlockText(const TBlock& b) {
+        int q = p + 1;
+        if (!b.IsRegEx())
+            while (q < N && T[q] != b.Stop[0])
+                ++q;
+        Emit(p, q, TTokenKind::Block, S.Block.Id);
+        p = q;
+    }
+
+    // ---- Regular-expression literals
+    // Syntaxes of the script family (line comment "//" and template strings in backquotes)
+    // write regular expressions between slashes; one is taken where an operand may begin
+    // and the closing slash is on the row, so that quotes in it open no string.
+    bool RegexLiteral() {
+        if (T[p] != u'/' || Set->FString2Symbol != u'`' || Set->FLineCommentA != u"//")
+            return false;
+        int k = p - 1;
+        while (k >= 0 && IsBlank(T[k]))
+            --k;
+        const bool operandStart =
+            k < 0 || std::u16string_view(u"(,=:[!&|?{};").find(T[k]) != u16string_npos ||
+            (k >= 5 && T.substr(k - 5, 6) == u"return" && (k < 6 || !IsWordChar(T[k - 6])));
+        if (!operandStart)
+            return false;
+        bool inClass = false;
+        int q = p + 1;
+        for (; q < N; ++q) {
+            if (T[q] == u'\\')
+                ++q;
+            else if (T[q] == u'[')
+                inClass = true;
+            else if (T[q] == u']')
+                inClass = false;
+            else if (T[q] == u'/' && !inClass)
+                break;
+        }
+        if (q >= N || q == p + 1)
+            return false;
+        ++q;
+        while (q < N && IsLetter(T[q])) // flags
+            ++q;
+        Emit(p, q, TTokenKind::String);
+        p = q;
+        return true;
+    }
+
+    // ---- Strings
+    bool OpenString() {
+        const TBlock* open = OpenBlock();
+        if (open && !open->HighlightBlocks)
+            return false;
+        for (int k = 0; k < 3; ++k) {
+            const char16_t d = Delimiter(*Set, k);
+            if (!d || T[p] != d)
+                continue;
+            if ((Set->FVerbatimStringStart && p > 0 && T[p - 1] == Set->FVerbatimStringStart) ||
+                (k == 0 && Set->FCharVerbatim))
+                P.Set(spVerbatim, true);
+            P.BracketId = std::int8_t(k);
+            P.Set(spStringStart, true);
+            P.Set(spStringOnLine, Set->FStringLine);
+            ContinueString(p + 1, p);
+            return true;
+        }
+        return false;
+    }
+
+    // Reads string text from `from` (the opener at `start` when it is on this row).
+    void ContinueString(int from, int start = -1) {
+        if (start < 0)
+            start = from;
+        const char16_t d = Delimiter(*Set, P.BracketId);
+        const char16_t esc = Set->FEscape.empty() ? 0 : Set->FEscape[0];
+        const bool verbatim = P.Get(spVerbatim);
+        int q = from;
+        while (q < N) {
+            if (T[q] == esc && esc && !verbatim) {
+                q += 2;
+                continue;
+            }
+            if (T[q] == d) {
+                if (verbatim && q + 1 < N && T[q + 1] == d) {
+                    q += 2;
+                    continue;
+                }
+                break;
+            }
+            ++q;
+        }
+        const TTokenKind kind = P.Get(spInTag) && !InScript() ? TTokenKind::AttributeValue
+                                : P.BracketId == 0            ? TTokenKind::Char
+                                                              : TTokenKind::String;
+        if (q >= N) {
+            EmitText(start, N, kind);
+            p = N;
+            return;
+        }
+        EmitText(start, q + 1, kind);
+        P.BracketId = -1;
+        P.Set(spStringEnd, true);
+        P.Set(spVerbatim, false);
+        p = q + 1;
+    }
+
+    // ---- The plain run
+    void Plain() {
+        const char16_t c = T[p];
+        if (C.Options().FAllowURLClick && (c | 0x20) >= u'a' && (c | 0x20) <= u'z')
+            if (const int len = UrlLengthAt(T.substr(0, N), p)) {
+                Emit(p, p + len, TTokenKind::Url);
+                p += len;
+                return;
+            }
+        if (IsWordChar(c))
+            return Word();
+        if (c == u'(' || c == u')' || c == u'{' || c == u'}' || c == u'[' || c == u']')
+            return Brace(c);
+        const TBlock* open = OpenBlock();
+        const bool symbol = Set->FSymbols.find(c) != std::u16string::npos &&
+                            (!open || open->HighlightSymbols) &&
+                            !(Set->FOnlyHighlightInBlock && !open);
+        Emit(p, p + 1, symbol ? TTokenKind::Symbol : TTokenKind::Text);
+        ++p;
+    }
+
+    void Brace(char16_t c) {
+        std::int8_t* level = c == u'(' || c == u')'   ? &P.Brace1Level
+                             : c == u'{' || c == u'}' ? &P.Brace2Level
+                                                      : &P.Brace3Level;
+        const bool opens = c == u'(' || c == u'{' || c == u'[';
+        int colourLevel = *level;
+        if (opens)
+            *level = std::int8_t(std::min(*level + 1, 127));
+        else
+            colourLevel = *level = std::int8_t(std::max(*level - 1, -127));
+        Emit(p, p + 1, TTokenKind::Brace, colourLevel);
+        ++p;
+    }
+
+    void Word() {
+        int q = p + 1;
+        const TBlock* open = OpenBlock();
+        const bool stopInside = open && !open->IsRegEx() && !open->Stop.empty();
+        while (q < N && IsWordChar(T[q])) {
+            if (stopInside && T[q] == open->Stop[0] && StartsAt(T, q, open->Stop, Case()))
+                break;
+            ++q;
+        }
+        if (Sink)
+            EmitWord(q, open);
+        p = q;
+    }
+
+    bool KeywordsAllowed(const TBlock* open) const {
+        if (S.Block.Id == -2 || (open && (!open->HighlightKeywords || S.Block.Force)))
+            return false;
+        return !C.TagMode() || InScript() || Set->FAllowHighlightBetweenTags;
+    }
+
+    void EmitWord(int q, const TBlock* open) {
+        const std::u16string_view word = T.substr(p, q - p);
+        if (word.size() > 50 || !KeywordsAllowed(open))
+            return Emit(p, q, TTokenKind::Text);
+        const int group = Set->FindKeyword(word, Case());
+        if (group >= 0 && GroupAllowed(group, open))
+            return Emit(p, q, TTokenKind::Keyword, group);
+        if (Set->FHasRegExKeywords)
+            for (int g = 0; g < int(Set->FKeyWords.size()); ++g) {
+                const TKeyWord& k = Set->FKeyWords[g];
+                if (!k.RegEx || !k.CompiledRegEx || !GroupAllowed(g, open))
+                    continue;
+                const int len = std::min(k.CompiledRegEx->MatchAt(T.substr(0, N), p, X.Match),
+                                         int(word.size()));
+                if (len > 0) {
+                    Emit(p, p + len, TTokenKind::Keyword, g);
+                    return Emit(p + len, q, TTokenKind::Text);
+                }
+            }
+        Emit(p, q, TTokenKind::Text);
+    }
+
+    bool GroupAllowed(int g, const TBlock* open) const {
+        const std::u16string& name = Set->FKeyWords[g].Name;
+        if (name.starts_with(u'?'))
+            return false;
+        return !Set->FOnlyHighlightInBlock || open || name.starts_with(u"_") ||
+               name.starts_with(u"#_");
+    }
+
+    // ---- End of the row
+    void EndOfRow() {
+        if (FHereDocPending) {
+            S.Block.Id = -2;
+            P.BracketId = -1;
+        }
+        const bool continues = C.Options().FWordWrap && FNext;
+        if (!continues) {
+            P.Set(spInLineComment, false);
+            if (P.Get(spStringOnLine)) {
+                P.Set(spStringOnLine, false);
+                if (P.BracketId >= 0)
+                    P.BracketId = -1, P.Set(spVerbatim, false);
+            }
+            S.Block.IsLine = false;
+            if (const TBlock* b = OpenBlock(); b && b->LineBlock)
+                LeaveBlock();
+        }
+        // Flags that describe the last token, not the row's end, are not kept.
+        for (auto bit : {spStringEnd, spStringStart, spSymbol, spHexNumber, spKeyword, spNumber})
+            P.Set(bit, false);
+    }
+
+    const TScanContext& C;
+    std::u16string_view T;
+    TStyle& S;
+    TStyleProperties& P;
+    TScanScratch& X;
+    IRunSink* Sink;
+    const std::atomic<bool>* Halt;
+    const TZvCustomMemoStyles* Set = nullptr;
+    const TStarterTable* Starters = nullptr;
+    bool FNext, FFull;
+    bool FHereDocPending = false;
+    int N = 0;
+    int p = 0;
+};
+
+} // namespace
+
+const char* TokenKindName(TTokenKind kind) {
+    static constexpr const char* kNames[] = {
+        "text",      "comment",        "doccomment", "linecomment", "string", "char",
+        "number",    "hexnumber",      "keyword",    "symbol",      "brace",  "tag",
+        "attribute", "attributevalue", "servertag",  "block",       "url"};
+    return kNames[static_cast<int>(kind)];
+}
+
+bool ScanRow(const TScanContext& ctx, const TScanRequest& request, TStyle& state,
+             TScanScratch& scratch) {
+    return TRowWalk(ctx, request, state, scratch).Run();
+}
+
+} // namespace zv

@@ -1,0 +1,461 @@
+// The editor widget's set-up, painting and scrolling: only the visible rows are touched, so
+// a huge document scrolls and repaints as fast as a small one.
+#include "ui/EditorWidget.h"
+
+#include "ZvMemoControl/ZvMemoStrings.h"
+#include "shell/Language.h"
+#include "ui/RunPainter.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <cmath>
+
+namespace zv {
+
+namespace {
+
+// Light blue behind selected text: the syntax colours stay readable on it.
+const QColor kSelectionBack(0xAD, 0xD6, 0xFF);
+// Tag pair highlight (HTML and XML): a translucent box over the tag names.
+const QColor kTagPairBack(0xFF, 0xD7, 0x00, 0x60);
+
+TEditorServices ServicesOf(ITextMeasure& measure, IClipboard& clipboard, ITimerFactory& timers,
+                           IPrompt& prompt) {
+    TEditorServices services;
+    services.Measure = &measure;
+    services.Clipboard = &clipboard;
+    services.Timers = &timers;
+    services.Prompt = &prompt;
+    services.Text = [](const std::string& section, const std::string& key,
+                       const std::string& fallback) { return LangText(section, key, fallback); };
+    return services;
+}
+
+} // namespace
+
+TEditorWidget::TEditorWidget(QWidget* parent)
+    : QAbstractScrollArea(parent), FMeasure(QFontDatabase::systemFont(QFontDatabase::FixedFont)),
+      FPrompt(this), FMemo(ServicesOf(FMeasure, FClipboard, FTimers, FPrompt)) {
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    viewport()->setBackgroundRole(QPalette::Base);
+    viewport()->setAutoFillBackground(true);
+    viewport()->setCursor(Qt::IBeamCursor);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_InputMethodEnabled);
+    setAcceptDrops(true);
+    viewport()->setAcceptDrops(true); // drops arrive at the viewport
+    FMemo.FMargin = 0;                // the widget places column 0 itself
+    FMemo.FOnInvalidate = [this](int first, int last) {
+        // The scanner first: a one-row edit rescans its row and says how far colours moved.
+        const TRedrawRange range = FMemo.Invalidated(first, last);
+        FMarksDirty = true;
+        if (last < 0)
+            UpdateScrollBars();
+        const int top = TopRow(), lineHeight = LineHeight();
+        if (range.Last >= 0 && range.First >= top) {
+            const int y = (range.First - top) * lineHeight;
+            viewport()->update(0, y, viewport()->width(),
+                               (range.Last - range.First + 1) * lineHeight);
+        } else {
+            viewport()->update();
+        }
+    };
+    // The end of the change sequence: the thread may read rows again.
+    FMemo.FOnChange = [this] { FMemo.ResumeScan(); };
+    FMemo.FOnModifiedChange = [this](bool modified) { emit ModifiedChanged(modified); };
+    FMemo.FOnCursorChange = [this] {
+        FMarksDirty = true;
+        emit CursorChanged();
+    };
+    FBlinkTimer = FTimers.CreateTimer([this] {
+        FCaretOn = !FCaretOn;
+        viewport()->update(CaretRect().adjusted(-2, 0, 2, 0));
+    });
+}
+
+TEditorWidget::~TEditorWidget() {
+    DetachScan(); // the thread ends before anything it reports to goes
+    FBlinkTimer.reset();
+    FMemo.SetLines(nullptr);
+}
+
+void TEditorWidget::SetLines(TZvMemoStrings* lines) {
+    SetDocument(lines, FStyleHost);
+}
+
+void TEditorWidget::SetSyntax(std::shared_ptr<const TMemoStyleHost> host) {
+    DetachScan();
+    FStyleHost = std::move(host);
+    AttachScan();
+    viewport()->update();
+}
+
+void TEditorWidget::SetDocument(TZvMemoStrings* lines,
+                                std::shared_ptr<const TMemoStyleHost> host) {
+    DetachScan();
+    FLines = lines;
+    FMemo.SetLines(lines);
+    FMemo.FTabSize = std::max(FMemo.FTabSize, 1);
+    FStyleHost = std::move(host);
+    AttachScan();
+    FWidestSeen = 0;
+    verticalScrollBar()->setValue(0);
+    horizontalScrollBar()->setValue(0);
+    UpdateScrollBars();
+    viewport()->update();
+}
+
+void TEditorWidget::DetachScan() {
+    FMemo.SetScan(nullptr);
+    FScan.reset(); // stops and joins the thread
+    FPainter.reset();
+    FMarksDirty = true;
+    FBraces = {};
+    FTags = {};
+}
+
+void TEditorWidget::AttachScan() {
+    FPainter.reset();
+    FMemo.FHasSyntax = false;
+    if (!FLines || !FStyleHost || !FStyleHost->FStyles)
+        return;
+    TScanOptions options;
+    options.FWordWrap = FMemo.FWordWrap;
+    options.FHtmlMultiSyntax = FStyleHost->FHtmlMultiSyntax;
+    TBackgroundCallbacks callbacks;
+    callbacks.IsVisible = [this] { return FShown.load(); };
+    callbacks.IsBusy = [this] { return FKeyDown.load(); };
+    callbacks.OnRowsScanned = [this](int first, int) { RowsScannedFromThread(first); };
+    FScan = std::make_unique<TEditorScan>(*FLines, FStyleHost, options, std::move(callbacks),
+                                          FTiming);
+    const TZvCustomMemoStyles& set = *FStyleHost->FStyles;
+    FMemo.FHasSyntax = true;
+    FMemo.FAutoCloseBraceStart = set.FAutoCloseBraceStart;
+    FMemo.FAutoCloseBraceEnd = set.FAutoCloseBraceEnd;
+    FMemo.SetScan(FScan.get());
+    FScan->Start();
+}
+
+void TEditorWidget::RowsScannedFromThread(int first) {
+    // Background thread: keep the lowest row, and post one repaint until it is served.
+    int seen = FScannedFrom.load();
+    while ((seen < 0 || first < seen) && !FScannedFrom.compare_exchange_weak(seen, first)) {
+    }
+    if (FRepaintPosted.exchange(true))
+        return;
+    QMetaObject::invokeMethod(this, [this] { RowsScanned(); }, Qt::QueuedConnection);
+}
+
+void TEditorWidget::RowsScanned() {
+    FRepaintPosted.store(false);
+    const int first = FScannedFrom.exchange(-1);
+    // A row's new state colours the rows below it: repaint when any of those is on screen.
+    if (first >= 0 && first < TopRow() + VisibleRowCount())
+        viewport()->update();
+}
+
+TRunPainter& TEditorWidget::Painter() {
+    if (!FPainter) {
+        TRunPaintOptions options;
+        options.TabSize = std::max(FMemo.FTabSize, 1);
+        options.Background = QColor(); // the viewport's background shows
+        FPainter = std::make_unique<TRunPainter>(font(), options);
+    }
+    return *FPainter;
+}
+
+std::vector<TColourRun> TEditorWidget::PaintRuns(int row) {
+    if (!FLines || row < 0 || row >= FLines->Count())
+        return {};
+    if (FScan)
+        return RowRuns(FScan->Scanner(), row);
+    const int length = FLines->GetLineLength(row);
+    if (length == 0)
+        return {};
+    return {TColourRun{0, length, {}}};
+}
+
+void TEditorWidget::UpdateMarks() {
+    if (!FMarksDirty)
+        return;
+    FMarksDirty = false;
+    FBraces = {};
+    FTags = {};
+    if (!FScan || FMemo.HasSelection() || FMemo.FCurY >= FLines->Count())
+        return;
+    FBraces = FindBracePair(FScan->Scanner(), FMemo.FCurX, FMemo.FCurY, false);
+    if (FScan->Context().TagMode())
+        FTags = CheckTagsToHighlight(FScan->Scanner(), FMemo.FCurX, FMemo.FCurY);
+}
+
+TBracePair TEditorWidget::BracePair() {
+    UpdateMarks();
+    return FBraces;
+}
+
+TTagPosData TEditorWidget::TagPair() {
+    UpdateMarks();
+    return FTags;
+}
+
+void TEditorWidget::PasteText(const QString& text) {
+    const std::u16string s(reinterpret_cast<const char16_t*>(text.utf16()),
+                           static_cast<std::size_t>(text.size()));
+    FMemo.SmartPasteText(s, false);
+    FMemo.ResumeScan();
+    EnsureCaretVisible();
+    RestartBlink();
+    viewport()->update();
+}
+
+int TEditorWidget::RowCount() const {
+    return FLines ? FLines->Count() : 0;
+}
+
+int TEditorWidget::LineHeight() const {
+    return std::max(1, fontMetrics().lineSpacing());
+}
+
+int TEditorWidget::TopRow() const {
+    return verticalScrollBar()->value();
+}
+
+int TEditorWidget::CaretRow() const {
+    return FMemo.FCurY;
+}
+
+int TEditorWidget::VisibleRowCount() const {
+    return std::max(1, viewport()->height() / LineHeight());
+}
+
+int TEditorWidget::GutterWidth() const {
+    const int digits = static_cast<int>(std::to_string(std::max(1, RowCount())).size());
+    return fontMetrics().horizontalAdvance(QLatin1Char('9')) * (digits + 2);
+}
+
+int TEditorWidget::TextLeft() const {
+    return GutterWidth() + 2 - horizontalScrollBar()->value();
+}
+
+void TEditorWidget::UpdateScrollBars() {
+    const int visible = VisibleRowCount();
+    verticalScrollBar()->setRange(0, std::max(0, RowCount() - visible + 1));
+    verticalScrollBar()->setPageStep(visible);
+    const int charWidth = fontMetrics().horizontalAdvance(QLatin1Char('M'));
+    const int textWidth = viewport()->width() - GutterWidth();
+    horizontalScrollBar()->setRange(0, std::max(0, FWidestSeen - textWidth / 2));
+    horizontalScrollBar()->setPageStep(std::max(1, textWidth));
+    horizontalScrollBar()->setSingleStep(charWidth);
+    FMemo.FVisibleRows = visible;
+}
+
+void TEditorWidget::ShowRow(int row, bool jump) {
+    row = std::clamp(row, 0, std::max(0, RowCount() - 1));
+    FMemo.SetTextCursor(FMemo.FCurX, row);
+    const int top = TopRow();
+    const int visible = VisibleRowCount();
+    if (row < top || row >= top + visible)
+        verticalScrollBar()->setValue(jump        ? std::max(0, row - visible / 3)
+                                      : row < top ? row
+                                                  : row - visible + 1);
+    viewport()->update();
+}
+
+QRect TEditorWidget::CaretRect() const {
+    const int y = (FMemo.FCurY - TopRow()) * LineHeight();
+    const int x =
+        TextLeft() + static_cast<int>(std::lround(FMemo.TextLength(FMemo.FCurY, FMemo.FCurX)));
+    const int width =
+        FMemo.FOverwrite ? std::max(2, fontMetrics().horizontalAdvance(QLatin1Char('M'))) : 2;
+    return QRect(x, y, width, LineHeight());
+}
+
+TZvPos TEditorWidget::PosAt(const QPoint& point) const {
+    const int row =
+        std::clamp(TopRow() + point.y() / LineHeight(), 0, std::max(0, FMemo.RowCount() - 1));
+    return {FMemo.ColumnAtPixel(row, point.x() - TextLeft()), row};
+}
+
+void TEditorWidget::EnsureCaretVisible() {
+    const int row = FMemo.FCurY, top = TopRow(), visible = VisibleRowCount();
+    if (row < top)
+        verticalScrollBar()->setValue(row);
+    else if (row >= top + visible)
+        verticalScrollBar()->setValue(row - visible + 1);
+    const int px = static_cast<int>(std::lround(FMemo.TextLength(row, FMemo.FCurX)));
+    const int textWidth = viewport()->width() - GutterWidth() - 4;
+    if (px + 4 > FWidestSeen) {
+        FWidestSeen = px + 4;
+        UpdateScrollBars();
+    }
+    const int left = horizontalScrollBar()->value();
+    if (px < left)
+        horizontalScrollBar()->setValue(std::max(0, px - textWidth / 4));
+    else if (px > left + textWidth)
+        horizontalScrollBar()->setValue(px - textWidth * 3 / 4);
+    FMemo.FTopLine = TopRow();
+}
+
+void TEditorWidget::RestartBlink() {
+    FCaretOn = true;
+    if (hasFocus())
+        FBlinkTimer->Start(std::max(QApplication::cursorFlashTime() / 2, 100));
+}
+
+void TEditorWidget::PaintRow(QPainter& painter, int row, int y) {
+    const int lineHeight = LineHeight();
+    const int left = TextLeft();
+    TZvPos s, e;
+    FMemo.OrderedSelection(s, e);
+    if (FMemo.HasSelection() && row >= s.Y && row <= e.Y) {
+        const int len = FMemo.RowLength(row);
+        const int a = row == s.Y ? std::min(s.X, len) : 0;
+        const int b = row == e.Y ? std::min(e.X, len) : len;
+        const double x1 = FMemo.TextLength(row, a);
+        double x2 = FMemo.TextLength(row, b);
+        if (row != e.Y)
+            x2 += FMeasure.SpaceWidth(); // the line end is selected too
+        painter.fillRect(QRectF(left + x1, y, x2 - x1, lineHeight), kSelectionBack);
+    }
+    const std::u16string_view text = FLines->Get(row);
+    const std::vector<TColourRun> runs = PaintRuns(row);
+    std::vector<TBraceMark> braces;
+    for (const TBracePoint& p : {FBraces.Left, FBraces.Right})
+        if (p.x >= 0 && p.Y == row)
+            braces.push_back({p.x, FBraces.Matched});
+    TRunPainter& runPainter = Painter();
+    runPainter.PaintRow(painter, QPointF(left, y), text, runs, braces, viewport()->width());
+    // The tag pair: the opening tag's name and ">" and the closing tag's name.
+    const auto markTag = [&](int tagRow, int x, int length) {
+        if (tagRow != row || x < 0 || length <= 0)
+            return;
+        const qreal x1 = runPainter.ColumnX(text, x), x2 = runPainter.ColumnX(text, x + length);
+        painter.fillRect(QRectF(left + x1, y, x2 - x1, lineHeight), kTagPairBack);
+    };
+    markTag(FTags.StartY, FTags.StartX, FTags.StartLen);
+    markTag(FTags.StartEndY, FTags.StartEndX, FTags.StartEndLen);
+    markTag(FTags.EndY, FTags.EndX, FTags.EndLen);
+    if (FOnRowPainted)
+        FOnRowPainted(row, runs);
+    const int width = static_cast<int>(FMeasure.TextWidth(text));
+    if (width > FWidestSeen)
+        FWidestSeen = width;
+}
+
+void TEditorWidget::paintEvent(QPaintEvent*) {
+    QPainter painter(viewport());
+    const int lineHeight = LineHeight();
+    const int gutter = GutterWidth();
+    const int first = TopRow();
+    const int last = std::min(RowCount(), first + VisibleRowCount() + 1);
+    const QColor gutterText = palette().color(QPalette::Disabled, QPalette::Text);
+    const int widest = FWidestSeen;
+    if (FScan) {
+        if (const TZvCustomMemoStyles* set = FScan->Styles(); set && set->FBkColor != kNoColor)
+            painter.fillRect(viewport()->rect(), ToQColor(set->FBkColor));
+    }
+    UpdateMarks();
+    for (int row = first; row < last; ++row) {
+        const int y = (row - first) * lineHeight;
+        if (row == FMemo.FCurY)
+            painter.fillRect(gutter, y, viewport()->width(), lineHeight,
+                             palette().color(QPalette::AlternateBase));
+        painter.setClipRect(gutter, y, viewport()->width() - gutter, lineHeight);
+        PaintRow(painter, row, y);
+    }
+    painter.setClipping(false);
+    painter.fillRect(0, 0, gutter - 4, viewport()->height(), palette().color(QPalette::Window));
+    painter.setPen(gutterText);
+    for (int row = first; row < last; ++row)
+        painter.drawText(QRect(0, (row - first) * lineHeight, gutter - 8, lineHeight),
+                         Qt::AlignRight | Qt::AlignVCenter, QString::number(row + 1));
+    const QRect caret = CaretRect();
+    if (!FPreedit.isEmpty()) {
+        QFont underlined = font();
+        underlined.setUnderline(true);
+        painter.setFont(underlined);
+        painter.setPen(palette().color(QPalette::Text));
+        painter.drawText(caret.x(), caret.y() + fontMetrics().ascent(), FPreedit);
+    } else if (FCaretOn && hasFocus() && caret.x() >= gutter) {
+        painter.fillRect(caret, palette().color(QPalette::Text));
+    }
+    if (widest != FWidestSeen)
+        UpdateScrollBars();
+}
+
+void TEditorWidget::resizeEvent(QResizeEvent* event) {
+    QAbstractScrollArea::resizeEvent(event);
+    UpdateScrollBars();
+}
+
+void TEditorWidget::scrollContentsBy(int, int) {
+    FMemo.FTopLine = TopRow();
+    viewport()->update();
+}
+
+void TEditorWidget::focusInEvent(QFocusEvent* event) {
+    QAbstractScrollArea::focusInEvent(event);
+    RestartBlink();
+    viewport()->update();
+}
+
+void TEditorWidget::focusOutEvent(QFocusEvent* event) {
+    QAbstractScrollArea::focusOutEvent(event);
+    FBlinkTimer->Stop();
+    viewport()->update();
+}
+
+void TEditorWidget::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) {
+        FMeasure.SetFont(font());
+        FPainter.reset();
+    }
+    QAbstractScrollArea::changeEvent(event);
+}
+
+void TEditorWidget::showEvent(QShowEvent* event) {
+    QAbstractScrollArea::showEvent(event);
+    FShown.store(true);
+}
+
+void TEditorWidget::hideEvent(QHideEvent* event) {
+    QAbstractScrollArea::hideEvent(event);
+    FShown.store(false);
+}
+
+bool TEditorWidget::Save() {
+    // Saving reads every row and may rewrite row attributes: the thread keeps off meanwhile.
+    if (FScan)
+        FScan->Pause();
+    struct TResume {
+        TEditorScan* Scan;
+        ~TResume() {
+            if (Scan)
+                Scan->Resume();
+        }
+    } resume{FScan.get()};
+    bool ok = false;
+    if (FOnSave) {
+        ok = FOnSave();
+    } else if (FLines && !FLines->FileName().empty()) {
+        ok = FLines->SaveToFile(FLines->FileName());
+        if (!ok)
+            FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
+                                FLines->FileName() + "\"\n" + FLines->LastError());
+    }
+    if (ok)
+        MarkSaved();
+    return ok;
+}
+
+void TEditorWidget::MarkSaved() {
+    FMemo.Saved();
+}
+
+} // namespace zv

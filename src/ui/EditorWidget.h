@@ -1,0 +1,158 @@
+// The editor widget: paints one document's rows with a line-number gutter, the selection and
+// a blinking caret, and drives the editing control (TZvMemo) with keys, mouse, drag and drop,
+// input methods and the clipboard.
+#pragma once
+
+#include "ZvMemoControl/ZvMemo.h"
+#include "syntax/BraceMatch.h"
+#include "ui/EditorScan.h"
+#include "ui/QtClipboard.h"
+#include "ui/QtPrompt.h"
+#include "ui/QtTextMeasure.h"
+#include "ui/QtTimer.h"
+
+#include <QAbstractScrollArea>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace zv {
+
+class TZvMemoStrings;
+class TRunPainter;
+
+class TEditorWidget : public QAbstractScrollArea {
+    Q_OBJECT
+public:
+    explicit TEditorWidget(QWidget* parent = nullptr);
+    ~TEditorWidget() override;
+
+    // The rows to show and edit; the store must outlive the widget or be replaced before it
+    // dies. A new store starts with an empty undo list, unmodified. The syntax in force (if
+    // any) is attached to the new rows.
+    void SetLines(TZvMemoStrings* lines);
+    const TZvMemoStrings* Lines() const { return FLines; }
+    // The style sets to colour with (null or a host without a style set: plain text). A
+    // scan context, line scanner and background thread are attached to the rows; the thread
+    // starts at once. The host is kept alive by the widget while it is in use.
+    void SetSyntax(std::shared_ptr<const TMemoStyleHost> host);
+    // Both at once, with one scanner rebuild.
+    void SetDocument(TZvMemoStrings* lines, std::shared_ptr<const TMemoStyleHost> host);
+    // Timing of background threads made from now on (tests and benchmarks shorten it).
+    void SetBackgroundTiming(TBackgroundTiming timing) { FTiming = timing; }
+    // The attached scan, or null without a syntax.
+    TEditorScan* Scan() const { return FScan.get(); }
+    // The colour runs the widget paints for `row`: the colouring walk from the state stored
+    // above it (computed on demand for rows the thread has not reached), or one plain run.
+    std::vector<TColourRun> PaintRuns(int row);
+    // The brace pair marked at the caret (Left.x -1: none), and the tag pair (tag mode).
+    TBracePair BracePair();
+    TTagPosData TagPair();
+    // Pastes text handed over by another instance (smart paste at the caret).
+    void PasteText(const QString& text);
+    // Told every painted row and its runs (tests).
+    std::function<void(int row, const std::vector<TColourRun>& runs)> FOnRowPainted;
+    // Puts the caret on the 0-based row and scrolls it into view: by the least amount, or
+    // with jump to the upper third of the view (as for a line given on the command line).
+    void ShowRow(int row, bool jump = true);
+    int TopRow() const;
+    int CaretRow() const;
+    int VisibleRowCount() const;
+    int TabWidth() const { return FMemo.FTabSize; }
+
+    TZvMemo& Memo() { return FMemo; }
+    const TZvMemo& Memo() const { return FMemo; }
+    // Saves through `FOnSave` when set, else to the store's own file with the codec. On
+    // success the current text becomes the saved state (modified cleared).
+    bool Save();
+    // Tells the widget that its text was saved by someone else (the main object).
+    void MarkSaved();
+    bool IsModified() const { return FMemo.Modified(); }
+    // The caret's rectangle in viewport coordinates.
+    QRect CaretRect() const;
+    // The text position under a viewport point (column may lie past the row's end).
+    TZvPos PosAt(const QPoint& point) const;
+
+    // What an input method asks: caret rectangle and position, the caret's row, the font.
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+    // Saving on Ctrl+S; returns success. The main window sets it to its save command.
+    std::function<bool()> FOnSave;
+
+signals:
+    // The text began or stopped differing from the saved text.
+    void ModifiedChanged(bool modified);
+    // The caret or the selection moved.
+    void CursorChanged();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void UpdateScrollBars();
+    int GutterWidth() const;
+    int RowCount() const;
+    int LineHeight() const;
+    int TextLeft() const; // viewport x of column 0
+    bool HandleCommandKey(QKeyEvent* event);
+    bool HandleMoveKey(QKeyEvent* event);
+    void AfterCommand();
+    void EnsureCaretVisible();
+    void RestartBlink();
+    void StartDrag();
+    void PaintRow(QPainter& painter, int row, int y);
+    void AttachScan(); // builds the scan for FLines and FStyleHost
+    void DetachScan();
+    void RowsScannedFromThread(int first); // background thread: post a repaint
+    void RowsScanned();                     // main thread: repaint what the sweep reached
+    void UpdateMarks();                     // brace and tag pair at the caret
+    TRunPainter& Painter();
+
+    TZvMemoStrings* FLines = nullptr;
+    TQtTextMeasure FMeasure;
+    TQtClipboard FClipboard;
+    TQtTimerFactory FTimers;
+    TQtPrompt FPrompt;
+    TEditorMemo FMemo;
+    std::shared_ptr<const TMemoStyleHost> FStyleHost;
+    std::unique_ptr<TEditorScan> FScan;
+    TBackgroundTiming FTiming;
+    std::unique_ptr<TRunPainter> FPainter; // rebuilt when the font or the syntax changes
+    bool FMarksDirty = true;
+    TBracePair FBraces;
+    TTagPosData FTags;
+    // Shared with the background thread.
+    std::atomic<bool> FShown{false};   // the thread sweeps only while the editor shows
+    std::atomic<bool> FKeyDown{false}; // a key held down (auto-repeat): the thread waits
+    std::atomic<int> FScannedFrom{-1}; // lowest row reported since the last repaint, -1 none
+    std::atomic<bool> FRepaintPosted{false};
+    std::unique_ptr<ITimer> FBlinkTimer;
+    bool FCaretOn = true;
+    int FWidestSeen = 0; // widest painted row in pixels, grows the horizontal range
+    // Mouse: a press inside the selection may start a drag; elsewhere it selects.
+    QPoint FPressPoint;
+    bool FMaybeDrag = false;
+    bool FSelecting = false;
+    QString FPreedit; // input method text being composed, painted at the caret
+};
+
+} // namespace zv

@@ -1,0 +1,261 @@
+// The editor widget's input: keys, mouse selection, drag and drop, input methods. Each
+// event turns into calls on the editing control, then the view follows the caret.
+#include "ui/EditorWidget.h"
+
+#include "ZvMemoControl/ZvMemoStrings.h"
+
+#include <QApplication>
+#include <QDrag>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QScrollBar>
+
+namespace zv {
+namespace {
+
+// The format that marks a drag as coming out of an editor of this process.
+constexpr const char* kDragSourceMime = "application/x-zevrit-drag-source";
+
+unsigned ShiftOf(Qt::KeyboardModifiers modifiers) {
+    unsigned shift = 0;
+    if (modifiers & Qt::ShiftModifier)
+        shift |= ssShift;
+    if (modifiers & Qt::AltModifier)
+        shift |= ssAlt;
+    if (modifiers & Qt::ControlModifier)
+        shift |= ssCtrl;
+    return shift;
+}
+
+std::u16string ToU16(const QString& s) {
+    return std::u16string(reinterpret_cast<const char16_t*>(s.utf16()),
+                          static_cast<std::size_t>(s.size()));
+}
+
+} // namespace
+
+void TEditorWidget::AfterCommand() {
+    FMemo.ResumeScan(); // a change that did not reach its end must not keep the thread off
+    EnsureCaretVisible();
+    RestartBlink();
+    viewport()->update();
+}
+
+bool TEditorWidget::HandleMoveKey(QKeyEvent* event) {
+    const unsigned shift = ShiftOf(event->modifiers());
+    switch (event->key()) {
+    case Qt::Key_Left:
+        FMemo.MoveCursor(-1, 0, shift);
+        return true;
+    case Qt::Key_Right:
+        FMemo.MoveCursor(1, 0, shift);
+        return true;
+    case Qt::Key_Up:
+        FMemo.MoveCursor(0, -1, shift);
+        return true;
+    case Qt::Key_Down:
+        FMemo.MoveCursor(0, 1, shift);
+        return true;
+    case Qt::Key_Home:
+        FMemo.GoHome(shift);
+        return true;
+    case Qt::Key_End:
+        FMemo.GoEnd(shift);
+        return true;
+    case Qt::Key_PageUp:
+        FMemo.MovePage(-1, shift);
+        return true;
+    case Qt::Key_PageDown:
+        FMemo.MovePage(1, shift);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool TEditorWidget::HandleCommandKey(QKeyEvent* event) {
+    if (event == QKeySequence::Undo)
+        FMemo.acnUndo();
+    else if (event == QKeySequence::Redo ||
+             (event->key() == Qt::Key_Y && event->modifiers() == Qt::ControlModifier))
+        FMemo.acnRedo();
+    else if (event == QKeySequence::Copy)
+        FMemo.acnCopy();
+    else if (event == QKeySequence::Cut)
+        FMemo.acnCut();
+    else if (event == QKeySequence::Paste)
+        FMemo.acnPaste();
+    else if (event == QKeySequence::SelectAll)
+        FMemo.acnSelectAll();
+    else if (event == QKeySequence::Save)
+        Save();
+    else if (event->key() == Qt::Key_Insert && event->modifiers() == Qt::NoModifier)
+        FMemo.acnToggleOverwrite();
+    else if (event->key() == Qt::Key_Backspace)
+        FMemo.Backspace();
+    else if (event->key() == Qt::Key_Delete)
+        FMemo.acnDelete();
+    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        FMemo.EnterPress();
+    else if (event->key() == Qt::Key_Tab && FMemo.FWantTab)
+        FMemo.InsertTab();
+    else
+        return false;
+    return true;
+}
+
+void TEditorWidget::keyPressEvent(QKeyEvent* event) {
+    if (event->isAutoRepeat())
+        FKeyDown.store(true); // a key held down: the background sweep waits
+    if (HandleMoveKey(event) || HandleCommandKey(event)) {
+        AfterCommand();
+        return;
+    }
+    const QString text = event->text();
+    const bool command = event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier);
+    if (text.isEmpty() || command)
+        return QAbstractScrollArea::keyPressEvent(event);
+    for (char16_t c : ToU16(text))
+        FMemo.KeyPress(c);
+    AfterCommand();
+}
+
+void TEditorWidget::keyReleaseEvent(QKeyEvent* event) {
+    if (!event->isAutoRepeat())
+        FKeyDown.store(false);
+    QAbstractScrollArea::keyReleaseEvent(event);
+}
+
+// ---- Mouse ------------------------------------------------------------------------------
+
+void TEditorWidget::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return QAbstractScrollArea::mousePressEvent(event);
+    const TZvPos pos = PosAt(event->position().toPoint());
+    TZvPos s, e;
+    FMemo.OrderedSelection(s, e);
+    FPressPoint = event->position().toPoint();
+    FMaybeDrag = FMemo.FAllowDragText && FMemo.HasSelection() && pos >= s && pos < e &&
+                 !(event->modifiers() & Qt::ShiftModifier);
+    if (FMaybeDrag)
+        return;
+    if (event->modifiers() & Qt::ShiftModifier)
+        FMemo.SetSelection(FMemo.SelStart(), pos);
+    else
+        FMemo.SetTextCursor(pos.X, pos.Y);
+    FSelecting = true;
+    AfterCommand();
+}
+
+void TEditorWidget::mouseMoveEvent(QMouseEvent* event) {
+    const QPoint point = event->position().toPoint();
+    if (FMaybeDrag) {
+        if ((point - FPressPoint).manhattanLength() >= QApplication::startDragDistance()) {
+            FMaybeDrag = false;
+            StartDrag();
+        }
+        return;
+    }
+    if (!FSelecting || !(event->buttons() & Qt::LeftButton))
+        return;
+    FMemo.SetSelection(FMemo.SelStart(), PosAt(point));
+    AfterCommand();
+}
+
+void TEditorWidget::mouseReleaseEvent(QMouseEvent* event) {
+    if (FMaybeDrag) { // a click inside the selection without a drag: place the caret
+        const TZvPos pos = PosAt(event->position().toPoint());
+        FMemo.SetTextCursor(pos.X, pos.Y);
+        AfterCommand();
+    }
+    FMaybeDrag = false;
+    FSelecting = false;
+}
+
+void TEditorWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    const TZvPos pos = PosAt(event->position().toPoint());
+    FMemo.SetTextCursor(pos.X, pos.Y);
+    int start = 0;
+    FMemo.WordAtCursorPos(start, true);
+    FSelecting = false;
+    AfterCommand();
+}
+
+// ---- Drag and drop ----------------------------------------------------------------------
+
+void TEditorWidget::StartDrag() {
+    auto* data = new QMimeData;
+    const std::u16string text = FMemo.GetSelection();
+    data->setText(QString::fromUtf16(TEditText::FromString(text, false).ToLfString().c_str()));
+    data->setData(kDragSourceMime, QByteArray::number(reinterpret_cast<quintptr>(this)));
+    auto* drag = new QDrag(this);
+    drag->setMimeData(data);
+    const Qt::DropAction action = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
+    // A move into another widget takes the text away from here; a move inside this widget
+    // was done by the drop itself.
+    if (action == Qt::MoveAction && drag->target() != viewport() && drag->target() != this)
+        FMemo.DeleteSelection();
+    AfterCommand();
+}
+
+void TEditorWidget::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasText() && !FMemo.FReadOnly)
+        event->acceptProposedAction();
+}
+
+void TEditorWidget::dragMoveEvent(QDragMoveEvent* event) {
+    if (!event->mimeData()->hasText() || FMemo.FReadOnly)
+        return;
+    const bool own = event->source() == this;
+    event->setDropAction(own && !(event->modifiers() & Qt::ControlModifier) ? Qt::MoveAction
+                                                                            : Qt::CopyAction);
+    event->accept();
+}
+
+void TEditorWidget::dropEvent(QDropEvent* event) {
+    const TZvPos pos = PosAt(event->position().toPoint());
+    const bool own = event->source() == this;
+    const bool move = own && !(event->modifiers() & Qt::ControlModifier);
+    // Our own selection keeps its line ends; text from elsewhere takes the document's.
+    const std::u16string text = own ? FMemo.GetSelection() : ToU16(event->mimeData()->text());
+    FMemo.DropText(pos.X, pos.Y, text, move);
+    event->setDropAction(move ? Qt::MoveAction : Qt::CopyAction);
+    event->accept();
+    setFocus();
+    AfterCommand();
+}
+
+// ---- Input methods ----------------------------------------------------------------------
+
+void TEditorWidget::inputMethodEvent(QInputMethodEvent* event) {
+    for (char16_t c : ToU16(event->commitString()))
+        FMemo.KeyPress(c);
+    FPreedit = event->preeditString();
+    event->accept();
+    AfterCommand();
+}
+
+QVariant TEditorWidget::inputMethodQuery(Qt::InputMethodQuery query) const {
+    switch (query) {
+    case Qt::ImEnabled:
+        return true;
+    case Qt::ImCursorRectangle:
+        return CaretRect();
+    case Qt::ImCursorPosition:
+        return FMemo.FCurX;
+    case Qt::ImSurroundingText: {
+        const auto row = FMemo.RowText(FMemo.FCurY);
+        return QString::fromUtf16(row.data(), static_cast<qsizetype>(row.size()));
+    }
+    case Qt::ImFont:
+        return font();
+    default:
+        return QAbstractScrollArea::inputMethodQuery(query);
+    }
+}
+
+} // namespace zv

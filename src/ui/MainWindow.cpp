@@ -1,0 +1,150 @@
+// Main window: tabs follow the helper's documents; menu commands call the helper.
+#include "ui/MainWindow.h"
+
+#include "ui/EditorWidget.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QKeySequence>
+#include <QMenuBar>
+#include <QTabWidget>
+
+namespace zv {
+
+TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
+    : QMainWindow(parent), FHelper(helper), FTabs(new QTabWidget(this)) {
+    FTabs->setDocumentMode(true);
+    FTabs->setTabsClosable(true);
+    FTabs->setMovable(false);
+    setCentralWidget(FTabs);
+    connect(FTabs, &QTabWidget::tabCloseRequested, this, &TMainWindow::CloseTabClick);
+    connect(FTabs, &QTabWidget::currentChanged, this, &TMainWindow::TabChanged);
+    CreateMenus();
+    resize(1000, 700);
+    FHelper.SetListener(this);
+    UpdateTitle();
+}
+
+TMainWindow::~TMainWindow() {
+    FHelper.SetListener(nullptr);
+}
+
+void TMainWindow::CreateMenus() {
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    file->addAction(tr("&Open..."), QKeySequence::Open, this, &TMainWindow::OpenFileClick);
+    file->addAction(tr("&Save"), QKeySequence::Save, this, &TMainWindow::SaveClick);
+    file->addAction(tr("&Close"), QKeySequence(Qt::CTRL | Qt::Key_W), this,
+                    [this] { CloseTabClick(FTabs->currentIndex()); });
+    file->addSeparator();
+    file->addAction(tr("E&xit"), QKeySequence::Quit, this, &QWidget::close);
+}
+
+bool TMainWindow::IsVisible() const {
+    return isVisible();
+}
+bool TMainWindow::IsMinimized() const {
+    return isMinimized();
+}
+
+void TMainWindow::BringUp() {
+    if (!isVisible())
+        show();
+    if (isMinimized())
+        showNormal();
+    raise();
+    activateWindow();
+}
+
+void TMainWindow::ShowLine(int line) {
+    if (auto* editor = EditorAt(FTabs->currentIndex())) {
+        editor->ShowRow(line - 1);
+        editor->setFocus();
+    }
+}
+
+TEditorWidget* TMainWindow::EditorAt(int index) const {
+    return qobject_cast<TEditorWidget*>(FTabs->widget(index));
+}
+
+int TMainWindow::IndexOf(const TDocument& doc) const {
+    const auto& docs = FHelper.Documents();
+    for (size_t i = 0; i < docs.size(); ++i)
+        if (docs[i].get() == &doc)
+            return static_cast<int>(i);
+    return -1;
+}
+
+void TMainWindow::DocumentAdded(TDocument& doc) {
+    auto* editor = new TEditorWidget(FTabs);
+    editor->SetLines(doc.Lines.get());
+    FSyncingTabs = true;
+    FTabs->addTab(editor, QFileInfo(QString::fromStdString(doc.FFilePath)).fileName());
+    FTabs->setTabToolTip(FTabs->count() - 1, QString::fromStdString(doc.FFilePath));
+    FSyncingTabs = false;
+}
+
+void TMainWindow::DocumentRemoved(TDocument& doc) {
+    // The helper has already dropped the document: its tab is the one whose editor
+    // still shows doc's rows.
+    for (int i = 0; i < FTabs->count(); ++i) {
+        if (EditorAt(i)->Lines() == doc.Lines.get()) {
+            QWidget* page = FTabs->widget(i);
+            FSyncingTabs = true;
+            FTabs->removeTab(i);
+            FSyncingTabs = false;
+            delete page;
+            break;
+        }
+    }
+    UpdateTitle();
+}
+
+void TMainWindow::DocumentActivated(TDocument& doc) {
+    const int index = IndexOf(doc);
+    if (index < 0)
+        return;
+    FSyncingTabs = true;
+    FTabs->setCurrentIndex(index);
+    FSyncingTabs = false;
+    UpdateTitle();
+}
+
+void TMainWindow::DocumentReloaded(TDocument& doc) {
+    if (auto* editor = EditorAt(IndexOf(doc)))
+        editor->SetLines(doc.Lines.get());
+}
+
+void TMainWindow::TabChanged(int index) {
+    if (!FSyncingTabs && index >= 0)
+        FHelper.Activate(index);
+    if (auto* editor = EditorAt(index))
+        editor->setFocus();
+    UpdateTitle();
+}
+
+void TMainWindow::UpdateTitle() {
+    const TDocument* doc = FHelper.ActiveDocument();
+    setWindowTitle(doc ? QStringLiteral("Zevrit - ") + QString::fromStdString(doc->FFilePath)
+                       : QStringLiteral("Zevrit"));
+}
+
+void TMainWindow::OpenFileClick() {
+    const QStringList names = QFileDialog::getOpenFileNames(this, tr("Open"));
+    for (const QString& name : names) {
+        TLoadFileArgs args;
+        args.FileName = name.toStdString();
+        FHelper.LoadFile(args);
+    }
+}
+
+void TMainWindow::SaveClick() {
+    FHelper.SaveFile();
+}
+
+void TMainWindow::CloseTabClick(int index) {
+    FHelper.CloseDocument(index);
+}
+
+} // namespace zv

@@ -1,0 +1,102 @@
+// Crash safety of settings writes: a write that fails at any step, or on a full disk,
+// leaves the previous file whole and readable and leaves no temporary file behind.
+#include "IniTestSupport.h"
+
+#include "shell/AtomicFile.h"
+#include "shell/ZvIniFiles.h"
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace zv {
+namespace {
+
+// Switches an injected failure off again whatever the test's outcome.
+struct TInjection {
+    explicit TInjection(TAtomicStep step) { InjectAtomicWriteFailure(step); }
+    ~TInjection() { InjectAtomicWriteFailure(TAtomicStep::None); }
+};
+
+TMemIniFileW SettingsWith(const std::filesystem::path& file, const char* value, int keys) {
+    TMemIniFileW ini(file);
+    for (int i = 0; i < keys; ++i)
+        ini.WriteString("Section", "Key" + std::to_string(i), value);
+    return ini;
+}
+
+TEST(AtomicWrite, FailureAtAnyStepKeepsTheOldFile) {
+    test::TTempDir dir;
+    const auto file = dir / "Zevrit.ini";
+    ASSERT_TRUE(SettingsWith(file, "old", 50).UpdateFile());
+    const std::string before = test::ReadBytes(file);
+    for (TAtomicStep step : {TAtomicStep::Write, TAtomicStep::Sync, TAtomicStep::Rename}) {
+        SCOPED_TRACE(static_cast<int>(step));
+        auto ini = SettingsWith(file, "new", 80);
+        std::string error;
+        {
+            const TInjection inject(step);
+            EXPECT_FALSE(WriteFileAtomically(file, ini.SaveToBytes(), &error));
+            EXPECT_FALSE(ini.UpdateFile());
+        }
+        EXPECT_NE(error.find("Zevrit.ini"), std::string::npos) << error;
+        EXPECT_EQ(test::ReadBytes(file), before);
+        EXPECT_EQ(TMemIniFileW(file).ReadString("Section", "Key49", ""), "old");
+        EXPECT_EQ(test::FolderNames(dir.Path()), std::vector<std::string>{"Zevrit.ini"});
+    }
+    EXPECT_TRUE(SettingsWith(file, "new", 80).UpdateFile());
+    EXPECT_EQ(TMemIniFileW(file).ReadString("Section", "Key79", ""), "new");
+}
+
+// A real full disk: the child may write only 4 KiB per file, so the new, longer settings
+// cannot be written (EFBIG); the parent then finds the old file intact.
+TEST(AtomicWrite, FullDiskInAChildProcessKeepsTheOldFile) {
+    test::TTempDir dir;
+    const auto file = dir / "Zevrit.ini";
+    ASSERT_TRUE(SettingsWith(file, "old", 20).UpdateFile());
+    const std::string before = test::ReadBytes(file);
+    ASSERT_LT(before.size(), 4096u);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{4096, 4096};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        ::_exit(SettingsWith(file, "a much longer value than before", 500).UpdateFile() ? 0 : 3);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 3) << "the write should have failed";
+    EXPECT_EQ(test::ReadBytes(file), before);
+    EXPECT_EQ(test::FolderNames(dir.Path()), std::vector<std::string>{"Zevrit.ini"});
+}
+
+TEST(AtomicWrite, FollowsLinksAndKeepsMode) {
+    test::TTempDir dir;
+    std::filesystem::create_directory(dir / "real");
+    const auto real = dir / "real/Zevrit.ini";
+    const auto link = dir / "Zevrit.ini";
+    test::WriteBytes(real, "[A]\r\n");
+    ASSERT_EQ(::chmod(real.c_str(), 0640), 0);
+    std::filesystem::create_symlink("real/Zevrit.ini", link);
+    ASSERT_TRUE(WriteFileAtomically(link, "[B]\r\n"));
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(test::ReadBytes(real), "[B]\r\n");
+    struct stat info {};
+    ASSERT_EQ(::stat(real.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, 0640u);
+    EXPECT_EQ(test::FolderNames(dir / "real"), std::vector<std::string>{"Zevrit.ini"});
+}
+
+TEST(AtomicWrite, MissingFolderFailsCleanly) {
+    test::TTempDir dir;
+    std::string error;
+    EXPECT_FALSE(WriteFileAtomically(dir / "no/such/folder/x.ini", "x", &error));
+    EXPECT_NE(error.find("No such file"), std::string::npos) << error;
+}
+
+} // namespace
+} // namespace zv

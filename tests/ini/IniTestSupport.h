@@ -1,0 +1,53 @@
+// Helpers of the settings tests: a temporary folder, files, and outside tools.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "support/ZvTestSupport.h"
+
+namespace zv::test {
+
+// The shared temporary folder, one name for the settings tests (one alive at a time).
+class TTempDir : public zvtest::TTempDir {
+public:
+    TTempDir() : zvtest::TTempDir("zv-ini-test") {}
+};
+
+inline std::string ReadBytes(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+inline void WriteBytes(const std::filesystem::path& file, std::string_view bytes) {
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+// Runs a shell command line (outside tools such as iconv, cmp, diff); returns its exit code.
+inline int Shell(const std::string& command) {
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+inline std::string Quote(const std::filesystem::path& path) {
+    return "'" + path.string() + "'";
+}
+
+// Names in the folder, the folder itself excluded (to find stray temporary files).
+inline std::vector<std::string> FolderNames(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+} // namespace zv::test

@@ -1,0 +1,295 @@
+// The codec's edge cases: empty files, byte-order marks, line-end verdicts, CSV quoting,
+// slice edges, Latin-1 read as Windows-1252, detection order, the atomic save (mode,
+// symlink, failure), the 2 GB limit and a code page the system lacks.
+#include "MemoTestUtil.h"
+
+#include "ZvMemoControl/CodePages.h"
+#include "ZvMemoControl/OpenTextFile.h"
+#include "ZvMemoControl/ZvMemoStrings.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zv {
+namespace {
+
+using test::ReadAll;
+using test::WriteAll;
+
+TZvMemoStrings& Detecting(TZvMemoStrings& store) {
+    store.SetCodePage(cpAutoDetect);
+    return store;
+}
+
+TEST(CodecEdge, EmptyFileTakesTheDefaultEncodingAndKeepsTheBomFlag) {
+    TZvMemoStrings store;
+    store.SetUseBOM(true);
+    store.Memo().FDefaultEncoding = 1251;
+    ASSERT_TRUE(Detecting(store).LoadFromBytes(""));
+    EXPECT_EQ(store.Count(), 0);
+    EXPECT_EQ(store.CodePage(), 1251u);
+    EXPECT_TRUE(store.UseBOM());
+}
+
+TEST(CodecEdge, ByteOrderMarks) {
+    TZvMemoStrings store;
+    ASSERT_TRUE(Detecting(store).LoadFromBytes("\xEF\xBB\xBFzz"));
+    EXPECT_EQ(store.CodePage(), cpUTF8);
+    EXPECT_TRUE(store.UseBOM());
+    EXPECT_EQ(store.Get(0), u"zz");
+    const std::string be("\xFE\xFF\x00h\x00i\x00\n\x04\x10", 10);
+    ASSERT_TRUE(Detecting(store).LoadFromBytes(be));
+    EXPECT_EQ(store.CodePage(), cpUTF16BE);
+    EXPECT_EQ(store.Get(1), u"\u0410");
+    EXPECT_EQ(store.SaveToBytes(), be);
+    // An odd UTF-16 length loses its last byte.
+    ASSERT_TRUE(Detecting(store).LoadFromBytes(std::string("\xFF\xFEh\0i", 5)));
+    EXPECT_EQ(store.Get(0), u"h");
+}
+
+TEST(CodecEdge, LineEndVerdicts) {
+    struct TCase {
+        const char* Text;
+        TSysTextType Kind;
+    };
+    const TCase cases[] = {
+        {"a\r\nb\r\n", sttWindows},
+        {"a\nb\n", sttUnix},
+        {"a\rb\r", sttMac},
+        {"ab\r\ncd\n", sttMixedWindows},
+        {"a\nb\nc\r\n", sttMixedUnix},
+        {"a\rb\rc\r\n", sttMixedMac},
+        {"a\rb\r\n", sttMixedWindows},
+        {"a\rb\rc\n", sttMixedMac},
+    };
+    for (const auto& c : cases) {
+        TZvMemoStrings store;
+        ASSERT_TRUE(store.LoadFromBytes(c.Text));
+        EXPECT_EQ(store.SysTextType(), c.Kind) << c.Text;
+        EXPECT_EQ(store.SaveToBytes(), c.Text);
+    }
+    // No line end at all: the kind set before the load stays.
+    TZvMemoStrings store;
+    store.SetDefaultSysTextType(sttUnix);
+    ASSERT_TRUE(store.LoadFromBytes("single"));
+    EXPECT_EQ(store.SysTextType(), sttUnix);
+    // Changing the kind rewrites every row's end.
+    ASSERT_TRUE(store.LoadFromBytes("a\r\nb\nc\rd"));
+    store.SetSysTextType(sttUnix);
+    EXPECT_EQ(store.SaveToBytes(), "a\nb\nc\nd");
+}
+
+TEST(CodecEdge, FinalLineEndGivesAnEmptyLastRow) {
+    TZvMemoStrings store;
+    ASSERT_TRUE(store.LoadFromBytes("x\n"));
+    ASSERT_EQ(store.Count(), 2);
+    EXPECT_EQ(store.Get(1), u"");
+    EXPECT_EQ(store.SaveToBytes(), "x\n");
+}
+
+TEST(CodecEdge, QuotedFieldsOfDelimitedFiles) {
+    test::TTempDir dir;
+    const std::string text = "id,note\r\n1,\"two\nlines\"\r\n2,plain\r\n";
+    WriteAll(dir / "a.csv", text);
+    WriteAll(dir / "a.txt", text);
+    TZvMemoStrings csv, txt;
+    ASSERT_TRUE(csv.LoadFromFile((dir / "a.csv").string()));
+    ASSERT_TRUE(txt.LoadFromFile((dir / "a.txt").string()));
+    EXPECT_EQ(csv.Count(), 4);
+    EXPECT_EQ(csv.Get(1), u"1,\"two\nlines\"");
+    EXPECT_EQ(txt.Count(), 5);
+    EXPECT_EQ(csv.SaveToBytes(), text);
+}
+
+TEST(CodecEdge, Utf8SequenceOnASliceEdge) {
+    // A 3-byte character straddles byte 500000, and a CR LF straddles the next edge.
+    std::string bytes(499999, 'a');
+    bytes += "\xE4\xB8\xAD";
+    bytes += std::string(1000000 - bytes.size() - 1, 'b');
+    bytes += "\r\nend";
+    TZvMemoStrings store;
+    store.SetCodePage(cpUTF8);
+    store.FSaveUTF = true;
+    ASSERT_TRUE(store.LoadFromBytes(bytes));
+    EXPECT_FALSE(store.Lossy());
+    EXPECT_EQ(store.LineEndCounts().CrLf, 1);
+    EXPECT_EQ(store.Get(store.Count() - 1), u"end");
+    EXPECT_EQ(store.SaveToBytes(), bytes);
+}
+
+TEST(CodecEdge, UnicodeLineSeparatorsStayTextUnlessAsked) {
+    const std::string bytes = "a\xE2\x80\xA8"
+                              "b";
+    TZvMemoStrings store;
+    store.SetCodePage(cpUTF8);
+    store.FSaveUTF = true;
+    ASSERT_TRUE(store.LoadFromBytes(bytes));
+    EXPECT_EQ(store.Count(), 1);
+    EXPECT_EQ(store.SaveToBytes(), bytes);
+    store.Memo().FUnicodeLineBreaks = true;
+    ASSERT_TRUE(store.LoadFromBytes(bytes));
+    EXPECT_EQ(store.Count(), 2); // ends the row, and is lost on save
+    EXPECT_EQ(store.SaveToBytes(), "a\r\nb");
+}
+
+TEST(CodecEdge, Latin1ReadsAsWindows1252) {
+    TZvMemoStrings store;
+    store.SetCodePage(cpISOLatin1);
+    store.FSaveCodePage = true;
+    ASSERT_TRUE(store.LoadFromBytes("\x80\x93\xE9"));
+    EXPECT_EQ(store.Get(0), u"\u20AC\u201C\u00E9");
+    EXPECT_EQ(store.SaveToBytes(), "\x80\x93\xE9");
+}
+
+TEST(CodecEdge, DetectionOrder) {
+    TZvMemoStrings store;
+    store.Memo().FDefaultEncoding = 1252;
+    ASSERT_TRUE(Detecting(store).LoadFromBytes("na\xC3\xAFve"));
+    EXPECT_EQ(store.CodePage(), cpUTF8);
+    ASSERT_TRUE(Detecting(store).LoadFromBytes("na\xEFve"));
+    EXPECT_EQ(store.CodePage(), 1252u);
+    ASSERT_TRUE(Detecting(store).LoadFromBytes("plain"));
+    EXPECT_EQ(store.CodePage(), 1252u); // ASCII only: the default encoding
+    // The declared encoding of an XML file counts when detecting; UTF-8 only for ASCII.
+    store.Memo().FCodePageXML = 1251;
+    ASSERT_TRUE(Detecting(store).LoadFromBytes("<?xml?>\xC0"));
+    EXPECT_EQ(store.CodePage(), 1251u);
+    EXPECT_EQ(store.Get(0), u"<?xml?>\u0410");
+    // Detecting all: the detector's choice, through the application's hook.
+    store.Memo().FCodePageXML = -1;
+    store.Memo().FDetectAll = true;
+    std::vector<std::string> seen;
+    store.OnDetectCP = [&](TZvMemoStrings&, std::uint32_t& cp,
+                           const std::vector<std::string>& candidates, const std::string&) {
+        seen = candidates;
+        cp = 1253;
+    };
+    ASSERT_TRUE(Detecting(store).LoadFromBytes("\xC1\xE8\xE2\xEB\xE9\xEF"));
+    EXPECT_EQ(store.CodePage(), 1253u);
+}
+
+TEST(CodecEdge, JohabIsRefusedClearly) {
+    TZvMemoStrings store;
+    ASSERT_TRUE(store.LoadFromBytes("keep"));
+    store.SetCodePage(1361);
+    store.FSaveCodePage = true;
+    EXPECT_FALSE(store.LoadFromBytes("\x88\x61"));
+    EXPECT_NE(store.LastError().find("1361"), std::string::npos);
+    EXPECT_EQ(store.Get(0), u"keep"); // nothing was cleared
+    test::TTempDir dir;
+    EXPECT_FALSE(store.SaveToFile((dir / "out.txt").string()));
+    EXPECT_FALSE(std::filesystem::exists(dir / "out.txt"));
+}
+
+TEST(CodecEdge, SaveKeepsModeAndSymlinkAndIsAtomic) {
+    test::TTempDir dir;
+    const auto real = dir / "real.txt", link = dir / "link.txt";
+    WriteAll(real, "old text\n");
+    ::chmod(real.c_str(), 0640);
+    std::filesystem::create_symlink("real.txt", link);
+    TZvMemoStrings store;
+    ASSERT_TRUE(store.LoadFromFile(link.string()));
+    store.SetLineString(0, u"new text");
+    ASSERT_TRUE(store.SaveToFile(link.string())) << store.LastError();
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(ReadAll(real), "new text\n");
+    struct stat st {};
+    ASSERT_EQ(::stat(real.c_str(), &st), 0);
+    EXPECT_EQ(st.st_mode & 0777, 0640u);
+    // No temporary file is left behind.
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()),
+                            std::filesystem::directory_iterator()),
+              2);
+}
+
+TEST(CodecEdge, FailedSaveLeavesTheOriginal) {
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root writes into read-only folders";
+    test::TTempDir dir;
+    const auto sub = dir / "ro";
+    std::filesystem::create_directory(sub);
+    WriteAll(sub / "a.txt", "original\n");
+    ::chmod(sub.c_str(), 0555);
+    TZvMemoStrings store;
+    ASSERT_TRUE(store.LoadFromFile((sub / "a.txt").string()));
+    store.SetLineString(0, u"changed");
+    EXPECT_FALSE(store.SaveToFile((sub / "a.txt").string()));
+    EXPECT_FALSE(store.LastError().empty());
+    EXPECT_EQ(ReadAll(sub / "a.txt"), "original\n");
+    ::chmod(sub.c_str(), 0755);
+}
+
+TEST(CodecEdge, SaveFailsCleanlyInAMissingFolder) {
+    test::TTempDir dir;
+    TZvMemoStrings store;
+    store.Add(u"x");
+    EXPECT_FALSE(store.SaveToFile((dir / "no" / "such" / "a.txt").string()));
+    EXPECT_FALSE(store.LastError().empty());
+}
+
+TEST(CodecEdge, FilesPastTheThirtyTwoBitLimitAreRefused) {
+    test::TTempDir dir;
+    const auto big = dir / "big.txt";
+    WriteAll(big, "x");
+    std::error_code ec;
+    std::filesystem::resize_file(big, (std::uintmax_t(1) << 31) + 10, ec); // sparse
+    if (ec)
+        GTEST_SKIP() << "no sparse files here";
+    TZvMemoStrings store;
+    store.Add(u"kept");
+    EXPECT_FALSE(store.LoadFromFile(big.string()));
+    EXPECT_NE(store.LastError().find("too large"), std::string::npos);
+    EXPECT_EQ(store.Get(0), u"kept");
+}
+
+TEST(CodecEdge, MissingFileOrAFolderLeavesTheStore) {
+    TZvMemoStrings store;
+    store.Add(u"kept");
+    EXPECT_FALSE(store.LoadFromFile("/nonexistent/zv/file.txt"));
+    EXPECT_EQ(store.Count(), 1);
+    test::TTempDir dir;
+    EXPECT_FALSE(store.LoadFromFile(dir.Path().string()));
+    EXPECT_FALSE(store.LastError().empty());
+    EXPECT_EQ(store.Get(0), u"kept");
+}
+
+TEST(CodecEdge, AppendTailAddsWhatTheFileGrewBy) {
+    test::TTempDir dir;
+    const auto log = dir / "a.log";
+    WriteAll(log, "one\ntw");
+    TZvMemoStrings store;
+    store.SetCodePage(cpUTF8);
+    ASSERT_TRUE(store.LoadFromFile(log.string()));
+    std::ofstream(log, std::ios::binary | std::ios::app) << "o\nthree\n";
+    ASSERT_TRUE(store.AppendTail());
+    ASSERT_EQ(store.Count(), 4);
+    EXPECT_EQ(store.Get(1), u"two");
+    EXPECT_EQ(store.Get(2), u"three");
+    EXPECT_EQ(store.SaveToBytes(), "one\ntwo\nthree\n");
+    EXPECT_FALSE(store.AppendTail()); // nothing new
+}
+
+TEST(CodecEdge, OpeningAFileAsADocumentDoes) {
+    test::TTempDir dir;
+    WriteAll(dir / "u16.txt", std::string("h\0i\0 \0t\0h\0e\0r\0e\0", 16));
+    WriteAll(dir / "enc.txt", std::string("\x01\x01", 2) + "Zv Zevrit Encrypted" +
+                                  std::string("\x01\x02\x07\x06\x01\x01", 6) + "data");
+    WriteAll(dir / "page.html", "<html><head><meta charset=\"windows-1251\"></head>\xC0</html>");
+    TZvMemoStrings store;
+    TFileType type;
+    std::string error;
+    ASSERT_TRUE(OpenTextFile(store, (dir / "u16.txt").string(), cpAutoDetect, type, error));
+    EXPECT_EQ(store.CodePage(), cpUTF16LE);
+    EXPECT_EQ(store.Get(0), u"hi there");
+    EXPECT_FALSE(OpenTextFile(store, (dir / "enc.txt").string(), cpAutoDetect, type, error));
+    EXPECT_EQ(type.Kind, 2);
+    EXPECT_NE(error.find("encrypted"), std::string::npos);
+    TZvMemoStrings page;
+    ASSERT_TRUE(OpenTextFile(page, (dir / "page.html").string(), cpAutoDetect, type, error));
+    EXPECT_EQ(page.CodePage(), 1251u);
+}
+
+} // namespace
+} // namespace zv

@@ -1,0 +1,290 @@
+// Row operations of the line store: shared buffers, attributes and their defaults, hidden
+// rows, whole-text extraction, search primitives, tab expansion, hashes, thread readers.
+#include "ZvMemoControl/ZvMemoStrings.h"
+#include "ZvMemoControl/ZvUniUtils.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <random>
+#include <thread>
+
+namespace zv {
+namespace {
+
+TEST(RowText, CopiesShareUntilOneChanges) {
+    TRowText a(u"hello world");
+    TRowText b = a;
+    EXPECT_EQ(a.View().data(), b.View().data()); // one buffer
+    b.Append(u"!");
+    EXPECT_EQ(a.View(), u"hello world");
+    EXPECT_EQ(b.View(), u"hello world!");
+    b.Insert(0, b.View().substr(6, 5)); // from its own buffer
+    EXPECT_EQ(b.View(), u"worldhello world!");
+    b.Erase(5, 6);
+    EXPECT_EQ(b.View(), u"worldworld!");
+    b.Erase(0, 5);
+    EXPECT_EQ(b.View(), u"world!");
+    b.Truncate(5);
+    EXPECT_EQ(b.View(), u"world");
+    b.Erase(10, 1); // out of range: nothing
+    EXPECT_EQ(b.View(), u"world");
+}
+
+TEST(Store, RowsAndVisibleCount) {
+    TZvMemoStrings store;
+    EXPECT_EQ(store.Get(0), u"");
+    EXPECT_EQ(store.GetLineLength(-1), 0);
+    store.Add(u"one");
+    store.Add(u"three");
+    store.Insert(1, u"two");
+    store.Insert(-5, u"zero"); // negative becomes 0
+    ASSERT_EQ(store.Count(), 4);
+    EXPECT_EQ(store.Get(0), u"zero");
+    EXPECT_EQ(store.Get(2), u"two");
+    EXPECT_EQ(store.VisibleCount(), 4);
+    store.SetHiddenLine(1, true);
+    store.SetHiddenLine(1, true); // twice: counted once
+    EXPECT_EQ(store.VisibleCount(), 3);
+    store.Delete(1); // a hidden row leaves the count alone
+    EXPECT_EQ(store.VisibleCount(), 3);
+    store.Memo().FCurY = 2;
+    store.Delete(0); // the caret below moves up
+    EXPECT_EQ(store.Memo().FCurY, 1);
+    EXPECT_EQ(store.Count(), 2);
+    store.PrepareLines(1, 3);
+    EXPECT_EQ(store.Count(), 5);
+    EXPECT_EQ(store.VisibleCount(), 5);
+    EXPECT_EQ(store.Get(4), u"three");
+    store.DeleteLinesSilent(1, 3);
+    EXPECT_EQ(store.Count(), 2);
+    store.SwapLines(0, 1);
+    EXPECT_EQ(store.Get(0), u"three");
+    store.Move(0, 1);
+    EXPECT_EQ(store.Get(1), u"three");
+}
+
+TEST(Store, ManyRowsGrowWithoutLosingAny) {
+    TZvMemoStrings store;
+    for (int i = 0; i < 200000; ++i)
+        store.DoAdd(std::u16string(1, static_cast<char16_t>(u'a' + i % 26)));
+    store.DoInsert(0, u"first");
+    ASSERT_EQ(store.Count(), 200001);
+    EXPECT_EQ(store.Get(0), u"first");
+    EXPECT_EQ(store.Get(200000), std::u16string(1, static_cast<char16_t>(u'a' + 199999 % 26)));
+    store.DeleteLinesSilent(0, 100000);
+    EXPECT_EQ(store.Count(), 100001);
+    EXPECT_EQ(store.VisibleCount(), 100001);
+}
+
+TEST(Store, AttributeDefaultsFollowLineEndKind) {
+    TZvMemoStrings store;
+    store.SetDefaultSysTextType(sttUnix);
+    const TAttribute a = store.CreateAttribute();
+    EXPECT_EQ(a.Bookmark, -1);
+    EXPECT_EQ(a.ChangeLastSavedAt, -100);
+    EXPECT_EQ(a.UndoNr(), -1);
+    EXPECT_EQ(a.ChangeHistory(), 0);
+    EXPECT_TRUE(a.Enabled());
+    EXPECT_TRUE(a.GetValue2(ab2LinefeedLF));
+    EXPECT_FALSE(a.GetValue2(ab2LinefeedCR));
+    EXPECT_EQ(a.Extra().NodeLevel, -1);
+    EXPECT_FALSE(a.HasExtra()); // rare fields cost nothing until written
+    store.SetDefaultSysTextType(sttMac);
+    EXPECT_TRUE(store.CreateAttribute().GetValue2(ab2LinefeedCR));
+    EXPECT_FALSE(store.CreateAttribute().GetValue2(ab2LinefeedLF));
+    // Beyond the end: a default that belongs to no row.
+    EXPECT_EQ(store.GetLineAttribute(99).Bookmark, -1);
+}
+
+TEST(Store, SetLineAttributeCopiesAllButHidden) {
+    TZvMemoStrings store;
+    store.Add(u"row");
+    TAttribute a = store.CreateAttribute();
+    a.Bookmark = 3;
+    a.SetValue(abTodoItem, true);
+    a.MutableExtra().SpellList.push_back({1, 2, 3, 4});
+    a.SetChangeHistory(7);
+    store.SetLineAttribute(0, a);
+    const TAttribute& got = store.GetLineAttribute(0);
+    EXPECT_EQ(got.Bookmark, 3);
+    EXPECT_TRUE(got.GetValue(abTodoItem));
+    EXPECT_EQ(got.ChangeHistory(), 7);
+    std::vector<TSpellRec> spell;
+    EXPECT_EQ(store.GetSpellList(0, spell), 1);
+    store.ClearSSA();
+    EXPECT_EQ(store.GetSpellList(0, spell), 0);
+    // `Hidden` has no setter on the attribute: only SetHiddenLine changes it.
+    a.SetValue(abHidden, true);
+    EXPECT_FALSE(a.Hidden());
+}
+
+TEST(Store, RowEditsAndQuietAnswers) {
+    TZvMemoStrings store;
+    store.Add(u"abcdef");
+    EXPECT_EQ(store.InsertAt(0, u"XY", 3), 8);
+    EXPECT_EQ(store.Get(0), u"abXYcdef");
+    EXPECT_EQ(store.InsertAt(0, u"!", 100), 9); // past the end appends
+    EXPECT_EQ(store.DeleteAt(0, 3, 2), 7);
+    EXPECT_EQ(store.Get(0), u"abcdef!");
+    store.OverWriteAt(0, u"ZZZ", 6);
+    EXPECT_EQ(store.Get(0), u"abcdeZZZ");
+    EXPECT_EQ(store.GetCharAt(0, 1), u'a');
+    EXPECT_EQ(store.GetCharAt(0, 0), 0);
+    EXPECT_EQ(store.GetStringAt(0, 2, 3, false), u"bcd");
+    store.Add(u" \t\u00A0 x \u00A0\t ");
+    EXPECT_EQ(store.GetStringAt(1, 1, 100, true), u"x");
+    EXPECT_EQ(store.RemoveTrailingBlanks(1, true), u" ");
+    EXPECT_EQ(store.Get(1), u" \t\u00A0 x \u00A0\t");
+    EXPECT_EQ(store.RemoveTrailingBlanks(1, false), u" \u00A0\t");
+    EXPECT_TRUE(store.IsLineBlank(99));
+    store.Add(u"");
+    store.Add(u"");
+    EXPECT_FALSE(store.CompareLines(2, 3)); // two empty rows compare as different
+    EXPECT_TRUE(store.IsAnsiBetween(0, 1, 8));
+    store.CopyLineTo(0, 2);
+    EXPECT_EQ(store.Get(2), u"abcdeZZZ");
+    EXPECT_TRUE(store.CompareLines(0, 2));
+    std::u16string buffer;
+    EXPECT_EQ(store.GetBuffer(0, buffer), 8);
+    EXPECT_GE(buffer.size(), 108u);
+}
+
+TEST(Store, RealCountOfACrLfOnlyStore) {
+    TZvMemoStrings store;
+    store.DoAdd(u"\r\n");
+    EXPECT_EQ(store.RealCount(), 0);
+    store.DoAdd(u"x");
+    EXPECT_EQ(store.RealCount(), 2);
+}
+
+TEST(Store, TextWithAndWithoutTheFilesLineEnds) {
+    TZvMemoStrings store;
+    ASSERT_TRUE(store.LoadFromBytes("one\ntwo\nthree"));
+    EXPECT_EQ(store.GetText(), u"one\r\ntwo\r\nthree");
+    EXPECT_EQ(store.GetTextWithLinefeeds(), u"one\ntwo\nthree");
+    EXPECT_EQ(store.GetText(0, 2, 2, 3, false, false, false), u"ne\ntwo\nthr");
+    EXPECT_EQ(store.GetText(2, 0, 3, 2, false, false, false), u"ne\ntwo\nthr"); // swapped
+    EXPECT_EQ(store.GetText(1, 1, 2, 1, false, true, false), u"");
+    EXPECT_EQ(store.GetText(0, 2, 2, 3, true, true, false), u"ne\r\nwo\r\nhr"); // column
+    store.LineAttribute(1)->SetEnabled(false);                                  // filler
+    EXPECT_EQ(store.GetTextWithLinefeeds(), u"one\nthree");
+}
+
+TEST(Store, SetTextReusesRowsAndMarksNewOnes) {
+    TZvMemoStrings store;
+    ASSERT_TRUE(store.LoadFromBytes("a\nb\nc\nd"));
+    store.SetText(u"x\r\ny\nz\n");
+    ASSERT_EQ(store.Count(), 4);
+    EXPECT_EQ(store.Get(3), u"");
+    store.SetText(u"1\n2\n3\n4\n5");
+    ASSERT_EQ(store.Count(), 5);
+    EXPECT_TRUE(store.GetLineAttribute(4).GetValue(abChanged));
+    EXPECT_EQ(store.GetLineAttribute(4).ChangeHistory(), 1);
+    EXPECT_FALSE(store.GetLineAttribute(0).GetValue(abChanged));
+}
+
+TEST(Store, SetTextStrSilentKeepsMarksByRow) {
+    TZvMemoStrings store;
+    ASSERT_TRUE(store.LoadFromBytes("a\nb\nc"));
+    store.LineAttribute(1)->Bookmark = 4;
+    store.LineAttribute(2)->SetValue(abLinemark, true);
+    store.SetTextStrSilent(u"x\ny\nz\nw");
+    EXPECT_EQ(store.GetLineAttribute(1).Bookmark, 4);
+    EXPECT_TRUE(store.GetLineAttribute(2).GetValue(abLinemark));
+    EXPECT_EQ(store.Get(3), u"w");
+}
+
+TEST(Store, SearchPrimitives) {
+    TZvMemoStrings store;
+    store.Add(u"Hello hello HELLO");
+    EXPECT_EQ(store.WPosAt(0, u"hello", 1, false), 7);
+    EXPECT_EQ(store.WPosAt(0, u"hello", 1, true), 1);
+    EXPECT_EQ(store.WNCPosAt(0, u"HELLO", 2), 7);
+    EXPECT_EQ(store.WRPosAt(0, u"hello", 0), 7);
+    EXPECT_EQ(store.WNCRPosAt(0, u"hello", 0), 13);
+    EXPECT_EQ(store.WNCRPosAt(0, u"hello", 12), 7);
+    EXPECT_EQ(store.WTextPosAt(0, u"HELLO", 1, 12, false), 0); // window ends before it
+    EXPECT_EQ(store.WTextPosAt(0, u"HELLO", 1, 17, false), 13);
+    EXPECT_EQ(store.WPosAt(5, u"x", 1, false), 0);
+    std::u16string match = u"stale";
+    EXPECT_EQ(store.WRegexPosAt(0, u"h.l", 1, match), -1); // no callback
+    EXPECT_TRUE(match.empty());
+    store.OnRegExFind = [](std::u16string_view row, std::u16string_view, int from,
+                           std::u16string& m) {
+        const int col = WPosEx(u"lo", row, from);
+        if (col)
+            m = u"lo";
+        return col;
+    };
+    EXPECT_EQ(store.WRegexPosAt(0, u"lo", 5, match), 10);
+    EXPECT_EQ(match, u"lo");
+    EXPECT_EQ(WStringReplace(u"a-b-c", u"-", u"+", true, false), u"a+b+c");
+    EXPECT_EQ(WStringReplace(u"aXbxc", u"x", u"_", false, true), u"a_bxc");
+    EXPECT_EQ(MatchCase(u"WORD", u"value"), u"VALUE");
+    EXPECT_EQ(MatchCase(u"Word", u"value"), u"Value");
+}
+
+TEST(Store, TabExpansionFollowsTheColumnRule) {
+    std::u16string s = u"a\tbc\t\td";
+    EXPECT_TRUE(WConvertTabToSpace(s, 4, u'.'));
+    EXPECT_EQ(s, u"a...bc......d");
+    std::u16string none = u"abc";
+    EXPECT_FALSE(WConvertTabToSpace(none, 4, u' '));
+    TZvMemoStrings store;
+    store.Memo().FPreserveTab = false;
+    store.Add(u"\tx");
+    EXPECT_EQ(store.Get(0), u"    x");
+    store.Memo().FPreserveTab = true;
+    store.Add(u"\tx");
+    EXPECT_EQ(store.Get(1), u"\tx");
+    EXPECT_EQ(store.GetTabExpanded(1), u"    x");
+    EXPECT_EQ(store.GetVisualLength(1), 5);
+    EXPECT_EQ(store.GetVisualIndent(1, 8, false), 8);
+    store.Add(u" \t ");
+    EXPECT_EQ(store.GetVisualIndent(2, 4, true), -1);
+}
+
+TEST(Store, HashesAreStandardCrc32InRowOrder) {
+    EXPECT_EQ(Crc32("123456789", 9), 0xCBF43926u); // the standard check value
+    TZvMemoStrings store;
+    store.Add(u"a b");
+    store.Add(u"A\tB");
+    store.Add(u"ab");
+    std::vector<std::uint32_t> plain, folded;
+    store.FillHashList(plain, false, false);
+    store.FillHashList(folded, true, true);
+    ASSERT_EQ(plain.size(), 3u);
+    EXPECT_EQ(plain[2], Crc32(u"ab", 4));
+    EXPECT_NE(plain[0], plain[1]);
+    EXPECT_EQ(folded[0], folded[1]);
+    EXPECT_EQ(folded[1], folded[2]);
+}
+
+TEST(Store, ThreadReadersSeeWholeRowsWhileRowsChange) {
+    TZvMemoStrings store;
+    for (int i = 0; i < 1000; ++i)
+        store.Add(u"row of text");
+    std::atomic<bool> stop{false};
+    std::atomic<int> bad{0};
+    std::thread reader([&] {
+        std::mt19937 rng(1);
+        while (!stop) {
+            const auto s = store.GetLineStringFromThread(static_cast<int>(rng() % 1000));
+            if (!s.empty() && s != u"row of text")
+                ++bad;
+            (void)store.GetLineAttributeFromThread(static_cast<int>(rng() % 1000));
+        }
+    });
+    for (int i = 0; i < 20000; ++i) {
+        store.Add(u"row of text");
+        store.Delete(0);
+    }
+    stop = true;
+    reader.join();
+    EXPECT_EQ(bad.load(), 0);
+    EXPECT_EQ(store.Count(), 1000);
+}
+
+} // namespace
+} // namespace zv

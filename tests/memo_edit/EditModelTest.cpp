@@ -1,0 +1,233 @@
+// Model-based tests: seeded random edit scripts (typing, Enter, Backspace, Delete, paste,
+// selection delete, drag move, whole-line delete and duplicate) run on the control and on a
+// plain model; after each edit the texts agree, undoing everything gives the original bytes
+// back, and redoing everything gives the edited bytes.
+#include "EditModel.h"
+#include "MemoFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace zv::test {
+namespace {
+
+// Pieces with surrogate pairs, combining marks and emoji modifiers: clusters of 1 to 4 units.
+const std::u16string kPieces[] = {u"a",       u"b",          u" ",
+                                  u"\t",      u"x1",         u"\u00e9",
+                                  u"e\u0301", u"\U0001F600", u"\U0001F44D\U0001F3FD",
+                                  u"(",       u"\"",         u"\u4e2d"};
+
+std::u16string RandomText(std::mt19937& rng, int maxLen, bool lineEnds) {
+    std::u16string s;
+    const int n = std::uniform_int_distribution<int>(0, maxLen)(rng);
+    for (int i = 0; i < n; ++i) {
+        const int pick = std::uniform_int_distribution<int>(0, lineEnds ? 15 : 11)(rng);
+        if (pick < 12)
+            s += kPieces[pick];
+        else
+            s += pick == 12 ? u"\n" : pick == 13 ? u"\r\n" : pick == 14 ? u"\r" : u"  ";
+    }
+    return s;
+}
+
+std::string Utf8(const std::u16string& s) {
+    std::string out;
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        char32_t c = s[i];
+        if (c >= 0xD800 && c < 0xDC00 && i + 1 < s.size())
+            c = 0x10000 + ((c - 0xD800) << 10) + (s[++i] - 0xDC00);
+        if (c < 0x80) {
+            out += static_cast<char>(c);
+        } else if (c < 0x800) {
+            out += static_cast<char>(0xC0 | (c >> 6));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else if (c < 0x10000) {
+            out += static_cast<char>(0xE0 | (c >> 12));
+            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else {
+            out += static_cast<char>(0xF0 | (c >> 18));
+            out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        }
+    }
+    return out;
+}
+
+class TScript {
+public:
+    TScript(unsigned seed) : rng(seed) {
+        std::u16string start;
+        const int lines = std::uniform_int_distribution<int>(0, 6)(rng);
+        for (int i = 0; i < lines; ++i)
+            start += (i ? u"\n" : u"") + RandomText(rng, 12, false);
+        fx = std::make_unique<TMemoFixture>(Utf8(start));
+        model = std::make_unique<TEditModel>(fx->Text());
+        fx->memo.FTabAsSpaces = false;
+        fx->memo.FAutoIndent = std::uniform_int_distribution<int>(0, 1)(rng) == 1;
+        original = fx->Bytes();
+    }
+
+    int Rand(int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng); }
+
+    // A position on a cluster boundary, sometimes past the row's end.
+    TZvPos RandomPos(bool virtualToo) {
+        const int y = Rand(0, static_cast<int>(model->Lines.size()) - 1);
+        const auto& row = model->Lines[y];
+        int x = 0;
+        const int target = Rand(0, static_cast<int>(row.size()) + (virtualToo ? 4 : 0));
+        while (x < target && x < static_cast<int>(row.size()))
+            x = TEditModel::NextCluster(row, x);
+        return {target > static_cast<int>(row.size()) ? target : x, y};
+    }
+
+    void PlaceCaret() {
+        TZvMemo& m = fx->memo;
+        const int roll = Rand(0, 9);
+        if (roll < 5)
+            return; // keep the caret: typing runs merge
+        const TZvPos p = RandomPos(true);
+        m.SetTextCursor(p.X, p.Y);
+        if (roll == 9) { // a selection inside the text
+            const TZvPos q = RandomPos(false);
+            m.SetSelection(q, {std::min(p.X, static_cast<int>(model->Lines[p.Y].size())), p.Y});
+        }
+    }
+
+    void Step() {
+        PlaceCaret();
+        TZvMemo& m = fx->memo;
+        const TZvPos caret = m.Caret();
+        TZvPos s, e;
+        m.OrderedSelection(s, e);
+        switch (Rand(0, 10)) {
+        case 0:
+        case 1: {
+            const std::u16string piece = kPieces[Rand(0, 11)];
+            for (char16_t c : piece) {
+                m.OrderedSelection(s, e);
+                model->Type(m.Caret(), s, e, c);
+                m.InsertChar(c);
+            }
+            break;
+        }
+        case 2:
+            model->Enter(caret, s, e, m.FAutoIndent);
+            m.EnterPress();
+            break;
+        case 3:
+            model->Backspace(caret, s, e);
+            m.Backspace();
+            break;
+        case 4:
+            model->Delete(caret, s, e);
+            m.DeleteChar();
+            break;
+        case 5: {
+            const std::u16string text = RandomText(rng, 8, true);
+            model->Paste(caret, s, e, text);
+            m.InsertText(text);
+            break;
+        }
+        case 6: {
+            const TZvPos a = RandomPos(false), b = RandomPos(false);
+            m.SetSelection(a, b);
+            model->DeleteRange(std::min(a, b), std::max(a, b));
+            m.DeleteSelection();
+            break;
+        }
+        case 8:
+            model->DeleteLine(caret.Y);
+            m.DeleteCurrentLine();
+            break;
+        case 9:
+            if (s != e)
+                model->DuplicateLines(s.Y, e.Y);
+            else
+                model->DuplicateLines(caret.Y, caret.Y);
+            m.DuplicateCurrentLine();
+            break;
+        default: {
+            const TZvPos a = RandomPos(false), b = RandomPos(false), drop = RandomPos(false);
+            m.SetSelection(a, b);
+            const std::u16string moved = m.GetSelection();
+            model->Move(std::min(a, b), std::max(a, b), drop);
+            m.DropText(drop.X, drop.Y, moved, true);
+            break;
+        }
+        }
+    }
+
+    std::mt19937 rng;
+    std::unique_ptr<TMemoFixture> fx;
+    std::unique_ptr<TEditModel> model;
+    std::string original;
+};
+
+TEST(EditModel, RandomScriptsMatchThePlainModelAndUndoRedoExactly) {
+    constexpr int kScripts = 2000;
+    for (unsigned seed = 1; seed <= kScripts; ++seed) {
+        TScript script(seed);
+        const int steps = script.Rand(1, 40);
+        for (int i = 0; i < steps; ++i) {
+            script.Step();
+            ASSERT_EQ(script.fx->Text(), script.model->Text()) << "seed " << seed << " step " << i;
+        }
+        const std::string edited = script.fx->Bytes();
+        TZvMemo& m = script.fx->memo;
+        for (int guard = 0; m.CanUndo() && guard < 1000; ++guard)
+            m.Undo();
+        ASSERT_EQ(script.fx->Bytes(), script.original) << "undo all, seed " << seed;
+        ASSERT_FALSE(m.Modified()) << "seed " << seed;
+        for (int guard = 0; m.CanRedo() && guard < 1000; ++guard)
+            m.Redo();
+        ASSERT_EQ(script.fx->Bytes(), edited) << "redo all, seed " << seed;
+        ASSERT_EQ(m.Modified(), m.UndoList().Count() > 0) << "seed " << seed;
+    }
+}
+
+// Backspace and Delete step over whole clusters, never leaving half a surrogate pair or a
+// mark without its base.
+TEST(EditModel, DeletionNeverSplitsAClusterOrAPair) {
+    for (unsigned seed = 1; seed <= 300; ++seed) {
+        std::mt19937 rng(seed);
+        const std::u16string row = RandomText(rng, 20, false);
+        TMemoFixture fx(Utf8(row));
+        const auto clusters = [](const std::u16string& s) {
+            std::vector<int> b{0};
+            while (b.back() < static_cast<int>(s.size()))
+                b.push_back(TEditModel::NextCluster(s, b.back()));
+            return b;
+        };
+        const auto before = clusters(row);
+        const int at =
+            before[std::uniform_int_distribution<std::size_t>(0, before.size() - 1)(rng)];
+        fx.memo.SetTextCursor(at, 0);
+        if (seed % 2)
+            fx.memo.Backspace();
+        else
+            fx.memo.DeleteChar();
+        const std::u16string after(fx.lines.Get(0));
+        for (std::size_t i = 0; i < after.size(); ++i) {
+            const bool high = after[i] >= 0xD800 && after[i] < 0xDC00;
+            const bool low = after[i] >= 0xDC00 && after[i] < 0xE000;
+            ASSERT_FALSE(high && (i + 1 == after.size() ||
+                                  !(after[i + 1] >= 0xDC00 && after[i + 1] < 0xE000)))
+                << "seed " << seed;
+            ASSERT_FALSE(low && (i == 0 || !(after[i - 1] >= 0xD800 && after[i - 1] < 0xDC00)))
+                << "seed " << seed;
+        }
+        // Exactly one cluster went: the rest equals the row without it.
+        const auto n = clusters(after).size();
+        const bool nothingToDelete =
+            (seed % 2 == 1 && at == 0) || (seed % 2 == 0 && at == static_cast<int>(row.size()));
+        if (!nothingToDelete) {
+            ASSERT_EQ(n + 1, before.size()) << "seed " << seed;
+        }
+    }
+}
+
+} // namespace
+} // namespace zv::test

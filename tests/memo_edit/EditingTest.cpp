@@ -1,0 +1,357 @@
+// Editing behaviour at the edges: virtual space, auto-indent, auto-close, overtype, joins,
+// columns, Home, clipboard forms, words and the change sequence's hooks.
+#include "MemoFixture.h"
+
+#include <gtest/gtest.h>
+
+namespace zv::test {
+namespace {
+
+TEditorServices ClipboardOnly(IClipboard& clipboard) {
+    TEditorServices services;
+    services.Clipboard = &clipboard;
+    return services;
+}
+
+void Type(TZvCustomMemo& m, std::u16string_view keys) {
+    for (char16_t c : keys)
+        m.KeyPress(c);
+}
+
+TEST(Editing, TypingPastTheEndPadsAndUndoRemovesThePadding) {
+    TMemoFixture fx("ab\ncd");
+    fx.memo.SetTextCursor(6, 0);
+    Type(fx.memo, u"x");
+    EXPECT_EQ(fx.Text(), u"ab    x\ncd");
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"ab\ncd");
+    EXPECT_EQ(fx.memo.Caret(), (TZvPos{6, 0})); // the caret goes back into virtual space
+    EXPECT_FALSE(fx.memo.Modified());
+}
+
+TEST(Editing, DeleteAtTheEndPastTheTextPadsThenJoins) {
+    TMemoFixture fx("ab\ncd");
+    fx.memo.SetTextCursor(4, 0);
+    fx.memo.DeleteChar();
+    EXPECT_EQ(fx.Text(), u"ab  cd");
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"ab\ncd");
+}
+
+TEST(Editing, BackspaceAtTheVeryStartDoesNothingAndRecordsNothing) {
+    TMemoFixture fx("ab");
+    fx.memo.SetTextCursor(0, 0);
+    EXPECT_FALSE(fx.memo.Backspace());
+    EXPECT_EQ(fx.memo.UndoList().Count(), 0);
+}
+
+TEST(Editing, BackspaceBeforeASurrogatePairRemovesBothUnits) {
+    TMemoFixture fx("a\xF0\x9F\x98\x80"
+                    "b");
+    fx.memo.SetTextCursor(3, 0);
+    fx.memo.Backspace();
+    EXPECT_EQ(fx.Text(), u"ab");
+    fx.memo.MoveCursor(-1, 0, 0); // never stops between the units
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"a\U0001F600b");
+    fx.memo.SetTextCursor(3, 0);
+    fx.memo.MoveCursor(-1, 0, 0);
+    EXPECT_EQ(fx.memo.Caret().X, 1);
+}
+
+TEST(Editing, EnterInsideTheIndentSplitsIt) {
+    TMemoFixture fx("    abc");
+    fx.memo.SetTextCursor(2, 0);
+    fx.memo.EnterPress();
+    // The new line gets the blanks left of the caret, then keeps those right of it.
+    EXPECT_EQ(fx.Text(), u"  \n    abc");
+    EXPECT_EQ(fx.memo.Caret(), (TZvPos{2, 1}));
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"    abc");
+}
+
+TEST(Editing, EnterCopiesTabsAsSpacesWhenTabsBecomeSpaces) {
+    TMemoFixture fx("\tx");
+    fx.memo.FTabAsSpaces = true;
+    fx.memo.SetTextCursor(2, 0);
+    fx.memo.EnterPress();
+    EXPECT_EQ(fx.Text(), u"\tx\n    ");
+}
+
+TEST(Editing, EnterInOvertypeModeMovesDownAndInsertsNothing) {
+    TMemoFixture fx("abc\ndef");
+    fx.memo.FOverwrite = true;
+    fx.memo.SetTextCursor(2, 0);
+    fx.memo.EnterPress();
+    EXPECT_EQ(fx.Text(), u"abc\ndef");
+    EXPECT_EQ(fx.memo.Caret(), (TZvPos{2, 1}));
+}
+
+TEST(Editing, OvertypeReplacesClustersAndUndoesExactly) {
+    TMemoFixture fx("ab\xF0\x9F\x98\x80"
+                    "c");
+    fx.memo.FOverwrite = true;
+    fx.memo.SetTextCursor(2, 0);
+    Type(fx.memo, u"XYZ");
+    EXPECT_EQ(fx.Text(), u"abXYZ");
+    while (fx.memo.CanUndo())
+        fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"ab\U0001F600c");
+}
+
+TEST(Editing, AutoCloseAddsThePartnerAndStepsOverIt) {
+    TMemoFixture fx("");
+    fx.memo.FAutoCloseBracesText = true;
+    Type(fx.memo, u"(");
+    EXPECT_EQ(fx.Text(), u"()");
+    EXPECT_EQ(fx.memo.Caret().X, 1);
+    Type(fx.memo, u")");
+    EXPECT_EQ(fx.Text(), u"()");
+    EXPECT_EQ(fx.memo.Caret().X, 2);
+}
+
+TEST(Editing, AutoCloseKeepsApostrophesAndQuotesInWords) {
+    TMemoFixture fx("");
+    fx.memo.FAutoCloseBracesText = true;
+    Type(fx.memo, u"it\"");
+    EXPECT_EQ(fx.Text(), u"it\""); // after a letter: no partner
+    Type(fx.memo, u" \"");
+    EXPECT_EQ(fx.Text(), u"it\" \"\""); // after a blank: a partner
+    fx.memo.SetTextCursor(0, 0);
+    Type(fx.memo, u"(");
+    EXPECT_EQ(fx.Text(), u"(it\" \"\""); // before a letter: none
+}
+
+TEST(Editing, ATabKeyIsNeverMergedWithTyping) {
+    TMemoFixture fx("");
+    Type(fx.memo, u"ab\tc");
+    EXPECT_EQ(fx.Text(), u"ab  c"); // tab as spaces to the next stop
+    EXPECT_EQ(fx.memo.UndoList().Count(), 3);
+}
+
+TEST(Editing, ColumnsConvertBothWays) {
+    TMemoFixture fx("\tb");
+    EXPECT_EQ(fx.memo.FromRealCursorPos(0, 1), 4);
+    EXPECT_EQ(fx.memo.FromRealCursorPos(0, 2), 5);
+    EXPECT_EQ(fx.memo.FromRealCursorPos(0, 4), 7); // past the end each column counts 1
+    EXPECT_EQ(fx.memo.ToRealCursorPos(0, 1), 0);   // first half of the tab: before it
+    EXPECT_EQ(fx.memo.ToRealCursorPos(0, 3), 1);   // second half: behind it
+    EXPECT_EQ(fx.memo.ToRealCursorPos(0, 7), 4);
+}
+
+TEST(Editing, HomeTogglesBetweenTheIndentAndColumnZero) {
+    TMemoFixture fx("   x\n    ");
+    fx.memo.SetTextCursor(4, 0);
+    fx.memo.GoHome(0);
+    EXPECT_EQ(fx.memo.Caret().X, 0);
+    fx.memo.GoHome(0);
+    EXPECT_EQ(fx.memo.Caret().X, 3);
+    fx.memo.SetTextCursor(0, 1);
+    fx.memo.GoHome(0); // blanks only: stays
+    EXPECT_EQ(fx.memo.Caret().X, 0);
+}
+
+TEST(Editing, NotepadCaretWrapsAtLineEndsOthersMayPassThem) {
+    TMemoFixture fx("ab\ncd");
+    fx.memo.SetTextCursor(2, 0);
+    fx.memo.MoveCursor(1, 0, 0);
+    EXPECT_EQ(fx.memo.Caret(), (TZvPos{3, 0}));
+    fx.memo.FNotepadCursor = true;
+    fx.memo.SetTextCursor(2, 0);
+    fx.memo.MoveCursor(1, 0, 0);
+    EXPECT_EQ(fx.memo.Caret(), (TZvPos{0, 1}));
+    fx.memo.MoveCursor(-1, 0, 0);
+    EXPECT_EQ(fx.memo.Caret(), (TZvPos{2, 0}));
+}
+
+TEST(Editing, ShiftMovesExtendAndCtrlMovesByWords) {
+    TMemoFixture fx("one two.three");
+    fx.memo.MoveCursor(1, 0, ssCtrl);
+    EXPECT_EQ(fx.memo.Caret().X, 4);
+    fx.memo.MoveCursor(1, 0, ssCtrl | ssShift);
+    fx.memo.MoveCursor(1, 0, ssCtrl | ssShift);
+    EXPECT_EQ(fx.memo.GetSelection(), u"two.");
+    fx.memo.MoveCursor(-1, 0, 0);
+    EXPECT_FALSE(fx.memo.HasSelection());
+}
+
+TEST(Editing, CopyWithoutSelectionTakesTheTokenOrTheWholeLine) {
+    TMemoFixture fx("alpha beta\ngamma");
+    TMemoryClipboard clipboard;
+    fx.memo.SetServices(ClipboardOnly(clipboard));
+    fx.memo.SetTextCursor(7, 0);
+    ASSERT_TRUE(fx.memo.CopyToClipboard());
+    std::u16string text;
+    bool whole = true;
+    clipboard.GetText(text, whole);
+    EXPECT_EQ(text, u"beta");
+    EXPECT_FALSE(whole);
+
+    fx.memo.FCopyLineToClipboard = true;
+    fx.memo.CopyToClipboard();
+    clipboard.GetText(text, whole);
+    EXPECT_EQ(text, u"alpha beta\n");
+    EXPECT_TRUE(whole);
+    fx.memo.SetTextCursor(2, 1);
+    fx.memo.PasteFromClipboard();
+    EXPECT_EQ(fx.Text(), u"alpha beta\nalpha beta\ngamma"); // above the caret's row
+    EXPECT_EQ(fx.memo.Caret(), (TZvPos{2, 2}));
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"alpha beta\ngamma");
+}
+
+TEST(Editing, ClipboardCarriesLfAndReadsTheInTextLineMark) {
+    TMemoFixture fx("a\r\nb");
+    TMemoryClipboard clipboard;
+    fx.memo.SetServices(ClipboardOnly(clipboard));
+    fx.memo.SelectAll();
+    fx.memo.CopyToClipboard();
+    std::u16string text;
+    bool whole = false;
+    clipboard.GetText(text, whole);
+    EXPECT_EQ(text, u"a\nb");
+    std::u16string marked = u"x\r\n";
+    for (char16_t c : {0, 0, 0, 0, 1})
+        marked.push_back(c);
+    EXPECT_TRUE(TZvCustomMemo::SplitClipboardText(marked));
+    EXPECT_EQ(marked, u"x\r\n");
+    std::u16string plain = u"y";
+    EXPECT_FALSE(TZvCustomMemo::SplitClipboardText(plain));
+}
+
+TEST(Editing, CutOfAWholeLineRemovesItAndUndoBringsItBack) {
+    TMemoFixture fx("one\ntwo\nthree");
+    fx.memo.FCopyLineToClipboard = true;
+    fx.memo.SetTextCursor(1, 1);
+    fx.memo.CutToClipboard();
+    EXPECT_EQ(fx.Text(), u"one\nthree");
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"one\ntwo\nthree");
+}
+
+TEST(Editing, SmartPasteMovesFollowingLinesToTheTargetColumn) {
+    TMemoFixture fx("    x");
+    fx.memo.SetTextCursor(4, 0);
+    fx.memo.SmartPasteText(u"if {\n  a;\n}", false, true);
+    EXPECT_EQ(fx.Text(), u"    if {\n      a;\n    }x");
+}
+
+TEST(Editing, DragMoveIsOneUndoStep) {
+    TMemoFixture fx("abc def\nghi");
+    fx.memo.SetSelection({0, 0}, {3, 0});
+    fx.memo.DropText(3, 1, u"abc", true);
+    EXPECT_EQ(fx.Text(), u" def\nghiabc");
+    EXPECT_EQ(fx.memo.GetSelection(), u"abc");
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"abc def\nghi");
+    EXPECT_EQ(fx.memo.GetSelection(), u"abc");
+    fx.memo.Redo();
+    EXPECT_EQ(fx.Text(), u" def\nghiabc");
+}
+
+TEST(Editing, WordsAtTheCaret) {
+    TMemoFixture fx("call foo_bar(0x1F, y);");
+    fx.memo.SetTextCursor(7, 0);
+    int start = 0;
+    EXPECT_EQ(fx.memo.WordAtCursorPos(start, true), u"foo_bar");
+    EXPECT_EQ(start, 6);
+    EXPECT_EQ(fx.memo.GetSelection(), u"foo_bar");
+    fx.memo.SetTextCursor(15, 0);
+    EXPECT_EQ(fx.memo.NumberAtCursor(), u"0x1F");
+    EXPECT_EQ(fx.memo.IdentifierAtCursor(), u"0x1F");
+    fx.memo.SetTextCursor(40, 0);
+    EXPECT_EQ(fx.memo.WordAtCursor(), u""); // past the end: no word
+}
+
+TEST(Editing, ReadOnlyRefusesSilently) {
+    TMemoFixture fx("ab");
+    fx.memo.FReadOnly = true;
+    EXPECT_FALSE(fx.memo.KeyPress(u'x'));
+    EXPECT_FALSE(fx.memo.EnterPress());
+    EXPECT_FALSE(fx.memo.DeleteChar());
+    EXPECT_EQ(fx.Text(), u"ab");
+}
+
+TEST(Editing, ABracketOrQuoteTypedOverASelectionEnclosesIt) {
+    TMemoFixture fx("a\r\nbc\r\nd");
+    fx.memo.SetSelection({1, 0}, {1, 1});
+    Type(fx.memo, u"(");
+    EXPECT_EQ(fx.Text(), u"a(c\r\nd"); // option off: the bracket replaces the selection
+    fx.memo.Undo();
+    fx.memo.FEncloseSelectionWithParenthesis = true;
+    fx.memo.FEncloseSelectionWithQuotes = true;
+    const std::string before = fx.Bytes();
+    fx.memo.SetSelection({1, 1}, {0, 0}); // reversed ends
+    Type(fx.memo, u"[");
+    EXPECT_EQ(fx.Bytes(), "[a\r\nb]c\r\nd"); // the enclosed line end keeps its kind
+    EXPECT_EQ(fx.memo.GetSelection(), u"a\r\nb");
+    Type(fx.memo, u"'");
+    EXPECT_EQ(fx.Bytes(), "['a\r\nb']c\r\nd");
+    fx.memo.Undo();
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Bytes(), before);
+}
+
+TEST(Editing, WholeLinesAreDeletedInsertedAndDuplicatedAsOneStep) {
+    TMemoFixture fx("one\ntwo\nthree");
+    const std::string original = fx.Bytes();
+    fx.memo.SetTextCursor(2, 1);
+    fx.memo.DuplicateCurrentLine();
+    EXPECT_EQ(fx.Text(), u"one\ntwo\ntwo\nthree");
+    EXPECT_EQ(fx.memo.Caret(), (TZvPos{2, 1}));
+    fx.memo.SetTextCursor(1, 3);
+    fx.memo.DeleteCurrentLine(); // the last line takes the line end before it
+    EXPECT_EQ(fx.Text(), u"one\ntwo\ntwo");
+    EXPECT_EQ(fx.memo.Caret(), (TZvPos{1, 2}));
+    fx.memo.InsertLine(0);
+    EXPECT_EQ(fx.Text(), u"\none\ntwo\ntwo");
+    EXPECT_EQ(fx.memo.UndoList().Get(0)->FAction, "009");
+    EXPECT_EQ(fx.memo.UndoList().Get(1)->FAction, "006");
+    EXPECT_EQ(fx.memo.UndoList().Get(2)->FAction, "007");
+    while (fx.memo.CanUndo())
+        fx.memo.Undo();
+    EXPECT_EQ(fx.Bytes(), original);
+}
+
+TEST(Editing, DeletingTheOnlyLineEmptiesItOnce) {
+    TMemoFixture fx("solo");
+    EXPECT_TRUE(fx.memo.DeleteCurrentLine());
+    EXPECT_EQ(fx.Text(), u"");
+    EXPECT_FALSE(fx.memo.DeleteCurrentLine());
+    EXPECT_EQ(fx.memo.UndoList().Count(), 1);
+}
+
+// Every change passes the same hooks, in order, with the rows it touched.
+TEST(Editing, EveryChangePassesTheOneSequence) {
+    struct THooked : TZvMemo {
+        std::vector<std::string> calls;
+        void LineChanged(int row) override { calls.push_back("line" + std::to_string(row)); }
+        void ClearLineStylesFrom(int row) override {
+            calls.push_back("styles" + std::to_string(row));
+        }
+        void RefreshWrap(int first, int last) override {
+            calls.push_back("wrap" + std::to_string(first) + "-" + std::to_string(last));
+        }
+    } m;
+    TZvMemoStrings lines;
+    lines.SetTextStr(u"a\nb\nc");
+    m.SetLines(&lines);
+    std::vector<std::pair<int, int>> painted;
+    m.FOnInvalidate = [&](int a, int b) {
+        m.calls.push_back("paint");
+        painted.emplace_back(a, b);
+    };
+    m.SetTextCursor(1, 1);
+    m.KeyPress(u'x');
+    m.EnterPress();
+    m.Undo();
+    EXPECT_EQ(m.calls, (std::vector<std::string>{"line1", "styles0", "wrap1-1", "paint", "line1",
+                                                 "styles0", "wrap1-2", "paint", "line1", "styles0",
+                                                 "wrap1-1", "paint"}));
+    EXPECT_EQ(painted[0], (std::pair<int, int>{1, 1}));  // one row
+    EXPECT_EQ(painted[1], (std::pair<int, int>{1, -1})); // rows moved: to the end
+    m.SetLines(nullptr);
+}
+
+} // namespace
+} // namespace zv::test

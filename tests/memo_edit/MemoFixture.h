@@ -1,0 +1,29 @@
+// A control over a store loaded from UTF-8 bytes with LF line ends, for the editing tests.
+#pragma once
+
+#include "ZvMemoControl/ZvMemo.h"
+#include "ZvMemoControl/ZvMemoStrings.h"
+
+#include <memory>
+#include <string>
+
+namespace zv::test {
+
+struct TMemoFixture {
+    explicit TMemoFixture(const std::string& utf8 = "") {
+        memo.SetLines(&lines);
+        lines.SetDefaultSysTextType(sttUnix);
+        memo.FDefaultEncoding = 65001;
+        if (!utf8.empty())
+            lines.LoadFromBytes(utf8);
+        memo.SetLines(&lines);
+        memo.Saved();
+    }
+    std::string Bytes() { return lines.SaveToBytes(); }
+    std::u16string Text() const { return lines.GetTextWithLinefeeds(); }
+
+    TZvMemoStrings lines;
+    TZvMemo memo;
+};
+
+} // namespace zv::test

@@ -1,0 +1,221 @@
+// The undo list: merging of runs, the redo branch, groups, the limit, the save point and the
+// modified flag, action texts, line history, and the failure path.
+#include "MemoFixture.h"
+
+#include <gtest/gtest.h>
+
+namespace zv::test {
+namespace {
+
+void Type(TZvCustomMemo& m, std::u16string_view keys) {
+    for (char16_t c : keys)
+        m.KeyPress(c);
+}
+
+TEST(UndoList, TypingRunsMergeUntilTheCaretMoves) {
+    TMemoFixture fx("");
+    Type(fx.memo, u"abc");
+    fx.memo.SetTextCursor(1, 0);
+    Type(fx.memo, u"d");
+    EXPECT_EQ(fx.memo.UndoList().Count(), 2);
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"abc");
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"");
+}
+
+TEST(UndoList, BackspaceAndDeleteRunsAreSeparateAndReadInDocumentOrder) {
+    TMemoFixture fx("abcdef");
+    fx.memo.SetTextCursor(3, 0);
+    fx.memo.Backspace();
+    fx.memo.Backspace();
+    fx.memo.DeleteChar();
+    fx.memo.DeleteChar();
+    ASSERT_EQ(fx.memo.UndoList().Count(), 2);
+    EXPECT_EQ(fx.memo.UndoList().Get(1)->FActionText, u"bc");
+    EXPECT_EQ(fx.memo.UndoList().Get(0)->FActionText, u"de");
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"adef");
+}
+
+TEST(UndoList, ANewEditAfterUndoDropsTheRedoBranch) {
+    TMemoFixture fx("");
+    Type(fx.memo, u"ab");
+    fx.memo.Undo();
+    EXPECT_TRUE(fx.memo.CanRedo());
+    Type(fx.memo, u"x");
+    EXPECT_FALSE(fx.memo.CanRedo());
+    EXPECT_EQ(fx.memo.UndoList().Count(), 1);
+}
+
+TEST(UndoList, UndoToTheSavePointClearsModifiedAndRedoSetsIt) {
+    TMemoFixture fx("text");
+    std::vector<bool> told;
+    fx.memo.FOnModifiedChange = [&](bool m) { told.push_back(m); };
+    fx.memo.SetTextCursor(4, 0);
+    Type(fx.memo, u"ab");
+    fx.memo.Saved();
+    EXPECT_FALSE(fx.memo.Modified());
+    Type(fx.memo, u"cd"); // no merge across the save
+    EXPECT_TRUE(fx.memo.Modified());
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"textab");
+    EXPECT_FALSE(fx.memo.Modified());
+    fx.memo.Undo();
+    EXPECT_TRUE(fx.memo.Modified());
+    fx.memo.Redo();
+    EXPECT_FALSE(fx.memo.Modified());
+    fx.memo.Redo();
+    EXPECT_TRUE(fx.memo.Modified());
+    EXPECT_EQ(told, (std::vector<bool>{true, false, true, false, true, false, true}));
+}
+
+TEST(UndoList, CuttingTheRedoBranchPastTheSaveKeepsTheDocumentModified) {
+    TMemoFixture fx("");
+    Type(fx.memo, u"a");
+    fx.memo.Saved();
+    fx.memo.Undo();
+    Type(fx.memo, u"b"); // the saved text "a" can't come back by undo or redo
+    fx.memo.Undo();
+    EXPECT_TRUE(fx.memo.Modified());
+    fx.memo.Redo();
+    EXPECT_TRUE(fx.memo.Modified());
+}
+
+TEST(UndoList, TheLimitDropsTheOldestAndLosesTheSavePoint) {
+    TMemoFixture fx("");
+    fx.memo.UndoList().SetLimit(100);
+    for (int i = 0; i < 101; ++i) {
+        fx.memo.SetTextCursor(0, 0); // every key its own record
+        Type(fx.memo, u"x");
+    }
+    EXPECT_EQ(fx.memo.UndoList().Count(), 100);
+    while (fx.memo.CanUndo())
+        fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"x");
+    EXPECT_TRUE(fx.memo.Modified());
+}
+
+TEST(UndoList, AGroupIsOneStep) {
+    TMemoFixture fx("");
+    fx.memo.BeginUndoGroup();
+    for (int i = 0; i < 5; ++i) {
+        fx.memo.SetTextCursor(0, 0);
+        Type(fx.memo, u"m");
+    }
+    fx.memo.EndUndoGroup();
+    Type(fx.memo, u"z");
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"mmmmm");
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"");
+    fx.memo.Redo();
+    EXPECT_EQ(fx.Text(), u"mmmmm");
+    EXPECT_FALSE(fx.memo.CanUndo() && fx.memo.UndoList().FPos == 0);
+}
+
+TEST(UndoList, AScriptsEditsAreOneEntry) {
+    TMemoFixture fx("");
+    auto& list = fx.memo.UndoList();
+    list.Add(std::make_unique<TScriptStartUndo>());
+    for (int i = 0; i < 3; ++i) {
+        fx.memo.SetTextCursor(0, 0);
+        Type(fx.memo, u"s");
+    }
+    list.Add(std::make_unique<TScriptEndUndo>());
+    EXPECT_EQ(list.Count(), 1);
+    EXPECT_EQ(list.Get(0)->Items.size(), 3u);
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Text(), u"");
+    fx.memo.Redo();
+    EXPECT_EQ(fx.Text(), u"sss");
+}
+
+// The first 16 characters, a line end counting as the units it has.
+TEST(UndoList, ActionTextsShowLineEndsAndAreCut) {
+    TMemoFixture fx("");
+    fx.memo.InsertText(u"line one\r\nline two is long");
+    EXPECT_EQ(fx.memo.UndoList().Get(0)->FActionText, u"line one[CRLF]line t...");
+    EXPECT_EQ(fx.memo.UndoList().Get(0)->FAction, "015");
+}
+
+TEST(UndoList, ReplayRunsWithEveryInputAidOff) {
+    TMemoFixture fx("    x");
+    fx.memo.SetTextCursor(5, 0);
+    fx.memo.EnterPress(); // auto-indent: "    "
+    Type(fx.memo, u"y");
+    fx.memo.Undo();
+    fx.memo.FOverwrite = true;
+    fx.memo.FAutoCloseBracesText = true;
+    fx.memo.Redo();
+    EXPECT_EQ(fx.Text(), u"    x\n    y"); // not re-indented, not overtyped
+    EXPECT_TRUE(fx.memo.FOverwrite);
+    EXPECT_TRUE(fx.memo.FAutoIndent);
+}
+
+TEST(UndoList, AFailingRecordClearsTheListAndSaysSo) {
+    TMemoFixture fx("abc\ndef");
+    THeadlessPrompt prompt(false);
+    TEditorServices services;
+    services.Prompt = &prompt;
+    services.Text = [](const std::string& section, const std::string& key,
+                       const std::string& fallback) {
+        return section == "Messages" && key == "172" ? "undo broke" : fallback;
+    };
+    fx.memo.SetServices(services);
+    fx.memo.SetTextCursor(3, 1);
+    fx.memo.EnterPress();
+    Type(fx.memo, u"zz");
+    fx.lines.DeleteLinesSilent(1, 2); // the text changes behind the list's back
+    fx.memo.Undo();
+    EXPECT_EQ(fx.memo.UndoList().Count(), 0);
+    ASSERT_EQ(prompt.Log().size(), 1u);
+    EXPECT_NE(prompt.Log()[0].find("undo broke"), std::string::npos);
+    EXPECT_TRUE(fx.memo.Modified()); // the text still differs from the saved one
+    fx.memo.Saved();
+    EXPECT_FALSE(fx.memo.Modified());
+}
+
+TEST(UndoList, ForgettingTheHistoryKeepsTheModifiedState) {
+    TMemoFixture fx("abc");
+    fx.memo.ClearUndoList();
+    EXPECT_FALSE(fx.memo.Modified());
+    Type(fx.memo, u"x");
+    fx.memo.ClearUndoList();
+    EXPECT_TRUE(fx.memo.Modified());
+    Type(fx.memo, u"y");
+    fx.memo.Undo(); // back to the cleared state, which was never saved
+    EXPECT_TRUE(fx.memo.Modified());
+}
+
+TEST(UndoList, LineHistoryMarksChangedAndSavedRows) {
+    TMemoFixture fx("a\nb");
+    fx.memo.SetTextCursor(1, 1);
+    Type(fx.memo, u"x");
+    const TAttribute& row = fx.lines.GetLineAttribute(1);
+    EXPECT_TRUE(row.GetValue(abChanged));
+    EXPECT_EQ(row.ChangeHistory(), 1);
+    EXPECT_FALSE(fx.lines.GetLineAttribute(0).GetValue(abChanged));
+    fx.memo.Saved();
+    EXPECT_TRUE(fx.lines.GetLineAttribute(1).GetValue(abChangeSaved));
+    fx.memo.Undo(); // past the save: changed again
+    EXPECT_TRUE(fx.lines.GetLineAttribute(1).GetValue(abChanged));
+    fx.memo.Redo(); // back at the save: shown as saved
+    EXPECT_TRUE(fx.lines.GetLineAttribute(1).GetValue(abChangeSaved));
+}
+
+TEST(UndoList, UndoRecordsShareRowTextWithTheStore) {
+    std::string big;
+    for (int i = 0; i < 1000; ++i)
+        big += "row " + std::to_string(i) + "\n";
+    TMemoFixture fx(big);
+    fx.memo.SetSelection({0, 10}, {0, 990});
+    fx.memo.DeleteSelection();
+    const TUndo* record = fx.memo.UndoList().Get(0);
+    ASSERT_EQ(record->FRemoved.BreakCount(), 980);
+    fx.memo.Undo();
+    EXPECT_EQ(fx.Bytes(), big);
+}
+
+} // namespace
+} // namespace zv::test

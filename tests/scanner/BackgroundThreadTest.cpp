@@ -1,0 +1,167 @@
+// The background thread: it sweeps a document to complete states, pausing is a handshake
+// that lets edits run while it works, and the tick schedule runs each task when due and
+// defers it while requests keep coming. Run under ThreadSanitizer in the tsan build.
+#include "ScanTestSupport.h"
+
+#include "syntax/BackgroundThread.h"
+
+#include <algorithm>
+#include <mutex>
+#include <random>
+
+namespace zv::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr TBackgroundTiming kFast{0ms, 1ms, 1ms, 1ms};
+
+// Counts what the thread reports, through the plain-function host the editor widget uses.
+struct TCountingHost {
+    TCountingHost() {
+        Callbacks.OnRowsScanned = [this](int first, int last) {
+            std::lock_guard lock(Mutex);
+            ++Changed;
+            MaxBatch = std::max(MaxBatch, last - first + 1);
+            if (int(Covered.size()) <= last)
+                Covered.resize(last + 1);
+            std::fill(Covered.begin() + first, Covered.begin() + last + 1, true);
+        };
+        Callbacks.OnTask = [this](TBackgroundTask task, bool) {
+            if (task == TBackgroundTask::FullScan)
+                ++FullScans;
+        };
+    }
+    // True when rows [0, count) were all reported.
+    bool AllReported(int count) {
+        std::lock_guard lock(Mutex);
+        return int(Covered.size()) >= count &&
+               std::all_of(Covered.begin(), Covered.begin() + count, [](bool b) { return b; });
+    }
+    TBackgroundCallbacks Callbacks;
+    std::mutex Mutex;
+    std::vector<bool> Covered; // guarded by Mutex
+    int Changed = 0;           // guarded by Mutex
+    int MaxBatch = 0;          // guarded by Mutex
+    std::atomic<int> FullScans{0};
+};
+
+std::u16string Program(int rows) {
+    std::u16string text;
+    for (int i = 0; i < rows; ++i)
+        text += i % 7 == 0 ? u"/* a\n" : i % 7 == 3 ? u"b */ int x = \"s\";\n" : u"f(1); // c\n";
+    return text;
+}
+
+TEST(BackgroundThread, SweepsTheDocumentAndReportsIt) {
+    TScanDoc d("c", Program(3000));
+    TCountingHost host;
+    TBackgroundThread thread(*d.Scanner, host.Callbacks, kFast);
+    thread.SuspendThread(false); // the first resume starts it
+    ASSERT_TRUE(thread.WaitComplete(20s));
+    d.ExpectStatesFresh("swept");
+    EXPECT_TRUE(host.AllReported(d.Store.Count())); // every row reached the window
+    {
+        std::lock_guard lock(host.Mutex);
+        EXPECT_GE(host.Changed, 1);
+        EXPECT_LE(host.MaxBatch, TLineScanner::kSweepReportRows); // batched, in bounded pieces
+    }
+    thread.RequestFullScan(0);
+    ASSERT_TRUE(thread.WaitComplete(20s));
+    thread.StopBackgroundThread(true);
+    EXPECT_GE(host.FullScans.load(), 1);
+    d.ExpectStatesFresh("rescanned");
+}
+
+TEST(BackgroundThread, EditsWhileTheThreadSweepsEndInFreshStates) {
+    std::mt19937 rng(7);
+    TScanDoc d("c", Program(4000));
+    TCountingHost host;
+    TBackgroundThread thread(*d.Scanner, host.Callbacks, kFast);
+    thread.SuspendThread(false);
+    const std::u16string pieces[] = {u"/* ", u" */", u"\"", u"// ", u"{", u"int "};
+    for (int edit = 0; edit < 300; ++edit) {
+        if (edit % 7 == 6) { // a rescan request alone needs no pause and is never lost
+            d.Scanner->ClearLineStylesFrom(int(rng() % d.Store.Count()));
+            continue;
+        }
+        thread.SuspendThread(true); // returns once the thread no longer reads rows
+        const int row = int(rng() % d.Store.Count());
+        if (edit % 10 == 9)
+            d.Store.Insert(row, u"/* new row");
+        else if (edit % 10 == 4 && d.Store.Count() > 1)
+            d.Store.Delete(row);
+        else
+            d.Store.InsertAt(row, pieces[rng() % 6], 1);
+        d.Scanner->ClearLineStylesFrom(row);
+        d.Scanner->InvalidateLine(row);
+        if (edit % 3 == 0)
+            d.Scanner->GetUpStyle(int(rng() % d.Store.Count()));
+        thread.SuspendThread(false);
+        if (edit % 50 == 0)
+            std::this_thread::sleep_for(2ms); // let a sweep get under way
+    }
+    ASSERT_TRUE(thread.WaitComplete(30s));
+    thread.SuspendThread(true);
+    d.ExpectStatesFresh("after edits");
+    thread.SuspendThread(false);
+    thread.StopBackgroundThread(true);
+}
+
+TEST(BackgroundThread, PauseHoldsTheThreadOffTheRows) {
+    TScanDoc d("c", Program(2000));
+    TCountingHost host;
+    TBackgroundThread thread(*d.Scanner, host.Callbacks, kFast);
+    thread.SuspendThread(true);
+    thread.SuspendThread(false); // still paused once: the pauses nest
+    thread.SuspendThread(true);
+    const int valid = d.Scanner->States().ValidRows();
+    std::this_thread::sleep_for(30ms);
+    EXPECT_EQ(d.Scanner->States().ValidRows(), valid);
+    thread.SuspendThread(false);
+    thread.SuspendThread(false);
+    EXPECT_TRUE(thread.WaitComplete(20s));
+    thread.StopBackgroundThread(true);
+    thread.StopBackgroundThread(true); // idempotent
+}
+
+TEST(BackgroundSchedule, TasksComeDueAtTheirTick) {
+    TBackgroundSchedule s;
+    TBackgroundRequests r;
+    r.UpdateFolding = r.UpdateSpelling = true;
+    std::vector<std::pair<int, TBackgroundTask>> seen;
+    for (int tick = 0; tick < 70; ++tick)
+        if (const TBackgroundTask t = s.Tick(r); t != TBackgroundTask::None)
+            seen.emplace_back(tick, t);
+    auto first = [&](TBackgroundTask task) {
+        for (const auto& [tick, t] : seen)
+            if (t == task)
+                return tick;
+        return -1;
+    };
+    // 20 ms ticks: folds at 0.62 s, spelling at 1.02 s, to-do list at 1.12 s.
+    EXPECT_EQ(first(TBackgroundTask::Folds), 31);
+    EXPECT_EQ(first(TBackgroundTask::Spelling), 51);
+    EXPECT_EQ(first(TBackgroundTask::Todo), 56);
+    EXPECT_EQ(first(TBackgroundTask::FoldHighlight), 11); // its counter starts at 10
+    EXPECT_EQ(first(TBackgroundTask::CodeExplorer), -1);  // no focus, no request
+    EXPECT_FALSE(r.UpdateFolding || r.UpdateSpelling);
+}
+
+TEST(BackgroundSchedule, ATypingStreamDefersFoldsAndAFullScanComesFirst) {
+    TBackgroundSchedule s;
+    TBackgroundRequests r;
+    r.UpdateFolding = true;
+    for (int tick = 0; tick < 200; ++tick) {
+        s.FoldingRequested(); // each keystroke
+        EXPECT_NE(s.Tick(r), TBackgroundTask::Folds) << tick;
+    }
+    r.UpdateSyntax = true;
+    r.Kind = TBackgroundRequests::dkHtml;
+    EXPECT_EQ(s.Tick(r), TBackgroundTask::FullScan);
+    EXPECT_EQ(s.TagCounterMax, 84);
+    EXPECT_TRUE(s.CodeExplorerFull);
+}
+
+} // namespace
+} // namespace zv::test

@@ -1,0 +1,82 @@
+// Brace and tag-pair matching, depth colours of braces, and colour values in text.
+#include "ScanTestSupport.h"
+
+#include "syntax/BraceMatch.h"
+#include "syntax/ColorAt.h"
+
+namespace zv::test {
+namespace {
+
+TEST(BraceMatch, SkipsBracesInStringsAndCommentsAcrossRows) {
+    TScanDoc d("c", u"f(a, \")\", '(',\n  /* ) */ g(b)\n) {");
+    const TBracePair p = FindBracePair(*d.Scanner, 1, 0, false);
+    EXPECT_TRUE(p.Matched);
+    EXPECT_EQ(p.Left, (TBracePoint{1, 0}));
+    EXPECT_EQ(p.Right, (TBracePoint{0, 2}));
+    // From the closer (caret right of it) back to the same pair.
+    const TBracePair back = FindBracePair(*d.Scanner, 1, 2, false);
+    EXPECT_EQ(back.Left, (TBracePoint{0, 2}));
+    EXPECT_EQ(back.Right, (TBracePoint{1, 0}));
+    // An opener without partner is found but unmatched.
+    const TBracePair open = FindBracePair(*d.Scanner, 2, 2, false);
+    EXPECT_EQ(open.Left, (TBracePoint{2, 2}));
+    EXPECT_FALSE(open.Matched);
+}
+
+TEST(BraceMatch, NearestEnclosingPairWhenInside) {
+    TScanDoc d("c", u"{ a[1] (b, c) }");
+    EXPECT_EQ(FindBracePair(*d.Scanner, 9, 0, false).Left.x, -1);
+    const TBracePair p = FindBracePair(*d.Scanner, 9, 0, true);
+    EXPECT_EQ(p.Left, (TBracePoint{7, 0}));
+    EXPECT_EQ(p.Right, (TBracePoint{12, 0}));
+    const TBracePair outer = FindBracePair(*d.Scanner, 14, 0, true);
+    EXPECT_EQ(outer.Left, (TBracePoint{0, 0}));
+    EXPECT_EQ(outer.Right, (TBracePoint{14, 0}));
+}
+
+TEST(BraceMatch, MultiColourBracesTakeTheirDepth) {
+    TScanDoc d("c", u"((x)) {\n(y) }");
+    TColourOptions o;
+    o.FMultiColorBraces = true;
+    std::vector<TColor> colours;
+    for (int row = 0; row < 2; ++row)
+        for (const TColourRun& r : RowRuns(*d.Scanner, row))
+            if (r.Info.Kind == TTokenKind::Brace)
+                colours.push_back(RunStyle(r, o).FTextColor);
+    const auto& c = o.FBraceColors;
+    EXPECT_EQ(colours, (std::vector<TColor>{c[0], c[1], c[1], c[0], c[0], c[0], c[0], c[0]}));
+}
+
+TEST(TagPair, OpeningTagFindsItsClosingTagOverNestingAndVoidTags) {
+    TScanDoc d("html", u"<div id=\"a\">\n <div><br><img src=x></div>\n</div>");
+    const TTagPosData t = CheckTagsToHighlight(*d.Scanner, 1, 0);
+    EXPECT_EQ(t.StartY, 0);
+    EXPECT_EQ(t.StartX, 0);
+    EXPECT_EQ(t.StartLen, 4);
+    EXPECT_EQ(t.StartEndY, 0);
+    EXPECT_EQ(t.StartEndX, 11);
+    EXPECT_EQ(t.EndY, 2);
+    EXPECT_EQ(t.EndX, 0);
+    EXPECT_EQ(t.EndLen, 5);
+    EXPECT_EQ(CheckTagsToHighlight(*d.Scanner, 6, 1).EndY, -1); // <br> has no partner
+}
+
+TEST(ColourValue, FormsBySyntax) {
+    EXPECT_EQ(GetColorAtXY(u"color: #A0b; x", 9, u"css"), u"#aa00bb");
+    EXPECT_EQ(GetColorAtXY(u"c = \"#12345678\"", 7, u"c"), u"#123456");
+    EXPECT_EQ(GetColorAtXY(u"a: rgb(255, 0, 50%)", 8, u"c"), u"#ff0080");
+    EXPECT_EQ(GetColorAtXY(u"hsl(120, 100%, 50%)", 1, u"css"), u"#00ff00");
+    EXPECT_EQ(GetColorAtXY(u"hsl(120, 100%, 50%)", 1, u"c"), u"#ffffff");
+    EXPECT_EQ(GetColorAtXY(u"$ff8000", 2, u"less"), u"#ff8000");
+    EXPECT_EQ(GetColorAtXY(u"$ff8000", 2, u"c"), u"#ffffff");
+    const TNamedColour named = [](std::u16string_view n) -> std::optional<std::u16string> {
+        if (n == u"red")
+            return u"#ff0000";
+        return {};
+    };
+    EXPECT_EQ(GetColorAtXY(u"color: red;", 8, u"Html", named), u"#ff0000");
+    EXPECT_EQ(GetColorAtXY(u"#12", 1, u"css"), u"#ffffff");
+}
+
+} // namespace
+} // namespace zv::test

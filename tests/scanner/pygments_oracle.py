@@ -1,0 +1,202 @@
+#!/usr/bin/python3
+"""Compares zvtool's token dump with Pygments, character by character, on real files of the
+system (C headers, Python modules, shell scripts, CSS, JavaScript, JSON, HTML, XML).
+
+Each character gets a class: comment, string, number, keyword or other. Characters where the
+two tools follow different designs on purpose (see docs/scanner.md) are left out. For each
+file, of the characters either tool calls a comment (or a string), at least 99% must be
+called so by both. Exit 77 (skipped) without Pygments.
+
+usage: pygments_oracle.py ZVTOOL
+"""
+import glob
+import os
+import subprocess
+import sys
+
+try:
+    from pygments import lex
+    from pygments.lexers import get_lexer_by_name
+    from pygments.token import Comment, Keyword, Name, Number, String, Text, Whitespace
+except ImportError:
+    print("skipped: Pygments is not installed (Debian package python3-pygments)")
+    sys.exit(77)
+
+# (syntax, Pygments lexer, candidate globs); the first FILES_PER_SYNTAX existing files of each
+# are used, all of them installed by Debian packages.
+CASES = [
+    ("c", "c", ["/usr/include/stdio.h", "/usr/include/zlib.h",
+                "/usr/share/doc/zlib1g-dev/examples/gun.c",
+                "/usr/share/doc/zlib1g-dev/examples/zpipe.c", "/usr/include/pcre2.h",
+                "/usr/include/x86_64-linux-gnu/bits/types.h", "/usr/include/*.h"]),
+    ("python", "python", ["/usr/lib/python3*/textwrap.py", "/usr/lib/python3*/json/decoder.py",
+                          "/usr/lib/python3*/argparse.py", "/usr/lib/python3*/string.py",
+                          "/usr/lib/python3*/*.py"]),
+    ("shell", "bash", ["/usr/bin/bzgrep", "/usr/bin/gettext.sh", "/usr/bin/zgrep",
+                       "/usr/bin/bzdiff"]),
+    ("css", "css", ["/usr/share/gitweb/static/gitweb.css", "/usr/share/doc/*/html/_static/*.css",
+                    "/usr/share/doc/*/_static/*.css", "/usr/share/javascript/*/*.css"]),
+    ("javascript", "javascript", ["/usr/share/gitweb/static/gitweb.js",
+                                  "/usr/share/doc/python3/_static/searchtools.js",
+                                  "/usr/share/javascript/*/*.js"]),
+    ("json", "json", ["/usr/share/doc/nodejs/api/synopsis.json", "/usr/share/*/*.json",
+                      "/usr/share/*/*/*.json"]),
+    ("html", "html", ["/usr/share/doc/base-passwd/users-and-groups.html",
+                      "/usr/share/doc/*/*.html", "/usr/share/doc/*/html/*.html"]),
+    ("xml", "xml", ["/usr/share/xml/fontconfig/fonts.dtd", "/etc/fonts/fonts.conf",
+                    "/usr/share/mime/packages/freedesktop.org.xml", "/usr/share/*/*.xml"]),
+]
+FILES_PER_SYNTAX = 3
+MAX_BYTES = 200_000
+
+
+def pick(globs):
+    seen = []
+    for pattern in globs:
+        for path in sorted(glob.glob(pattern)):
+            if path in seen or not os.path.isfile(path) or os.path.getsize(path) > MAX_BYTES:
+                continue
+            try:
+                with open(path, encoding="utf-8") as f:
+                    f.read()
+            except (UnicodeDecodeError, OSError):
+                continue
+            seen.append(path)
+            if len(seen) == FILES_PER_SYNTAX:
+                return seen
+    return seen
+
+
+def pygments_class(tok):
+    """The class of a Pygments token; None for the parts left out on purpose."""
+    if tok in Comment.Preproc or tok in Comment.PreprocFile:
+        return None  # preprocessor lines are a block, not a comment
+    if tok in String.Affix or tok in String.Interpol or tok in String.Escape:
+        return None  # prefixes and interpolations are plain text here
+    if tok in Name.Entity:
+        return None  # entities are a block of the HTML syntax
+    if tok in Comment:
+        return "comment"
+    if tok in String:
+        return "string"
+    if tok in Number:
+        return "number"
+    if tok in Keyword:
+        return "keyword"
+    return "other"
+
+
+ZV_CLASSES = {"comment": "comment", "string": "string", "char": "string",
+              "attributevalue": "string", "number": "number"}
+
+
+def zv_class(kind):
+    if kind.startswith("keyword"):
+        return "keyword"
+    return ZV_CLASSES.get(kind, "other")
+
+
+def zv_classes(zvtool, syntax, path, lines):
+    out = subprocess.run([zvtool, "highlight", "--syntax", syntax, "--tokens", path],
+                         capture_output=True, check=True, timeout=60).stdout.decode()
+    classes = [["other"] * (len(line.encode("utf-16-le")) // 2) for line in lines]
+    for record in out.splitlines():
+        row, col, length, kind = record.split("\t")
+        row, col, length = int(row), int(col), int(length)
+        if row < len(classes):
+            for i in range(col, min(col + length, len(classes[row]))):
+                classes[row][i] = zv_class(kind)
+    return classes
+
+
+def py_classes(lexer, text, lines):
+    classes = [[None] * (len(line.encode("utf-16-le")) // 2) for line in lines]
+    row, col = 0, 0
+    quote = None  # the open interpolating string's delimiter
+    for tok, value in lex(text, get_lexer_by_name(lexer, stripnl=False, ensurenl=False)):
+        cls = pygments_class(tok)
+        if lexer == "json" and tok in Name.Tag:
+            cls = None  # object keys are strings here
+        if lexer == "css" and tok in String.Other:
+            cls = None  # an unquoted url(...) argument is plain text here
+        if quote and tok not in String:
+            cls = None  # inside an interpolating string: its parts stay string here
+        if (tok in String.Double or tok in String.Backtick) and value[:1] in "\"`":
+            if quote is None and value.count(value[0]) % 2 == 1:
+                quote = value[0]
+            elif quote == value[0] and value.count(quote) % 2 == 1:
+                quote = None
+        elif quote and tok in String and value.count(quote) % 2 == 1 and value.endswith(quote):
+            quote = None
+        for ch in value:
+            if ch == "\n":
+                row, col = row + 1, 0
+                continue
+            width = 2 if ord(ch) > 0xFFFF else 1
+            for _ in range(width):
+                if row < len(classes) and col < len(classes[row]):
+                    classes[row][col] = cls
+                col += 1
+    return classes
+
+
+def compare(zv, py, lines):
+    counts = {c: [0, 0] for c in ("comment", "string")}  # [either, both]
+    samples = {c: [] for c in counts}
+    for row, line in enumerate(lines):
+        for col, ch in enumerate(line.encode("utf-16-le").decode("utf-16-le", "replace")):
+            if col >= len(zv[row]) or col >= len(py[row]):
+                break
+            a, b = zv[row][col], py[row][col]
+            if b is None or ch in " \t":
+                continue
+            for c in counts:
+                if a == c or b == c:
+                    counts[c][0] += 1
+                    if a == b:
+                        counts[c][1] += 1
+                    elif len(samples[c]) < 3:
+                        samples[c].append(f"row {row + 1} col {col + 1}: zv {a}, pygments {b}: "
+                                          f"{line.strip()[:70]}")
+    return counts, samples
+
+
+def main():
+    if len(sys.argv) != 2:
+        print(__doc__)
+        return 2
+    zvtool = sys.argv[1]
+    failures, checked = 0, 0
+    totals = {}  # class -> [either, both] over all files
+    for syntax, lexer, globs in CASES:
+        files = pick(globs)
+        if not files:
+            print(f"{syntax}: no file found, left out")
+            continue
+        for path in files:
+            with open(path, encoding="utf-8", newline="") as f:
+                text = f.read().replace("\r\n", "\n").replace("\r", "\n")
+            lines = text.split("\n")
+            counts, samples = compare(zv_classes(zvtool, syntax, path, lines),
+                                      py_classes(lexer, text, lines), lines)
+            checked += 1
+            for cls, (either, both) in counts.items():
+                total = totals.setdefault(cls, [0, 0])
+                total[0] += either
+                total[1] += both
+                share = both / either if either else 1.0
+                ok = share >= 0.99
+                print(f"{'ok  ' if ok else 'FAIL'} {syntax:10} {cls:7} {share:7.2%} "
+                      f"of {either:6} chars  {path}")
+                if not ok:
+                    failures += 1
+                    for s in samples[cls]:
+                        print("       " + s)
+    for cls, (either, both) in totals.items():
+        print(f"all files  {cls:7} {both / either if either else 1.0:7.2%} of {either} chars")
+    print(f"{checked} files compared, {failures} below 99%")
+    return 1 if failures or not checked else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,110 @@
+// The headless run of the real program: files named on its command line are loaded and
+// saved back; unchanged documents must come back byte for byte (checked with cmp).
+#include "TestProcess.h"
+#include "support/ZvTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class HeadlessRun : public ::testing::Test {
+protected:
+    void SetUp() override {
+        fs::create_directories(dir / "root");
+        fs::create_directories(dir / "run");
+        fs::create_directories(dir / "files");
+    }
+
+    fs::path Write(const std::string& name, const std::string& bytes) {
+        const auto path = dir / "files" / name;
+        std::ofstream(path, std::ios::binary) << bytes;
+        return path;
+    }
+    zvtest::TRunResult Run(const QStringList& args) {
+        return zvtest::RunProgram(ZV_APP_PATH, args,
+                                  zvtest::IsolatedEnvironment(dir / "root", dir / "run"));
+    }
+    static bool SameBytes(const fs::path& a, const fs::path& b) {
+        const std::string cmd = "cmp -s '" + a.string() + "' '" + b.string() + "'";
+        return std::system(cmd.c_str()) == 0;
+    }
+    zvtest::TTempDir temp{"zv-headless"};
+    const fs::path dir = temp.Path();
+};
+
+TEST_F(HeadlessRun, LoadThenSaveGivesTheSameBytes) {
+    std::mt19937 rng(42);
+    std::vector<std::pair<fs::path, fs::path>> pairs;
+    const std::vector<std::string> ends = {"\n", "\r\n", "\r"};
+    for (int f = 0; f < 6; ++f) {
+        std::string text = f == 5 ? "\xEF\xBB\xBF" : "";
+        const int rows = 1 + static_cast<int>(rng() % 200);
+        for (int r = 0; r < rows; ++r) {
+            text += std::string(rng() % 60, static_cast<char>('a' + rng() % 26));
+            text += f == 4 ? "\xC3\xA4\xE2\x82\xAC" : "";
+            if (r + 1 < rows || f % 2 == 0)
+                text += ends[(f < 3 ? f : rng()) % 3];
+        }
+        const auto path = Write("f" + std::to_string(f) + ".txt", text);
+        const auto copy = Write("f" + std::to_string(f) + ".orig", text);
+        pairs.emplace_back(path, copy);
+    }
+    QStringList args{"-headless"};
+    for (const auto& [path, copy] : pairs)
+        args << QString::fromStdString(path.string());
+    const auto result = Run(args);
+    ASSERT_TRUE(result.finished);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    for (const auto& [path, copy] : pairs)
+        EXPECT_TRUE(SameBytes(path, copy)) << path;
+}
+
+TEST_F(HeadlessRun, MissingFileBecomesANewDocumentAndABadSwitchFails) {
+    const auto missing = dir / "files" / "new.txt";
+    auto result = Run({"-headless", QString::fromStdString(missing.string())});
+    ASSERT_TRUE(result.finished);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_TRUE(fs::exists(missing)) << "the new document is saved under its name";
+
+    const auto kept = Write("kept.txt", "abc\n");
+    result = Run({"-headless", "/CP=abc", QString::fromStdString(kept.string())});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.err.find("not a valid integer value"), std::string::npos) << result.err;
+}
+
+TEST_F(HeadlessRun, SettingsAreWrittenAtTheEndToTheFileASettingsSwitchNames) {
+    const auto kept = Write("k.txt", "k\n");
+    auto result = Run({"-headless", QString::fromStdString(kept.string())});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_TRUE(fs::exists(dir / "root" / "Zevrit.ini"));
+    EXPECT_TRUE(fs::exists(dir / "root" / "Zevrit.ini.bak")) << "refreshed after the write";
+    EXPECT_TRUE(fs::exists(dir / "root" / "Data" / "StartOptions.ini"));
+    EXPECT_TRUE(fs::exists(dir / "root" / "Syntax" / "c.syx")) << "shipped files installed";
+    EXPECT_TRUE(fs::exists(dir / "root" / "Language" / "eng.ini"));
+
+    const auto custom = dir / "files" / "custom.ini";
+    result = Run({"-SETTINGS", QString::fromStdString(custom.string()),
+                  QString::fromStdString(kept.string()), "-headless"});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    std::ifstream in(custom, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    ASSERT_GE(bytes.size(), 2u) << "the named settings file serves the run and is written";
+    EXPECT_EQ(bytes.substr(0, 2), "\xFF\xFE") << "UTF-16LE with BOM";
+}
+
+TEST_F(HeadlessRun, HelpAndVersionPrintAndSucceed) {
+    auto result = Run({"--help"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_NE(result.out.find("-headless"), std::string::npos);
+    result = Run({"--version"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_NE(result.out.find("Zevrit"), std::string::npos);
+}
+
+} // namespace

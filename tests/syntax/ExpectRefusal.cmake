@@ -1,0 +1,11 @@
+# Runs the syntax check on a faulty folder: it must exit 1 and name each fault.
+execute_process(COMMAND ${TOOL} ${DIR} RESULT_VARIABLE rc ERROR_VARIABLE err)
+if(NOT rc EQUAL 1)
+  message(FATAL_ERROR "zv_syxcheck exited with ${rc}, expected 1:\n${err}")
+endif()
+foreach(fault "unknown key" "empty group Empty")
+  string(FIND "${err}" "${fault}" at)
+  if(at EQUAL -1)
+    message(FATAL_ERROR "zv_syxcheck did not report \"${fault}\":\n${err}")
+  endif()
+endforeach()

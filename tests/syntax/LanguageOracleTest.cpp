@@ -1,0 +1,118 @@
+// The shipped keyword lists against the languages' own tools: what an installed interpreter or
+// build tool says its keywords, built-ins and commands are. A tool that is not installed skips
+// its test.
+#include "SyntaxTestFiles.h"
+
+#include "syntax/ZvSyntax.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <optional>
+#include <set>
+#include <sstream>
+
+namespace zv {
+namespace {
+
+using test::ShippedSyntaxFolder;
+using test::U16;
+
+// The blank-separated words a shell command prints; nullopt when it fails or prints nothing.
+std::optional<std::set<std::string>> WordsOf(const std::string& command) {
+    FILE* pipe = popen((command + " 2>/dev/null").c_str(), "r");
+    if (!pipe)
+        return std::nullopt;
+    std::string out;
+    char buffer[4096];
+    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;)
+        out.append(buffer, n);
+    if (pclose(pipe) != 0 || out.empty())
+        return std::nullopt;
+    std::set<std::string> words;
+    std::istringstream in(out);
+    for (std::string w; in >> w;)
+        words.insert(w);
+    return words;
+}
+
+// The words of the keyword groups of a shipped file; with `group`, of that group only.
+std::set<std::string> ShippedWords(const std::string& file, std::u16string_view group = {}) {
+    TZvSyntax syntax;
+    EXPECT_TRUE(
+        syntax.LoadStyleFromFile(nullptr, U16(ShippedSyntaxFolder() / file), u"Oracle", 0, u""));
+    std::set<std::string> words;
+    if (!syntax.LastStyles())
+        return words;
+    for (const TKeyWord& g : syntax.LastStyles()->FKeyWords)
+        if (group.empty() || g.Name == group)
+            for (const std::u16string& w : g.KeyWords.Words())
+                words.insert(Utf16ToUtf8(w));
+    return words;
+}
+
+// The members of `from` that `in` lacks, for a readable failure.
+std::string Missing(const std::set<std::string>& from, const std::set<std::string>& in) {
+    std::string out;
+    for (const std::string& w : from)
+        if (!in.count(w))
+            out += w + " ";
+    return out;
+}
+
+TEST(LanguageOracle, PythonKeywordsAndBuiltinsAreColouredAndNothingElse) {
+    // -S leaves out the names the interactive site module adds (exit, quit, license, ...).
+    auto python = WordsOf("python3 -S -c \"import keyword, builtins; print(*keyword.kwlist, "
+                          "*keyword.softkwlist, *[b for b in dir(builtins) if b[:1].islower()])\"");
+    if (!python)
+        GTEST_SKIP() << "python3 is not installed";
+    python->erase("_"); // the soft keyword of a match wildcard is an ordinary name elsewhere
+    const std::set<std::string> ours = ShippedWords("python.syx");
+    EXPECT_EQ(Missing(*python, ours), "");
+    // Without -S: the names the site module adds (help, exit, ...) may be coloured too.
+    auto all = WordsOf("python3 -c \"import keyword, builtins; print(*keyword.kwlist, "
+                       "*keyword.softkwlist, *dir(builtins))\"");
+    ASSERT_TRUE(all);
+    // Conventional names that are neither keywords nor built-ins, coloured on purpose.
+    all->insert({"self", "cls", "__init__", "__main__", "__file__"});
+    EXPECT_EQ(Missing(ours, *all), "");
+}
+
+TEST(LanguageOracle, ShellReservedWordsAndBuiltinsMatchBash) {
+    auto reserved = WordsOf("bash -c 'compgen -k'");
+    auto builtins = WordsOf("bash -c 'compgen -b'");
+    if (!reserved || !builtins)
+        GTEST_SKIP() << "bash is not installed";
+    for (const char* punctuation : {"{", "}", "!", "[[", "]]", ".", ":", "["})
+        reserved->erase(punctuation), builtins->erase(punctuation);
+    EXPECT_EQ(Missing(*reserved, ShippedWords("shell.syx", u"Reserved")), "");
+    EXPECT_EQ(Missing(*builtins, ShippedWords("shell.syx", u"Builtins")), "");
+    EXPECT_EQ(Missing(ShippedWords("shell.syx", u"Reserved"), *reserved), "");
+    EXPECT_EQ(Missing(ShippedWords("shell.syx", u"Builtins"), *builtins), "");
+}
+
+TEST(LanguageOracle, EveryCMakeCommandWeColourExists) {
+    auto commands = WordsOf("cmake --help-command-list");
+    if (!commands)
+        GTEST_SKIP() << "cmake is not installed";
+    const std::set<std::string> ours = ShippedWords("cmake.syx", u"Commands");
+    EXPECT_GT(ours.size(), 100u);
+    EXPECT_EQ(Missing(ours, *commands), "");
+}
+
+TEST(LanguageOracle, JavaScriptGlobalsWeColourExist) {
+    auto globals = WordsOf("node -e \"console.log(Object.getOwnPropertyNames(globalThis).join(' "
+                           "'))\"");
+    if (!globals)
+        GTEST_SKIP() << "node is not installed";
+    // Literals, a browser's globals, and a function's own arguments.
+    globals->insert({"true", "false", "null", "document", "window", "arguments"});
+    for (std::u16string_view group : {u"Objects", u"Constants"}) {
+        const std::set<std::string> ours = ShippedWords("javascript.syx", group);
+        EXPECT_FALSE(ours.empty());
+        EXPECT_EQ(Missing(ours, *globals), "") << Utf16ToUtf8(group);
+    }
+}
+
+} // namespace
+} // namespace zv

@@ -1,0 +1,60 @@
+// The syntax set we ship: every file loads cleanly, and the extension map agrees with what
+// the files claim.
+#include "SyntaxTestFiles.h"
+
+#include "shell/ZvIniFiles.h"
+#include "syntax/SyntaxSetCheck.h"
+#include "syntax/ZvSyntax.h"
+
+#include <gtest/gtest.h>
+
+namespace zv {
+namespace {
+
+using test::ShippedSyntaxFolder;
+using test::U16;
+
+TEST(ShippedSet, EveryLanguageIsThereAndTheSetIsClean) {
+    const TSyntaxSetReport report = CheckSyntaxFolder(ShippedSyntaxFolder());
+    for (const auto& p : report.Problems)
+        ADD_FAILURE() << p;
+    for (const char* name :
+         {"c",        "cpp",   "csharp", "java",     "javascript", "typescript", "json",
+          "python",   "shell", "php",    "html",     "xml",        "css",        "sql",
+          "markdown", "yaml",  "ini",    "makefile", "cmake",      "perl",       "ruby",
+          "go",       "rust",  "lua",    "diff",     "text"})
+        EXPECT_TRUE(
+            std::filesystem::is_regular_file(ShippedSyntaxFolder() / (std::string(name) + ".syx")))
+            << name;
+    EXPECT_EQ(report.Files, 26);
+    for (const char* ext : {".c", ".cpp", ".py", ".rs", ".go", ".html", ".json", ".yml", ".md",
+                            ".sql", ".sh", ".makefile", ".cmake", ".diff", ".txt"})
+        EXPECT_TRUE(report.Extensions.count(ext)) << ext;
+}
+
+TEST(ShippedSet, TypesMapMatchesTheClaimedExtensions) {
+    const TSyntaxSetReport report = CheckSyntaxFolder(ShippedSyntaxFolder());
+    const TMemIniFileW types(ShippedSyntaxFolder() / "Types.ini");
+    ASSERT_EQ(types.LoadStatus(), TIniLoadStatus::Loaded);
+    for (const auto& [ext, file] : report.Extensions) {
+        const std::u16string type = types.ReadString("FileExt", ext, u"");
+        EXPECT_EQ(Utf16ToUtf8(types.ReadString(type, "File", u"")), file) << ext;
+    }
+    EXPECT_EQ(types.ReadSection("FileExt").size(), report.Extensions.size());
+}
+
+TEST(ShippedSet, HtmlCarriesCssJavaScriptAndPhp) {
+    TZvSyntax syntax;
+    TMemoStyleHost memo;
+    ASSERT_TRUE(
+        syntax.LoadStyleFromFile(&memo, U16(ShippedSyntaxFolder() / "html.syx"), u"HTML", 1, u""));
+    EXPECT_TRUE(syntax.Warnings.empty());
+    ASSERT_TRUE(memo.FHtmlStyleCSS && memo.FHtmlStyleJS && memo.FHtmlStylePHP);
+    EXPECT_GE(memo.FHtmlStyleCSS->FindKeyword(u"margin", false), 0);
+    EXPECT_GE(memo.FHtmlStyleJS->FindKeyword(u"const", true), 0);
+    EXPECT_GE(memo.FHtmlStylePHP->FindKeyword(u"echo", false), 0);
+    EXPECT_GE(memo.FStyles->FindTag(u"DIV", false), 0);
+}
+
+} // namespace
+} // namespace zv

@@ -1,0 +1,184 @@
+// The editor widget off screen, driven by QTest key and mouse events: typing, moving,
+// selecting, clipboard, undo and redo, drag and drop inside the widget, saving, and the
+// modified signal.
+#include "ui/EditorWidget.h"
+#include "ZvMemoControl/ZvMemoStrings.h"
+#include "support/ZvTestSupport.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace {
+
+// Opens the drop handler: a drop without a running drag can't travel the event loop.
+class TTestEditor : public zv::TEditorWidget {
+public:
+    using zv::TEditorWidget::dropEvent;
+};
+
+class EditorWidgetTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        lines.SetDefaultSysTextType(zv::sttUnix);
+        widget.resize(500, 300);
+        widget.show();
+        widget.setFocus();
+    }
+    void Load(const std::string& utf8) {
+        lines.LoadFromBytes(utf8);
+        widget.SetLines(&lines);
+    }
+    std::u16string Text() const { return lines.GetTextWithLinefeeds(); }
+    QPoint PointOf(int x, int y) {
+        // The middle of the cell in front of which column x stands.
+        const auto& memo = widget.Memo();
+        const QRect caret = widget.CaretRect();
+        const int left = caret.x() - static_cast<int>(memo.TextLength(memo.FCurY, memo.FCurX));
+        const int height = caret.height();
+        return {left + static_cast<int>(memo.TextLength(y, x)) + 1,
+                (y - widget.TopRow()) * height + height / 2};
+    }
+
+    QApplication& app = zvtest::TheApp<QApplication>(); // before any widget
+    zv::TZvMemoStrings lines;
+    TTestEditor widget;
+};
+
+TEST_F(EditorWidgetTest, TypingEnterBackspaceAndUndoRedo) {
+    Load("hello\nworld");
+    QTest::keyClick(&widget, Qt::Key_End);
+    QTest::keyClicks(&widget, "!!");
+    QTest::keyClick(&widget, Qt::Key_Return);
+    QTest::keyClicks(&widget, "x");
+    QTest::keyClick(&widget, Qt::Key_Backspace);
+    EXPECT_EQ(Text(), u"hello!!\n\nworld");
+    EXPECT_EQ(widget.CaretRow(), 1);
+    QTest::keyClick(&widget, Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(&widget, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Text(), u"hello\nworld");
+    QTest::keyClick(&widget, Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(Text(), u"hello!!\nx\nworld");
+}
+
+TEST_F(EditorWidgetTest, ShiftArrowsSelectAndTypingReplaces) {
+    Load("abcdef");
+    QTest::keyClick(&widget, Qt::Key_Right);
+    QTest::keyClick(&widget, Qt::Key_Right, Qt::ShiftModifier);
+    QTest::keyClick(&widget, Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(widget.Memo().GetSelection(), u"bc");
+    QTest::keyClicks(&widget, "Z");
+    EXPECT_EQ(Text(), u"aZdef");
+}
+
+TEST_F(EditorWidgetTest, ClipboardCopyCutPasteUseLfText) {
+    Load("one\ntwo");
+    QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&widget, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "one\ntwo");
+    QTest::keyClick(&widget, Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(Text(), u"");
+    QTest::keyClick(&widget, Qt::Key_V, Qt::ControlModifier);
+    QTest::keyClick(&widget, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(Text(), u"one\ntwoone\ntwo");
+}
+
+TEST_F(EditorWidgetTest, WholeLineMarkTravelsInThePrivateMimeType) {
+    Load("first\nsecond");
+    widget.Memo().FCopyLineToClipboard = true;
+    QTest::keyClick(&widget, Qt::Key_C, Qt::ControlModifier);
+    const QMimeData* data = QApplication::clipboard()->mimeData();
+    ASSERT_TRUE(data);
+    EXPECT_TRUE(data->hasFormat(zv::kWholeLineMime));
+    QTest::keyClick(&widget, Qt::Key_Down);
+    QTest::keyClick(&widget, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(Text(), u"first\nfirst\nsecond");
+}
+
+TEST_F(EditorWidgetTest, MouseClickDragSelectAndDoubleClickWord) {
+    Load("alpha beta gamma");
+    QTest::mouseClick(widget.viewport(), Qt::LeftButton, {}, PointOf(6, 0));
+    EXPECT_EQ(widget.Memo().Caret(), (zv::TZvPos{6, 0}));
+    QTest::mousePress(widget.viewport(), Qt::LeftButton, {}, PointOf(0, 0));
+    QMouseEvent move(QEvent::MouseMove, PointOf(5, 0),
+                     widget.viewport()->mapToGlobal(PointOf(5, 0)), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(widget.viewport(), &move);
+    QTest::mouseRelease(widget.viewport(), Qt::LeftButton, {}, PointOf(5, 0));
+    EXPECT_EQ(widget.Memo().GetSelection(), u"alpha");
+    QTest::mouseDClick(widget.viewport(), Qt::LeftButton, {}, PointOf(12, 0));
+    EXPECT_EQ(widget.Memo().GetSelection(), u"gamma");
+}
+
+// A drop from outside copies; a move of the own selection is one undo step.
+TEST_F(EditorWidgetTest, DropsCopyFromOutsideAndMoveTheOwnSelection) {
+    Load("abc def");
+    widget.Memo().SetSelection({0, 0}, {3, 0});
+    QMimeData data;
+    data.setText("abc");
+    QDropEvent drop(PointOf(7, 0), Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    widget.dropEvent(&drop);
+    EXPECT_EQ(Text(), u"abc defabc"); // from outside: a copy
+    widget.Memo().Undo();
+    EXPECT_EQ(Text(), u"abc def");
+    widget.Memo().SetSelection({0, 0}, {3, 0});
+    ASSERT_TRUE(widget.Memo().DropText(7, 0, widget.Memo().GetSelection(), true));
+    EXPECT_EQ(Text(), u" defabc");
+    QTest::keyClick(&widget, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Text(), u"abc def");
+}
+
+TEST_F(EditorWidgetTest, InputMethodCommitTypesText) {
+    Load("");
+    QInputMethodEvent compose(QStringLiteral("ni"), {});
+    QApplication::sendEvent(&widget, &compose);
+    EXPECT_EQ(Text(), u"");
+    QInputMethodEvent commit;
+    commit.setCommitString(QString::fromUtf8("\xe4\xbd\xa0"));
+    QApplication::sendEvent(&widget, &commit);
+    EXPECT_EQ(Text(), u"\u4f60");
+    EXPECT_EQ(widget.inputMethodQuery(Qt::ImCursorPosition).toInt(), 1);
+}
+
+TEST_F(EditorWidgetTest, ModifiedSignalFollowsTheSavedState) {
+    zvtest::TTempDir dir("zv-editor");
+    const std::string path = (dir / "a.txt").string();
+    std::ofstream(path, std::ios::binary) << "text\n";
+    ASSERT_TRUE(lines.LoadFromFile(path));
+    widget.SetLines(&lines);
+    QSignalSpy spy(&widget, &zv::TEditorWidget::ModifiedChanged);
+    QTest::keyClicks(&widget, "ab");
+    EXPECT_TRUE(widget.IsModified());
+    QTest::keyClick(&widget, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(widget.IsModified());
+    std::ifstream in(path, std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "abtext\n");
+    QTest::keyClicks(&widget, "c");
+    QTest::keyClick(&widget, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(widget.IsModified());
+    ASSERT_EQ(spy.count(), 4);
+    EXPECT_TRUE(spy[0][0].toBool());
+    EXPECT_FALSE(spy[3][0].toBool());
+}
+
+TEST_F(EditorWidgetTest, CaretStaysInViewWhileTypingDownALongDocument) {
+    std::string text;
+    for (int i = 0; i < 2000; ++i)
+        text += "row\n";
+    Load(text);
+    for (int i = 0; i < 50; ++i)
+        QTest::keyClick(&widget, Qt::Key_Return);
+    EXPECT_EQ(widget.CaretRow(), 50);
+    EXPECT_LE(widget.TopRow(), 50);
+    EXPECT_GT(widget.TopRow() + widget.VisibleRowCount(), 50);
+    QTest::keyClick(&widget, Qt::Key_End, Qt::ControlModifier);
+    EXPECT_EQ(widget.CaretRow(), lines.Count() - 1);
+}
+
+} // namespace

@@ -1,0 +1,117 @@
+// The first window off screen: tabs follow documents, the editor widget paints rows and
+// scrolls to a line, keys move through a long document, Ctrl+S saves.
+#include "ui/MainWindow.h"
+#include "platform/Prompt.h"
+#include "shell/MainFormHelper.h"
+#include "support/ZvTestSupport.h"
+#include "ui/EditorWidget.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QTabWidget>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class MainWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override { zvtest::TheApp<QApplication>(); }
+    std::string Write(const std::string& name, const std::string& text) {
+        std::ofstream(dir / name, std::ios::binary) << text;
+        return (dir / name).string();
+    }
+    bool Load(const std::string& path) {
+        zv::TLoadFileArgs args;
+        args.FileName = path;
+        return helper.LoadFile(args);
+    }
+    zvtest::TTempDir temp{"zv-ui"};
+    const fs::path dir = temp.Path();
+    zv::THeadlessPrompt prompt{false};
+    zv::TMainFormHelper helper{prompt};
+};
+
+int InkPixels(const QImage& image, QRgb background) {
+    int ink = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            ink += image.pixel(x, y) != background;
+    return ink;
+}
+
+TEST_F(MainWindowTest, TabsFollowDocumentsAndTitleNamesTheActiveOne) {
+    zv::TMainWindow window(helper);
+    window.show();
+    const auto a = Write("a.txt", "alpha\n");
+    const auto b = Write("b.txt", "beta\n");
+    ASSERT_TRUE(Load(a));
+    ASSERT_TRUE(Load(b));
+    ASSERT_EQ(window.TabGroup()->count(), 2);
+    EXPECT_EQ(window.TabGroup()->tabText(1), "b.txt");
+    EXPECT_EQ(window.windowTitle().toStdString(), "Zevrit - " + b);
+    ASSERT_TRUE(Load(a)) << "an open file is activated, not opened twice";
+    EXPECT_EQ(window.TabGroup()->count(), 2);
+    EXPECT_EQ(window.TabGroup()->currentIndex(), 0);
+    window.TabGroup()->setCurrentIndex(1);
+    EXPECT_EQ(helper.ActiveDocument()->FFilePath, b) << "clicking a tab activates its document";
+    window.TabGroup()->tabCloseRequested(0);
+    ASSERT_EQ(window.TabGroup()->count(), 1);
+    EXPECT_EQ(helper.Documents().size(), 1u);
+    EXPECT_EQ(window.EditorAt(0)->Lines(), helper.Documents()[0]->Lines.get());
+}
+
+TEST_F(MainWindowTest, EditorPaintsTextAndScrollsToALine) {
+    std::string text;
+    for (int i = 1; i <= 5000; ++i)
+        text += "row " + std::to_string(i) + "\tMMMM\n";
+    ASSERT_TRUE(Load(Write("long.txt", text)));
+    ASSERT_TRUE(Load(Write("empty.txt", "")));
+    zv::TMainWindow window(helper);
+    window.resize(600, 400);
+    window.show();
+    window.DocumentAdded(*helper.Documents()[0]);
+    window.DocumentAdded(*helper.Documents()[1]);
+    auto* full = window.EditorAt(0);
+    auto* empty = window.EditorAt(1);
+    full->resize(600, 400);
+    empty->resize(600, 400);
+    const QImage fullImage = full->viewport()->grab().toImage();
+    const QImage emptyImage = empty->viewport()->grab().toImage();
+    const QRgb background = emptyImage.pixel(emptyImage.width() - 1, emptyImage.height() - 1);
+    EXPECT_GT(InkPixels(fullImage, background), InkPixels(emptyImage, background) + 500);
+
+    window.ShowLine(3000);
+    EXPECT_EQ(full->CaretRow(), 2999);
+    EXPECT_LE(full->TopRow(), 2999);
+    EXPECT_GT(full->TopRow() + full->VisibleRowCount(), 2999);
+
+    full->ShowRow(0);
+    QTest::keyClick(full, Qt::Key_End, Qt::ControlModifier);
+    EXPECT_EQ(full->CaretRow(), helper.Documents()[0]->Lines->Count() - 1);
+    const int top = full->TopRow();
+    QTest::keyClick(full, Qt::Key_Up);
+    EXPECT_EQ(full->TopRow(), top) << "one row up inside the view does not scroll";
+}
+
+TEST_F(MainWindowTest, CtrlSSavesTheActiveDocument) {
+    const auto path = Write("s.txt", "one\r\ntwo");
+    ASSERT_TRUE(Load(path));
+    zv::TMainWindow window(helper);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    fs::remove(path);
+    QTest::keyClick(window.windowHandle(), Qt::Key_S, Qt::ControlModifier);
+    std::ifstream in(path, std::ios::binary);
+    const std::string saved{std::istreambuf_iterator<char>(in), {}};
+    EXPECT_EQ(saved, "one\r\ntwo");
+}
+
+} // namespace
