@@ -1,11 +1,14 @@
 // Fuzz target of the syntax definition readers: arbitrary bytes as a ".syx" file (read with
-// an editor, so every section runs), as an alias line, and as an older-format file.
+// an editor, so every section runs), as an alias line, and as an older-format file. Besides
+// not crashing, every word the reader stored must be found again by the lookups the scanner
+// uses, in its own group or an earlier one (the first hit wins), in both case modes.
 #include "syntax/SyxReader.h"
 #include "syntax/SyxText.h"
 #include "syntax/ZvSyntax.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <string_view>
 
 namespace {
@@ -15,6 +18,31 @@ public:
     void WriteString(std::u16string_view, std::u16string_view, std::u16string_view) override {}
     void WriteBool(std::u16string_view, std::u16string_view, bool) override {}
 };
+
+void Check(bool condition) {
+    if (!condition)
+        std::abort();
+}
+
+// Each stored word is found by `find` at its own group's index or before it.
+template <class Find>
+void CheckGroupsFindTheirWords(const std::vector<zv::TKeyWord>& groups, Find find) {
+    for (std::size_t i = 0; i < groups.size(); ++i)
+        for (const std::u16string& word : groups[i].KeyWords.Words())
+            for (bool caseSensitive : {true, false}) {
+                const int hit = find(word, caseSensitive);
+                Check(hit >= 0 && hit <= static_cast<int>(i));
+            }
+}
+
+void CheckLookups(const zv::TZvCustomMemoStyles& styles) {
+    CheckGroupsFindTheirWords(
+        styles.FKeyWords, [&](std::u16string_view w, bool c) { return styles.FindKeyword(w, c); });
+    CheckGroupsFindTheirWords(styles.FTags,
+                              [&](std::u16string_view w, bool c) { return styles.FindTag(w, c); });
+    for (const std::u16string& word : styles.NodeIdWords)
+        Check(word.empty() || styles.NodeIdList.Contains(word, true)); // empty words are dropped
+}
 
 } // namespace
 
@@ -29,6 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     zv::ResetForLoad(target);
     zv::ReadSyxLines(text.Lines, target);
     zv::FinishSyxLoad(target);
+    CheckLookups(styles);
     for (const std::u16string& line : text.Lines) {
         styles.FindKeyword(line, line.size() % 2 == 0);
         styles.FindTag(line, true);

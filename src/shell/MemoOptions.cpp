@@ -3,6 +3,7 @@
 
 #include "ZvMemoControl/CodePages.h"
 #include "ZvMemoControl/ZvMemo.h"
+#include "ZvMemoControl/ZvMemoStrings.h"
 
 namespace zv {
 
@@ -31,6 +32,15 @@ void ApplyMemoMiscOptions(TZvCustomMemo& memo, const TMemoMiscOptions& o) {
     memo.FEncloseSelectionWithQuotes = o.EncloseSelectionWithQuotes;
     memo.FNotepadCursor = o.NotepadCursor;
     memo.UndoList().SetLimit(o.UndoRedoSize);
+}
+
+void ApplyNewDocumentOptions(TZvCustomMemo& memo, const TMemoMiscOptions& o) {
+    TZvMemoStrings& lines = memo.Lines();
+    // 0 or less is no code page: the system's stands in, as for a missing key.
+    lines.SetCodePage(o.DefaultEncoding > 0 ? static_cast<std::uint32_t>(o.DefaultEncoding)
+                                            : SystemCodePage());
+    lines.SetUseBOM(o.DefaultEncodingBOM);
+    lines.SetDefaultSysTextType(o.TypeUnix ? sttUnix : o.TypeMac ? sttMac : sttWindows);
 }
 
 void SetMemoMiscOptions(TZvCustomMemo& memo, const TCustomIniFile& settings) {

@@ -13,6 +13,11 @@ class TZvCustomMemo;
 // records and per-document choices (wrap, line ends, encoding of the loaded file) stay.
 void ApplyMemoMiscOptions(TZvCustomMemo& memo, const TMemoMiscOptions& options);
 
+// Gives the empty editor of a new document the file form the options choose: encoding
+// ("DefaultEncoding"), byte order mark ("DefaultEncodingBOM") and line ends ("TypeUnix": LF,
+// else "TypeMac": CR, else CR LF). Opened documents keep what their file has.
+void ApplyNewDocumentOptions(TZvCustomMemo& memo, const TMemoMiscOptions& options);
+
 // Reads "EditorMisc" from `settings` (a missing key gives the control's default; the
 // default encoding falls back to the system's ANSI code page) and applies it to `memo`.
 void SetMemoMiscOptions(TZvCustomMemo& memo, const TCustomIniFile& settings);

@@ -1,10 +1,14 @@
 // Options read from the main settings at start-up and after the options dialog.
 #include "shell/SettingsOptions.h"
 
+#include "ZvMemoControl/DocumentSave.h"
+#include "ZvMemoControl/FileType.h"
+#include "common/Utf.h"
 #include "shell/IniName.h"
 #include "shell/ZvIniFiles.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace zv {
 
@@ -125,20 +129,16 @@ TCustomizeOptions ReadCustomizeOptions(const TCustomIniFile& settings) {
     return options;
 }
 
-std::u16string_view DefaultOpenAsBinary() {
-    return u".7z .ace .alz .arc .arj .bzip2 .cab .com .cpl .elf .eea .obj .exp .exe .msi .dll "
-           u".ocx .sys .vxd .bmp .gz .sit .gzip .jar .lha .lzo .lzma .lzx .pak .rar .tar .tgz "
-           u".gz .tib .zip .bpl .class .dcu .jar .vbx .ocx .chm .otf .ttf .bin .chm "
-           u".264 .3g2 .3gp .asf .asx .h264 .m2t .mt2s .m4v .mod .mts .mpg .ogv .swf .vob .wmv "
-           u".m4a .m4b .m4p .midi .ogg .pmc .uax .wav .wma .3ga .aac .aiff .asf .cda .flac .emf "
-           u".ico .icon .jpeg .jpg .png .gif .pdf .tif .tiff .svg .swf .wmf .bmp .avi .mpeg .mp2 "
-           u".mp4 .mp3 .wav .mkv .fla .flv .psd .img .doc .rtf .xls .swf ";
+void ApplyBackupOptions(const TCustomizeOptions& o, TZvSaveOptions& save) {
+    save.MakeBackup = o.Backup;
+    save.AddBakExtension = o.BackupExtension;
+    save.BackupFolder = o.BackupToFolder ? Utf16ToUtf8(o.BackupFolderPath) : std::string();
 }
 
 TMemoMiscOptions ReadMemoMiscOptions(const TCustomIniFile& settings, int32_t ansiCodePage) {
     TMemoMiscOptions o;
     o.DefaultEncoding = ansiCodePage;
-    o.OpenAsBinary = DefaultOpenAsBinary();
+    o.OpenAsBinary = Utf8ToUtf16(DefaultOpenAsBinary());
     const TOptionReader read(settings, "EditorMisc");
     read("ReopenLastDoc", o.ReopenLastDoc);
     read("ReopenLastRemoteFiles", o.ReopenLastRemoteFiles);
@@ -182,6 +182,16 @@ TTextOptions LoadTextOptions(const TCustomIniFile& settings) {
         readInt(kThemeElements[i], u"Boldness", element.Boldness);
     }
     return options;
+}
+
+const TThemeElement& TextElement(const TTextOptions& options, std::u16string_view name) {
+    const auto at = std::find(kThemeElements.begin(), kThemeElements.end(), name);
+    assert(at != kThemeElements.end());
+    return options.Elements[static_cast<size_t>(at - kThemeElements.begin())];
+}
+
+TColor ThemeColor(int32_t value) {
+    return value < 0 || value > 0xFFFFFF ? kNoColor : static_cast<TColor>(value);
 }
 
 bool UsesTerminalFont(std::u16string_view extension) {

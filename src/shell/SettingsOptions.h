@@ -12,6 +12,7 @@
 namespace zv {
 
 class TCustomIniFile;
+struct TZvSaveOptions;
 
 // "Customize", "Window", "VisualThemes", "AutoSave", "Save", "OptionsEditMisc": the
 // program-wide options. Member defaults are the defaults of a missing key.
@@ -70,6 +71,11 @@ struct TCustomizeOptions {
 // What SetCustomize applies: every key of TCustomizeOptions, missing ones at their default.
 TCustomizeOptions ReadCustomizeOptions(const TCustomIniFile& settings);
 
+// The backup choices of section "Save" on the options of a document save: "Backup" makes a
+// backup, "BackupExtension" ends its name in ".bak", "BackupToFolder" puts it in
+// "BackupFolderPath" (beside the file while that is empty). The other fields of `save` stay.
+void ApplyBackupOptions(const TCustomizeOptions& options, TZvSaveOptions& save);
+
 // "EditorMisc": what each editor takes when it is created and after the options dialog.
 struct TMemoMiscOptions {
     bool ReopenLastDoc = false;
@@ -119,9 +125,6 @@ struct TMemoMiscOptions {
     bool operator==(const TMemoMiscOptions&) const = default;
 };
 
-// The extensions that open in binary mode when the key is missing.
-std::u16string_view DefaultOpenAsBinary();
-
 // Reads "EditorMisc"; ansiCodePage is the default of "DefaultEncoding".
 TMemoMiscOptions ReadMemoMiscOptions(const TCustomIniFile& settings, int32_t ansiCodePage);
 
@@ -165,6 +168,13 @@ struct TTextOptions {
 
 // Reads the active theme's section "Theme_" + name.
 TTextOptions LoadTextOptions(const TCustomIniFile& settings);
+
+// The element of `options` named `name`, one of kThemeElements.
+const TThemeElement& TextElement(const TTextOptions& options, std::u16string_view name);
+
+// A theme colour value as a colour: 0x00BBGGRR as stored, kNoColor for "none" and for the
+// negative values that name a colour of the system palette (the painter's defaults stand in).
+TColor ThemeColor(int32_t value);
 
 // True for the extensions (with dot, any case) shown in the text font "Terminal".
 bool UsesTerminalFont(std::u16string_view extension);

@@ -116,8 +116,12 @@ std::u16string TTypeColors::ThemeFrom(const TCustomIniFile* settings) {
 }
 
 TTypeColors::TTypeColors(const std::filesystem::path& colorsFile, const TCustomIniFile* settings,
-                         std::u16string theme)
-    : FDefaults(colorsFile), FSettings(settings), FTheme(std::move(theme)) {}
+                         std::u16string theme, TTextOptions text)
+    : FDefaults(colorsFile), FSettings(settings), FTheme(std::move(theme)), FText(std::move(text)) {
+}
+
+TTypeColors::TTypeColors(const std::filesystem::path& colorsFile, const TCustomIniFile& settings)
+    : TTypeColors(colorsFile, &settings, ThemeFrom(&settings), LoadTextOptions(settings)) {}
 
 std::optional<TCharStyle> TTypeColors::LookupExact(std::u16string_view type,
                                                    std::u16string_view key) const {
@@ -188,6 +192,38 @@ void TTypeColors::ApplyColors(TZvCustomMemoStyles& s, std::u16string_view type) 
         applyGroup(g, Lookup(type, g.Info));
     for (std::size_t i = 0; i < s.FBlocks.size(); ++i)
         applyGroup(s.FBlocks[i], Lookup(type, Numbered(u"Block", static_cast<int>(i))));
+    ApplyTextOptions(s, FText);
+}
+
+void ApplyTextOptions(TZvCustomMemoStyles& s, const TTextOptions& options) {
+    auto set = [](TColor& target, int32_t value) {
+        if (const TColor c = ThemeColor(value); c != kNoColor)
+            target = c;
+    };
+    const TThemeElement& text = TextElement(options, u"Default");
+    set(s.FTextColor, text.Color);
+    set(s.FBkColor, text.ColorBk);
+    set(s.FTextColorBK, text.ColorBk);
+    if (ThemeColor(text.Color) != kNoColor) { // the font goes with a colour that was chosen
+        s.FTextStyle = static_cast<TFontStyles>(text.Style & 0xF);
+        s.FTextBoldness = text.Boldness;
+    }
+    const TThemeElement& selection = TextElement(options, u"Selection");
+    set(s.FSelColor, selection.Color);
+    set(s.FSelBkColor, selection.ColorBk);
+    const TThemeElement& control = TextElement(options, u"ControlChar");
+    set(s.FControlCharColor, control.Color);
+    set(s.FControlCharColorBk, control.ColorBk);
+    const TThemeElement& sync = TextElement(options, u"SyncEdit");
+    set(s.FSyncEditColor, sync.Color);
+    set(s.FSyncEditBkColor, sync.ColorBk);
+    set(s.FLineHighlightColor, TextElement(options, u"LineHighlight").ColorBk);
+    const TThemeElement& brace = TextElement(options, u"BraceHighlight");
+    set(s.FBraceHighlightTextColor, brace.Color);
+    set(s.FBraceHighlightColor, brace.ColorBk);
+    const TThemeElement& braceError = TextElement(options, u"BraceHighlightError");
+    set(s.FBraceHighlightTextColorE, braceError.Color);
+    set(s.FBraceHighlightColorE, braceError.ColorBk);
 }
 
 } // namespace zv

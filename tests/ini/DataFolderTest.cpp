@@ -2,6 +2,8 @@
 // come back from the backup, and the install copy keeps what the user has.
 #include "IniTestSupport.h"
 
+#include "ZvMemoControl/FileType.h"
+#include "common/Utf.h"
 #include "shell/DataFolders.h"
 #include "shell/DiskIniFiles.h"
 #include "shell/Settings.h"
@@ -45,7 +47,7 @@ TEST_F(DataFolder, FirstStartLaysOutTheTreeAndTheDefaults) {
     EXPECT_EQ(editor.DefaultEncoding, 65001);
     EXPECT_TRUE(editor.TypeUnix);
     EXPECT_FALSE(editor.DefaultEncodingBOM);
-    EXPECT_EQ(editor.OpenAsBinary, DefaultOpenAsBinary()); // its trailing blank survived
+    EXPECT_EQ(editor.OpenAsBinary, Utf8ToUtf16(DefaultOpenAsBinary())); // trailing blank kept
     CloseSettings();
 
     // A second start finds everything in place and changes nothing.

@@ -1,14 +1,18 @@
 // The options records against the shipped default settings: the shipped values are the
-// readers' defaults but for the Linux choices. Editor options written to a settings file reach an
-// editor and change what its keys do.
+// readers' defaults but for the Linux choices. Options written to a settings file reach an
+// editor and change what it does: its keys, the form of a new document, the colours of a
+// loaded syntax, and the backups of a save.
 #include "IniTestSupport.h"
 #include "memo_edit/MemoFixture.h"
 
+#include "ZvMemoControl/DocumentSave.h"
+#include "common/Utf.h"
 #include "shell/DataFolders.h"
 #include "shell/MemoOptions.h"
 #include "shell/SettingsOptions.h"
-#include "shell/Utf.h"
 #include "shell/ZvIniFiles.h"
+#include "syntax/ColourWalk.h"
+#include "syntax/TypeColors.h"
 
 #include <set>
 
@@ -149,6 +153,137 @@ TEST(MemoOptions, ALowerUndoLimitDropsTheOldestRecordsAtOnce) {
         fx.memo.KeyPress(u'y');
     }
     EXPECT_EQ(fx.memo.UndoList().Count(), 153);
+}
+
+// Settings written through a real file in the settings' own form, then read back as at start-up.
+template <class Fill> std::filesystem::path WriteSettings(const test::TTempDir& dir, Fill fill) {
+    const auto file = dir.Path() / "Zevrit.ini";
+    TMemIniFileW ini(file);
+    fill(ini);
+    EXPECT_TRUE(ini.UpdateFile());
+    return file;
+}
+
+// A new document typed as "a", Enter, "b" and saved to bytes.
+std::string NewDocumentBytes(const TCustomIniFile& settings) {
+    TZvMemoStrings lines;
+    TZvMemo memo;
+    memo.SetLines(&lines);
+    ApplyNewDocumentOptions(memo, ReadMemoMiscOptions(settings, 1252));
+    memo.KeyPress(u'a');
+    memo.EnterPress();
+    memo.KeyPress(u'b');
+    return lines.SaveToBytes();
+}
+
+TEST(MemoOptions, NewDocumentsTakeEncodingMarkAndLineEndsFromTheSettings) {
+    EXPECT_EQ(NewDocumentBytes(TMemIniFileW()), "a\r\nb"); // ANSI, no mark, CR LF
+    test::TTempDir dir;
+    const auto file = WriteSettings(dir, [](TMemIniFileW& ini) {
+        ini.WriteInteger("EditorMisc", "DefaultEncoding", 1200);
+        ini.WriteBool("EditorMisc", "DefaultEncodingBOM", true);
+        ini.WriteBool("EditorMisc", "TypeUnix", true);
+    });
+    EXPECT_EQ(NewDocumentBytes(TMemIniFileW(file)), std::string("\xFF\xFE"
+                                                                "a\0\n\0b\0",
+                                                                8));
+    TMemIniFileW mac(file);
+    mac.WriteBool("EditorMisc", "TypeUnix", false);
+    mac.WriteBool("EditorMisc", "TypeMac", true);
+    mac.WriteInteger("EditorMisc", "DefaultEncoding", 65001);
+    EXPECT_EQ(NewDocumentBytes(mac), "\xEF\xBB\xBF"
+                                     "a\rb");
+    // The shipped settings: UTF-8 without a mark, LF.
+    EXPECT_EQ(NewDocumentBytes(TMemIniFileW(kShipped)), "a\nb");
+}
+
+// The colour and font of plain text in the set a syntax load leaves in force.
+TCharStyle PlainText(const TMemoStyleHost& host) {
+    TColourRun run;
+    run.Info.Set = host.FStyles.get();
+    return RunStyle(run, TColourOptions{});
+}
+
+TEST(TextOptions, ThemeElementsReachTheLoadedSyntax) {
+    test::TTempDir dir;
+    const auto syntax = dir.Path() / "words.syx";
+    test::WriteBytes(syntax, "[Keywords]\nW=word\n");
+    const auto colors = dir.Path() / "Colors.ini";
+    test::WriteBytes(colors, "[Light]\nText=#102030,#FFFFFF,\n[Dark]\nText=#C0C0C0,#000000,\n");
+    const auto file = WriteSettings(dir, [](TMemIniFileW& ini) {
+        ini.WriteString("EditorMisc", "ColorTheme", "Dark");
+        ini.WriteString("VisualThemes", "ActiveTheme", "Dusk");
+        ini.WriteInteger("Theme_Dusk", "SelectionColorBk", 0x00FF8000);
+        ini.WriteInteger("Theme_Dusk", "BraceHighlightColorBk", 0x0000FFFF);
+        ini.WriteInteger("Theme_Dusk", "ControlCharColor", -16777208); // a system colour
+    });
+    auto load = [&](const TCustomIniFile& settings) {
+        const TTypeColors scheme(colors, settings);
+        TZvSyntax loader;
+        loader.SetColorSource(&scheme);
+        TMemoStyleHost host;
+        EXPECT_TRUE(
+            loader.LoadStyleFromFile(&host, Utf8ToUtf16(syntax.string()), u"Words", 0, u""));
+        return host;
+    };
+
+    TMemIniFileW settings(file);
+    TMemoStyleHost host = load(settings);
+    ASSERT_TRUE(host.FStyles);
+    EXPECT_EQ(PlainText(host).FTextColor, 0xC0C0C0u); // the dark theme of the token colours
+    EXPECT_EQ(host.FStyles->FSelBkColor, 0x00FF8000u);
+    EXPECT_EQ(host.FStyles->FBraceHighlightColor, 0x0000FFFFu);
+    EXPECT_EQ(host.FStyles->FControlCharColor, kNoColor); // left to the painter's palette
+
+    // The theme's default text colour wins over the token colours' plain text.
+    settings.WriteInteger("Theme_Dusk", "DefaultColor", 0x00332211);
+    settings.WriteInteger("Theme_Dusk", "DefaultStyle", fsItalic);
+    host = load(settings);
+    EXPECT_EQ(PlainText(host).FTextColor, 0x332211u);
+    EXPECT_EQ(PlainText(host).FStyle, fsItalic);
+    settings.WriteString("EditorMisc", "ColorTheme", "Light");
+    settings.WriteString("VisualThemes", "ActiveTheme", "Windows");
+    EXPECT_EQ(PlainText(load(settings)).FTextColor, 0x302010u);
+}
+
+TEST(TextOptions, ThemeColourValues) {
+    EXPECT_EQ(ThemeColor(0), 0u);
+    EXPECT_EQ(ThemeColor(0xFFFFFF), 0xFFFFFFu);
+    EXPECT_EQ(ThemeColor(0x1000000), kNoColor);
+    EXPECT_EQ(ThemeColor(-16777203), kNoColor);
+    EXPECT_EQ(ThemeColor(static_cast<int32_t>(kNoColor)), kNoColor);
+}
+
+TEST(CustomizeOptions, BackupKeysDecideWhereASaveLeavesItsBackup) {
+    test::TTempDir dir;
+    const auto doc = dir.Path() / "doc.txt";
+    const auto folder = dir.Path() / "backups";
+    std::filesystem::create_directories(folder);
+    test::WriteBytes(doc, "old\n");
+    auto save = [&](const TCustomIniFile& settings, std::string_view text) {
+        TZvSaveOptions options;
+        ApplyBackupOptions(ReadCustomizeOptions(settings), options);
+        TZvMemoStrings lines;
+        lines.LoadFromBytes(text);
+        std::string error;
+        EXPECT_EQ(SaveDocument(lines, doc.string(), options, error), TZvSaveResult::Written)
+            << error;
+    };
+    save(TMemIniFileW(), "new\n"); // no backup by default
+    EXPECT_EQ(test::FolderNames(dir.Path()), (std::vector<std::string>{"backups", "doc.txt"}));
+
+    const auto file = WriteSettings(dir, [&](TMemIniFileW& ini) {
+        ini.WriteBool("Save", "Backup", true);
+        ini.WriteBool("Save", "BackupExtension", true);
+        ini.WriteBool("Save", "BackupToFolder", true);
+        ini.WriteString("Save", "BackupFolderPath", Utf8ToUtf16(folder.string()));
+    });
+    save(TMemIniFileW(file), "newer\n");
+    const auto backups = test::FolderNames(folder);
+    ASSERT_EQ(backups.size(), 1u);
+    EXPECT_TRUE(backups[0].starts_with("doc_(") && backups[0].ends_with(".txt.bak")) << backups[0];
+    EXPECT_EQ(test::ReadBytes(folder / backups[0]), "new\n");
+    EXPECT_EQ(test::ReadBytes(doc), "newer\n");
 }
 
 } // namespace
