@@ -2,8 +2,8 @@
 // fixed code page, binary); loading must never crash, and text that is valid UTF-8 or any
 // even-length UTF-16 with a BOM must save back to the same bytes.
 #include "ZvMemoControl/CodePages.h"
-#include "ZvMemoControl/Converter.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
+#include "common/Utf.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -18,17 +18,6 @@ constexpr std::uint32_t kPages[] = {50001, 65001, 1200,  1201,  1252, 932,   936
 [[noreturn]] void Fail(const char* what) {
     std::fprintf(stderr, "codec_fuzz: %s\n", what);
     std::abort();
-}
-
-bool IsValidUtf8(const std::string& bytes) {
-    try {
-        zv::TZvDecoder decoder(zv::cpUTF8);
-        std::u16string text;
-        decoder.Decode(bytes, true, text);
-        return decoder.Substitutions() == 0;
-    } catch (...) {
-        return false;
-    }
 }
 
 } // namespace
@@ -54,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         units += store.Get(row).size();
     if (units > bytes.size() * 2 + 8 && cp != 0)
         Fail("more text than bytes");
-    const bool utf8 = cp == 65001 && IsValidUtf8(bytes);
+    const bool utf8 = cp == 65001 && zv::IsValidUtf8(bytes);
     const bool utf16 = (bytes.rfind("\xFF\xFE", 0) == 0 || bytes.rfind("\xFE\xFF", 0) == 0) &&
                        bytes.size() % 2 == 0;
     if ((utf8 || utf16 || cp == 0) && saved != bytes)

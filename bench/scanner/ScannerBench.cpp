@@ -2,7 +2,7 @@
 // (make_c_corpus.sh); ZV_SCANNER_CORPUS names another file.
 #include "ZvMemoControl/CodePages.h"
 #include "ZvMemoControl/OpenTextFile.h"
-#include "shell/Utf.h"
+#include "common/Utf.h"
 #include "syntax/BackgroundThread.h"
 #include "syntax/ColourWalk.h"
 #include "syntax/ZvSyntax.h"

@@ -1,7 +1,7 @@
 // Case mapping per code point through ICU's simple mappings.
 #include "ZvMemoControl/CaseFold.h"
 
-#include "shell/Utf.h"
+#include "common/Utf.h"
 
 #include <unicode/uchar.h>
 

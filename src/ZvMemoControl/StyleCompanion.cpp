@@ -3,7 +3,7 @@
 #include "ZvMemoControl/ZvMemoStyles.h"
 
 #include "ZvMemoControl/CaseFold.h"
-#include "shell/Utf.h"
+#include "common/Utf.h"
 #include "shell/ZvIniFiles.h"
 
 #include <algorithm>

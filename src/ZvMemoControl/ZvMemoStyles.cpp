@@ -2,7 +2,7 @@
 #include "ZvMemoControl/ZvMemoStyles.h"
 
 #include "ZvMemoControl/CaseFold.h"
-#include "shell/Utf.h"
+#include "common/Utf.h"
 
 namespace zv {
 

@@ -2,8 +2,8 @@
 // the main settings file whole across crashes and damaged writes.
 #include "shell/DataFolders.h"
 
+#include "common/AtomicFile.h"
 #include "common/Trace.h"
-#include "shell/AtomicFile.h"
 #include "shell/DiskIniFiles.h"
 #include "shell/ZvIniFiles.h"
 

@@ -1,8 +1,8 @@
 // Settings files kept on disk: every call reads the file, every change writes it at once.
 #include "shell/DiskIniFiles.h"
 
+#include "common/AtomicFile.h"
 #include "common/Trace.h"
-#include "shell/AtomicFile.h"
 #include "shell/FileLock.h"
 
 #include <utility>

@@ -1,8 +1,8 @@
 // An advisory lock on a file that is replaced by renaming, held against other processes.
 #include "shell/FileLock.h"
 
+#include "common/AtomicFile.h"
 #include "common/Trace.h"
-#include "shell/AtomicFile.h"
 
 #include <cerrno>
 #include <cstring>

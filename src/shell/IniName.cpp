@@ -1,7 +1,7 @@
 // Names of sections and keys: given as UTF-16 or UTF-8, compared and hashed without case.
 #include "shell/IniName.h"
 
-#include "shell/Utf.h"
+#include "common/Utf.h"
 
 #include <unicode/uchar.h>
 

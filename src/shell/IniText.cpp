@@ -1,7 +1,7 @@
 // The bytes of a settings file: recognising their encoding and writing them back.
 #include "shell/IniText.h"
 
-#include "shell/Utf.h"
+#include "common/Utf.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 // Settings files: the common read/write interface and the in-memory files.
 #include "shell/ZvIniFiles.h"
 
+#include "common/AtomicFile.h"
 #include "common/Trace.h"
-#include "shell/AtomicFile.h"
-#include "shell/Utf.h"
+#include "common/Utf.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,8 +1,8 @@
 // Case-insensitive lookup of definition files in the syntax folders.
 #include "syntax/SyntaxFolders.h"
 
+#include "common/Utf.h"
 #include "shell/IniName.h"
-#include "shell/Utf.h"
 
 #include <system_error>
 

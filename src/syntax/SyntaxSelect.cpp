@@ -3,9 +3,9 @@
 
 #include "ZvMemoControl/CaseFold.h"
 #include "common/Trace.h"
+#include "common/Utf.h"
 #include "shell/IniName.h"
 #include "shell/IniValues.h"
-#include "shell/Utf.h"
 #include "syntax/SyntaxFolders.h"
 #include "syntax/SyxText.h"
 

@@ -1,7 +1,7 @@
 // Loads each definition file of a folder the way an editor would and lists what is wrong.
 #include "syntax/SyntaxSetCheck.h"
 
-#include "shell/Utf.h"
+#include "common/Utf.h"
 #include "syntax/ZvSyntax.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #include "syntax/SyxReader.h"
 
 #include "ZvMemoControl/CaseFold.h"
-#include "shell/Utf.h"
+#include "common/Utf.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 #include "syntax/ZvSyntax.h"
 
 #include "ZvMemoControl/CaseFold.h"
-#include "shell/Utf.h"
+#include "common/Utf.h"
 #include "syntax/SyxText.h"
 
 #include <array>

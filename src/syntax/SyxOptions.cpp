@@ -1,7 +1,7 @@
 // Sections [Options] and [FoldOptions] of the ".syx" reader, and what a load resets.
 #include "syntax/SyxReader.h"
 
-#include "shell/Utf.h"
+#include "common/Utf.h"
 
 #include <array>
 

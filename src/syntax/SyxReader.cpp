@@ -1,7 +1,7 @@
 // The section loop of the ".syx" reader and the sections that are plain lists.
 #include "syntax/SyxReader.h"
 
-#include "shell/Utf.h"
+#include "common/Utf.h"
 
 #include <array>
 #include <charconv>

@@ -6,7 +6,7 @@
 #include "ZvMemoControl/CodePages.h"
 #include "ZvMemoControl/OpenTextFile.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
-#include "shell/Utf.h"
+#include "common/Utf.h"
 #include "syntax/HtmlExport.h"
 #include "syntax/SyntaxSelect.h"
 #include "syntax/TypeColors.h"

@@ -2,7 +2,7 @@
 // leaves the previous file whole and readable and leaves no temporary file behind.
 #include "IniTestSupport.h"
 
-#include "shell/AtomicFile.h"
+#include "common/AtomicFile.h"
 #include "shell/ZvIniFiles.h"
 
 #include <csignal>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "ZvMemoControl/ZvMemoStrings.h"
-#include "shell/Utf.h"
+#include "common/Utf.h"
 #include "syntax/ColourWalk.h"
 #include "syntax/ZvSyntax.h"
 

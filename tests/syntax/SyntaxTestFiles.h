@@ -1,7 +1,7 @@
 // Helpers of the syntax tests: a temporary data root and files written into it.
 #pragma once
 
-#include "shell/Utf.h"
+#include "common/Utf.h"
 #include "support/ZvTestSupport.h"
 
 #include <filesystem>

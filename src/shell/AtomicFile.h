@@ -1,4 +1,0 @@
-// The settings files write through the program's one atomic file writer.
-#pragma once
-
-#include "common/AtomicFile.h"
