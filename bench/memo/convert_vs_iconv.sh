@@ -1,7 +1,8 @@
 #!/bin/sh
 # Compares `zvtool convert` with glibc's iconv on the same generated 100 MB, 2-million-line
 # UTF-8 file, in one run: UTF-8 to UTF-16LE, and UTF-8 to UTF-8 (load and save unchanged).
-# Prints the best of three wall-clock times of each and their ratio.
+# Prints the best of three wall-clock times of each and their ratio, and the peak memory of
+# opening the file.
 # Usage: bench/memo/convert_vs_iconv.sh [path/to/zvtool]
 set -eu
 tool=${1:-build/Zevrit/bin/zvtool}
@@ -42,6 +43,8 @@ i8=$(best sh -c "iconv -f UTF-8 -t UTF-8 '$src' > '$work/iconv8.txt'")
 cmp -s "$work/out8.txt" "$src" && same8=identical || same8=DIFFERENT
 load=$(best "$tool" info "$src")
 iload=$(best sh -c "iconv -f UTF-8 -t UTF-16LE '$src' > /dev/null")
+# Peak resident memory of opening the file (GNU time's %M, in KiB), against the file's size.
+rss_kb=$(/usr/bin/time -f %M "$tool" info "$src" 2>&1 >/dev/null | tail -n 1)
 printf 'file: %s (%s bytes)\n' "$src" "$size"
 printf 'UTF-8 -> UTF-16LE  zvtool %6.3f s  iconv %6.3f s  ratio %5.2f  output %s\n' \
     "$z16" "$i16" "$(echo "$z16 / $i16" | bc -l)" "$same16"
@@ -49,4 +52,6 @@ printf 'UTF-8 -> UTF-8     zvtool %6.3f s  iconv %6.3f s  ratio %5.2f  output %s
     "$z8" "$i8" "$(echo "$z8 / $i8" | bc -l)" "$same8"
 printf 'load only (info)   zvtool %6.3f s  iconv %6.3f s  ratio %5.2f  (iconv to /dev/null)\n' \
     "$load" "$iload" "$(echo "$load / $iload" | bc -l)"
+printf 'peak memory (info)  %d KiB = %.2f x the file size\n' "$rss_kb" \
+    "$(echo "$rss_kb * 1024 / $size" | bc -l)"
 rm -f "$work/out16.txt" "$work/iconv16.txt" "$work/out8.txt" "$work/iconv8.txt"

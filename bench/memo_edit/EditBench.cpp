@@ -1,16 +1,22 @@
 // Engine time of one keystroke (a typed character, Enter, Backspace joining two rows) at
-// the start, middle and end of a 10-million-row document, and the undo of one edit that
-// replaced a million rows. Only the edit is timed; each is taken back untimed.
+// the start, middle and end of a 10-million-row document, the same with every keystroke at
+// the other end from the last, and the undo of one edit that replaced a million rows. Only
+// the edit is timed; each is taken back untimed.
 #include "ZvMemoControl/ZvMemo.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 
+#include "../memo/WallClock.h"
+
 #include <benchmark/benchmark.h>
 
-#include <chrono>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace {
+
+using zv::bench::Median;
+using zv::bench::Seconds;
 
 struct TDoc {
     explicit TDoc(int rows) {
@@ -36,57 +42,71 @@ int RowFor(zv::TZvMemo& memo, int where) {
     return where == 0 ? 1 : where == 1 ? last / 2 : last;
 }
 
-template <typename F> double Seconds(F&& f) {
-    const auto start = std::chrono::steady_clock::now();
-    f();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+// Times `edit` with the caret at column `x` of row `rowOf(iteration)`; `restore` takes the
+// edit back untimed. Reports the median beside Google Benchmark's mean.
+template <typename RowOf, typename Edit, typename Restore>
+void TimeKeystroke(benchmark::State& state, int x, RowOf rowOf, Edit edit, Restore restore) {
+    zv::TZvMemo& memo = BigDoc().memo;
+    std::vector<double> samples;
+    std::size_t iteration = 0;
+    for (auto _ : state) {
+        memo.SetTextCursor(x, rowOf(memo, iteration++));
+        const double seconds = Seconds([&] { edit(memo); });
+        state.SetIterationTime(seconds);
+        if (samples.size() < (1u << 20))
+            samples.push_back(seconds);
+        restore(memo);
+    }
+    state.counters["median_us"] = Median(std::move(samples)) * 1e6;
 }
 
 // Arg: 0 start, 1 middle, 2 end of the document.
+auto AtArg(const benchmark::State& state) {
+    const int where = static_cast<int>(state.range(0));
+    return [where](zv::TZvMemo& memo, std::size_t) { return RowFor(memo, where); };
+}
+
+void TypeChar(zv::TZvMemo& memo) {
+    memo.InsertChar(u'x');
+}
+void Enter(zv::TZvMemo& memo) {
+    memo.EnterPress();
+}
+void Backspace(zv::TZvMemo& memo) {
+    memo.Backspace();
+}
+
 void BM_TypeChar(benchmark::State& state) {
-    zv::TZvMemo& memo = BigDoc().memo;
-    const int row = RowFor(memo, static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        memo.SetTextCursor(3, row);
-        state.SetIterationTime(Seconds([&] { memo.InsertChar(u'x'); }));
-        memo.Backspace();
-    }
+    TimeKeystroke(state, 3, AtArg(state), TypeChar, Backspace);
 }
 BENCHMARK(BM_TypeChar)->DenseRange(0, 2)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 void BM_Enter(benchmark::State& state) {
-    zv::TZvMemo& memo = BigDoc().memo;
-    const int row = RowFor(memo, static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        memo.SetTextCursor(3, row);
-        state.SetIterationTime(Seconds([&] { memo.EnterPress(); }));
-        memo.Backspace();
-    }
+    TimeKeystroke(state, 3, AtArg(state), Enter, Backspace);
 }
 BENCHMARK(BM_Enter)->DenseRange(0, 2)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 // Backspace at column 0: joins two rows, the costliest backspace.
 void BM_BackspaceJoin(benchmark::State& state) {
-    zv::TZvMemo& memo = BigDoc().memo;
-    const int row = RowFor(memo, static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        memo.SetTextCursor(0, row);
-        state.SetIterationTime(Seconds([&] { memo.Backspace(); }));
-        memo.EnterPress();
-    }
+    TimeKeystroke(state, 0, AtArg(state), Backspace, Enter);
 }
 BENCHMARK(BM_BackspaceJoin)->DenseRange(0, 2)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 void BM_BackspaceChar(benchmark::State& state) {
-    zv::TZvMemo& memo = BigDoc().memo;
-    const int row = RowFor(memo, static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        memo.SetTextCursor(3, row);
-        state.SetIterationTime(Seconds([&] { memo.Backspace(); }));
-        memo.InsertChar(u'w');
-    }
+    TimeKeystroke(state, 3, AtArg(state), Backspace,
+                  [](zv::TZvMemo& memo) { memo.InsertChar(u'w'); });
 }
 BENCHMARK(BM_BackspaceChar)->DenseRange(0, 2)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+// The worst case of the row array's gap: every Enter lands at the other end of the document
+// from the one before, so each moves the gap past all 10 million rows.
+void BM_EnterAlternatingEnds(benchmark::State& state) {
+    const auto alternate = [](zv::TZvMemo& memo, std::size_t iteration) {
+        return RowFor(memo, iteration % 2 == 0 ? 0 : 2);
+    };
+    TimeKeystroke(state, 3, alternate, Enter, Backspace);
+}
+BENCHMARK(BM_EnterAlternatingEnds)->UseManualTime()->Iterations(40)->Unit(benchmark::kMicrosecond);
 
 // One paste replaced rows 0..1,000,000 of a 2-million-row document by a million new rows;
 // the undo puts the old rows back.

@@ -65,20 +65,25 @@ TZvFdOutStream::~TZvFdOutStream() {
 }
 
 void TZvFdOutStream::Write(const char* data, std::size_t count) {
-    if (FBuffer.size() + count > kBufferSize)
+    // A large piece goes straight to the file: copying it through the buffer gains nothing.
+    const bool direct = count >= kDirectWriteSize;
+    if (direct || FBuffer.size() + count > kBufferSize)
         Flush();
-    if (count >= kBufferSize) {
-        FBuffer.assign(data, count);
-        Flush();
-        return;
-    }
-    FBuffer.append(data, count);
+    if (direct)
+        WriteAll(data, count);
+    else
+        FBuffer.append(data, count);
 }
 
 void TZvFdOutStream::Flush() {
+    WriteAll(FBuffer.data(), FBuffer.size());
+    FBuffer.clear();
+}
+
+void TZvFdOutStream::WriteAll(const char* data, std::size_t count) {
     std::size_t done = 0;
-    while (done < FBuffer.size()) {
-        const ssize_t n = ::write(FFd, FBuffer.data() + done, FBuffer.size() - done);
+    while (done < count) {
+        const ssize_t n = ::write(FFd, data + done, count - done);
         if (n < 0) {
             if (errno == EINTR)
                 continue;
@@ -87,7 +92,6 @@ void TZvFdOutStream::Flush() {
         done += static_cast<std::size_t>(n);
     }
     FWritten += static_cast<std::int64_t>(done);
-    FBuffer.clear();
 }
 
 } // namespace zv

@@ -77,7 +77,10 @@ public:
     void Flush();
 
 private:
+    void WriteAll(const char* data, std::size_t count);
+
     static constexpr std::size_t kBufferSize = 1 << 20;
+    static constexpr std::size_t kDirectWriteSize = 64 << 10;
     int FFd;
     std::string FBuffer;
     std::int64_t FWritten = 0;

@@ -19,7 +19,7 @@ TZvMemoStrings::TZvMemoStrings() : FCodePage(SystemCodePage()) {
 
 TZvMemoStrings::~TZvMemoStrings() {
     for (std::size_t i = 0; i < FCount; ++i)
-        FList[i].~TRowItem();
+        Item(i)->~TRowItem();
     ReleaseList();
 }
 
@@ -29,11 +29,13 @@ static_assert(sizeof(TRowText) == 16 && sizeof(TAttribute) == 16, "rows stay 32 
 
 // Items are relocated with raw moves: a row text handle and an attribute hold only pointers
 // to the heap, never into themselves. A large array is its own memory mapping, so growing
-// it remaps pages instead of copying them.
+// it remaps pages instead of copying them; the gap goes to the end first, where new slots
+// join it.
 void TZvMemoStrings::SetCapacity(std::size_t capacity) {
     capacity = std::max(capacity, FCount);
     if (capacity == FCapacity)
         return;
+    MoveGap(FCount);
     constexpr std::size_t kMapAbove = std::size_t(1) << 20;
     constexpr std::size_t kPage = std::size_t(2) << 20;
     const std::size_t wanted = std::max<std::size_t>(capacity, 1) * sizeof(TRowItem);
@@ -83,27 +85,40 @@ void TZvMemoStrings::Grow(std::size_t needed) {
     SetCapacity(std::max(needed, FCapacity + FCapacity / 2 + 16));
 }
 
+void TZvMemoStrings::MoveGap(std::size_t row) {
+    const std::size_t gap = FCapacity - FCount;
+    if (gap > 0 && row < FGapStart)
+        std::memmove(static_cast<void*>(FList + row + gap), static_cast<void*>(FList + row),
+                     (FGapStart - row) * sizeof(TRowItem));
+    else if (gap > 0 && row > FGapStart)
+        std::memmove(static_cast<void*>(FList + FGapStart),
+                     static_cast<void*>(FList + FGapStart + gap),
+                     (row - FGapStart) * sizeof(TRowItem));
+    FGapStart = row;
+}
+
 void TZvMemoStrings::OpenGap(std::size_t row, std::size_t n) {
     Grow(FCount + n);
-    std::memmove(static_cast<void*>(FList + row + n), static_cast<void*>(FList + row),
-                 (FCount - row) * sizeof(TRowItem));
+    MoveGap(row);
     for (std::size_t i = 0; i < n; ++i)
         new (FList + row + i) TRowItem();
+    FGapStart += n;
     FCount += n;
 }
 
 void TZvMemoStrings::CloseGap(std::size_t row, std::size_t n) {
+    MoveGap(row + n);
     for (std::size_t i = 0; i < n; ++i)
         FList[row + i].~TRowItem();
-    std::memmove(static_cast<void*>(FList + row), static_cast<void*>(FList + row + n),
-                 (FCount - row - n) * sizeof(TRowItem));
+    FGapStart = row;
     FCount -= n;
 }
 
 TZvMemoStrings::TRowItem& TZvMemoStrings::AppendItem() {
     Grow(FCount + 1);
+    MoveGap(FCount);
     TRowItem* item = new (FList + FCount) TRowItem();
-    ++FCount;
+    FGapStart = ++FCount;
     return *item;
 }
 
@@ -143,7 +158,7 @@ std::u16string TZvMemoStrings::Expanded(std::u16string_view s) const {
 void TZvMemoStrings::RecountVisible() {
     int visible = 0;
     for (std::size_t i = 0; i < FCount; ++i)
-        visible += FList[i].FObject.Hidden() ? 0 : 1;
+        visible += Item(i)->FObject.Hidden() ? 0 : 1;
     FVisibleCount = visible;
 }
 
@@ -293,7 +308,7 @@ void TZvMemoStrings::DeleteLinesSilent(int row, int count) {
     const auto n = std::min<std::size_t>(static_cast<std::size_t>(count), FCount - row);
     int hidden = 0;
     for (std::size_t i = 0; i < n; ++i)
-        hidden += FList[row + i].FObject.Hidden() ? 1 : 0;
+        hidden += Item(row + i)->FObject.Hidden() ? 1 : 0;
     CloseGap(static_cast<std::size_t>(row), n);
     FVisibleCount -= static_cast<int>(n) - hidden;
     if (FVisibleCount < 0)
@@ -342,8 +357,9 @@ void TZvMemoStrings::Clear() {
 
 void TZvMemoStrings::ClearQuick() {
     for (std::size_t i = 0; i < FCount; ++i)
-        FList[i].~TRowItem();
+        Item(i)->~TRowItem();
     FCount = 0;
+    FGapStart = 0;
     ReleaseList();
     FListBytes = 0;
     FCapacity = 0;
@@ -360,32 +376,33 @@ void TZvMemoStrings::ClearLine(int row) {
 
 void TZvMemoStrings::ClearSSA() {
     for (std::size_t i = 0; i < FCount; ++i)
-        if (FList[i].FObject.HasExtra())
-            FList[i].FObject.MutableExtra().SpellList.clear();
+        if (Item(i)->FObject.HasExtra())
+            Item(i)->FObject.MutableExtra().SpellList.clear();
 }
 
 void TZvMemoStrings::SwapLines(int a, int b) {
     if (!InRange(a) || !InRange(b) || a == b)
         return;
     alignas(TRowItem) unsigned char tmp[sizeof(TRowItem)];
-    std::memcpy(tmp, static_cast<void*>(FList + a), sizeof(TRowItem));
-    std::memcpy(static_cast<void*>(FList + a), static_cast<void*>(FList + b), sizeof(TRowItem));
-    std::memcpy(static_cast<void*>(FList + b), tmp, sizeof(TRowItem));
+    std::memcpy(tmp, static_cast<void*>(Item(a)), sizeof(TRowItem));
+    std::memcpy(static_cast<void*>(Item(a)), static_cast<void*>(Item(b)), sizeof(TRowItem));
+    std::memcpy(static_cast<void*>(Item(b)), tmp, sizeof(TRowItem));
 }
 
 void TZvMemoStrings::Move(int from, int to) {
     if (!InRange(from) || !InRange(to) || from == to)
         return;
     std::lock_guard lock(FLock);
+    // Take the item out raw (its slot joins the gap), then put it back raw before `to`.
     alignas(TRowItem) unsigned char tmp[sizeof(TRowItem)];
-    std::memcpy(tmp, static_cast<void*>(FList + from), sizeof(TRowItem));
-    if (from < to)
-        std::memmove(static_cast<void*>(FList + from), static_cast<void*>(FList + from + 1),
-                     (to - from) * sizeof(TRowItem));
-    else
-        std::memmove(static_cast<void*>(FList + to + 1), static_cast<void*>(FList + to),
-                     (from - to) * sizeof(TRowItem));
+    std::memcpy(tmp, static_cast<void*>(Item(from)), sizeof(TRowItem));
+    MoveGap(static_cast<std::size_t>(from) + 1);
+    FGapStart = static_cast<std::size_t>(from);
+    --FCount;
+    MoveGap(static_cast<std::size_t>(to));
     std::memcpy(static_cast<void*>(FList + to), tmp, sizeof(TRowItem));
+    FGapStart = static_cast<std::size_t>(to) + 1;
+    ++FCount;
 }
 
 void TZvMemoStrings::QuickSortA(
@@ -505,7 +522,7 @@ void TZvMemoStrings::FillHashList(std::vector<std::uint32_t>& list, bool ignoreC
     list.reserve(FCount);
     std::u16string work;
     for (std::size_t i = 0; i < FCount; ++i)
-        list.push_back(LineHash(FList[i].FString.View(), ignoreCase, ignoreSpaces, work));
+        list.push_back(LineHash(Item(i)->FString.View(), ignoreCase, ignoreSpaces, work));
 }
 
 int TZvMemoStrings::GetSpellList(int row, std::vector<TSpellRec>& list) const {

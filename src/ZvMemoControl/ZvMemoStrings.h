@@ -254,7 +254,7 @@ public:
 
     // Load-time row cutting: adds `s` at the end, cut into `Wrapped` rows above
     // FForcewrapLength (binary mode: 80), which sets FForceWrap.
-    void AddQuickLine(const TRowText& s);
+    void AddQuickLine(TRowText&& s);
 
     TDetectCPEvent OnDetectCP;
     TProgressEvent OnProgress;
@@ -270,15 +270,22 @@ private:
     };
     friend class TRowSplitter;
 
-    TRowItem* Item(int row) { return FList + row; }
-    const TRowItem* Item(int row) const { return FList + row; }
+    // The slot of a row: rows at or behind the gap stand behind the free slots.
+    std::size_t Slot(std::size_t row) const {
+        return row < FGapStart ? row : row + (FCapacity - FCount);
+    }
+    TRowItem* Item(std::size_t row) { return FList + Slot(row); }
+    const TRowItem* Item(std::size_t row) const { return FList + Slot(row); }
     bool InRange(int row) const { return row >= 0 && static_cast<std::size_t>(row) < FCount; }
     void Grow(std::size_t needed);
     void ReleaseList();
     void ConvertRows(const std::function<std::u16string(std::u16string_view)>& convert);
     void SetCapacity(std::size_t capacity);
-    // Opens a gap of `n` default-constructed items at `row` (a raw block move).
+    // Moves the free slots to stand before `row` (a raw block move of the rows in between).
+    void MoveGap(std::size_t row);
+    // Inserts `n` default-constructed items before `row`.
     void OpenGap(std::size_t row, std::size_t n);
+    // Destroys and removes the `n` items from `row` on.
     void CloseGap(std::size_t row, std::size_t n);
     TRowItem& AppendItem();
     TAttribute NewAttribute() const;
@@ -297,9 +304,14 @@ private:
     std::uint32_t LineEndBitsFor(TSysTextType kind) const;
     void WriteRows(TZvOutStream& stream, std::uint32_t codePage);
 
+    // A gap buffer of FCapacity slots: rows [0, FGapStart) fill the front slots, then come
+    // the FCapacity - FCount free slots, then rows [FGapStart, FCount). Inserting or deleting
+    // rows moves only the rows between the gap and the edit, so a run of edits at one place
+    // costs no move of the rows behind it, however many there are.
     TRowItem* FList = nullptr;
     std::size_t FCount = 0;
     std::size_t FCapacity = 0;
+    std::size_t FGapStart = 0;  // Invariant: FGapStart <= FCount <= FCapacity.
     std::size_t FListBytes = 0; // non-zero: FList is a memory mapping of that size
     int FVisibleCount = 0;
     mutable std::recursive_mutex FLock;

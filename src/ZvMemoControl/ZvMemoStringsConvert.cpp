@@ -46,8 +46,8 @@ void TZvMemoStrings::AssignSilent(const TZvMemoStrings& source) {
     SetCapacity(source.FCount);
     for (std::size_t i = 0; i < source.FCount; ++i) {
         TRowItem& item = AppendItem();
-        item.FString = source.FList[i].FString; // shared until one side changes
-        item.FObject = source.FList[i].FObject;
+        item.FString = source.Item(i)->FString; // shared until one side changes
+        item.FObject = source.Item(i)->FObject;
     }
     FVisibleCount = Count();
     FCodePage = source.FCodePage;

@@ -67,7 +67,7 @@ bool TZvMemoStrings::LoadFromFile(const std::string& fileName, bool /*clearUndo*
     Memo().FOpeningFile = false;
     if (ok && Memo().FBinaryMode)
         for (std::size_t i = 0; i < FCount; ++i)
-            FList[i].FObject.SetWrapped(false);
+            Item(i)->FObject.SetWrapped(false);
     return ok;
 }
 
@@ -255,21 +255,21 @@ void TZvMemoStrings::SetSysTextType(TSysTextType kind) {
     const bool cr = !mixed && (kind == sttWindows || kind == sttMac);
     const bool lf = !mixed && (kind == sttWindows || kind == sttUnix);
     for (std::size_t i = 0; i < FCount; ++i) {
-        FList[i].FObject.SetValue2(ab2LinefeedCR, cr);
-        FList[i].FObject.SetValue2(ab2LinefeedLF, lf);
+        Item(i)->FObject.SetValue2(ab2LinefeedCR, cr);
+        Item(i)->FObject.SetValue2(ab2LinefeedLF, lf);
     }
 }
 
 // ---- Load-time row cutting --------------------------------------------------------------
 
-void TZvMemoStrings::AddQuickLine(const TRowText& s) {
+void TZvMemoStrings::AddQuickLine(TRowText&& s) {
     TZvMemoState& memo = Memo();
     const std::uint32_t limit = RowLimit();
     TRowItem& first = AppendItem();
     first.FObject = NewAttribute();
     ++FVisibleCount;
     if (s.Length() <= limit) {
-        first.FString = s;
+        first.FString = std::move(s);
         return;
     }
     if (!memo.FBinaryMode)
@@ -319,7 +319,7 @@ void TZvMemoStrings::ContinueLastRow(const TRowText& piece) {
     if (piece.Empty() || FCount == 0)
         return;
     const std::uint32_t limit = RowLimit();
-    TRowText& last = FList[FCount - 1].FString;
+    TRowText& last = Item(FCount - 1)->FString;
     if (last.Length() + piece.Length() <= limit) {
         last.Append(piece.View());
         return;

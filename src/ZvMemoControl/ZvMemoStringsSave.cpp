@@ -82,12 +82,12 @@ void TZvMemoStrings::WriteRows(TZvOutStream& stream, std::uint32_t codePage) {
     const bool mixed = IsMixed(FSysTextType);
     const std::u16string_view fixedEnd = LineEndOf(FSysTextType);
     for (std::size_t i = 0; i < FCount; ++i) {
-        if (!FList[i].FObject.Enabled())
+        if (!Item(i)->FObject.Enabled())
             continue;
-        writer.Add(FList[i].FString.View());
-        if (memo.FBinaryMode || i + 1 >= FCount || FList[i + 1].FObject.Wrapped())
+        writer.Add(Item(i)->FString.View());
+        if (memo.FBinaryMode || i + 1 >= FCount || Item(i + 1)->FObject.Wrapped())
             continue;
-        writer.Add(mixed ? LineEndBefore(FList[i + 1].FObject) : fixedEnd);
+        writer.Add(mixed ? LineEndBefore(Item(i + 1)->FObject) : fixedEnd);
     }
     writer.Flush(true);
     FLossy = writer.Lossy();
@@ -138,10 +138,10 @@ void TZvMemoStrings::SaveToStream(TZvOutStream& stream) {
     const std::u16string_view end = LineEndOf(IsMixed(FSysTextType) ? sttWindows : FSysTextType);
     std::u16string text;
     for (std::size_t i = 0; i < FCount; ++i) {
-        if (!FList[i].FObject.Enabled())
+        if (!Item(i)->FObject.Enabled())
             continue;
-        text.append(FList[i].FString.View());
-        if (i + 1 < FCount && !FList[i + 1].FObject.Wrapped() && !Memo().FBinaryMode)
+        text.append(Item(i)->FString.View());
+        if (i + 1 < FCount && !Item(i + 1)->FObject.Wrapped() && !Memo().FBinaryMode)
             text.append(end);
     }
     TZvMemoStrings copy;

@@ -159,9 +159,9 @@ void TZvMemoStrings::SetTextStrSilent(std::u16string_view s) {
     std::map<int, std::int8_t> bookmarks;
     std::vector<int> linemarks;
     for (std::size_t i = 0; i < FCount; ++i) {
-        if (FList[i].FObject.Bookmark >= 0)
-            bookmarks[static_cast<int>(i)] = FList[i].FObject.Bookmark;
-        if (FList[i].FObject.GetValue(abLinemark))
+        if (Item(i)->FObject.Bookmark >= 0)
+            bookmarks[static_cast<int>(i)] = Item(i)->FObject.Bookmark;
+        if (Item(i)->FObject.GetValue(abLinemark))
             linemarks.push_back(static_cast<int>(i));
     }
     ClearQuick();
@@ -195,7 +195,7 @@ void TZvMemoStrings::SetText(std::u16string_view s) {
     std::lock_guard lock(FLock);
     for (std::size_t i = 0; i < lines.size(); ++i) {
         if (i < FCount) {
-            FList[i].FString.Assign(lines[i]);
+            Item(i)->FString.Assign(lines[i]);
             continue;
         }
         TRowItem& item = AppendItem();

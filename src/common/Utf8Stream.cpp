@@ -6,13 +6,59 @@
 #include <algorithm>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace zv {
 namespace {
+
+// Widens the run of ASCII bytes at the start of [p, end) to UTF-16 at `out`, sixteen at a
+// time where the CPU allows; stops before the first block that holds a non-ASCII byte.
+inline void WidenAsciiRun(const unsigned char*& p, const unsigned char* end, char16_t*& out) {
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128();
+    while (end - p >= 16) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        if (_mm_movemask_epi8(v) != 0)
+            break;
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_unpacklo_epi8(v, zero));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 8), _mm_unpackhi_epi8(v, zero));
+        out += 16;
+        p += 16;
+    }
+#else
+    (void)p;
+    (void)end;
+    (void)out;
+#endif
+}
 
 inline bool AllAscii8(const unsigned char* p) {
     std::uint64_t v;
     std::memcpy(&v, p, 8);
     return (v & 0x8080808080808080ull) == 0;
+}
+
+// Narrows the run of ASCII units at the start of [p, end) to bytes at `out`, eight at a time
+// where the CPU allows; stops before the first block that holds a unit above 0x7F.
+inline void NarrowAsciiRun(const char16_t*& p, const char16_t* end, char*& out) {
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
+    while (end - p >= 8) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        if (_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(v, high), zero)) != 0xFFFF)
+            break;
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(v, v));
+        out += 8;
+        p += 8;
+    }
+#else
+    (void)p;
+    (void)end;
+    (void)out;
+#endif
 }
 
 } // namespace
@@ -23,6 +69,7 @@ std::size_t TUtf8Decoder::DecodeRun(const unsigned char* p, const unsigned char*
     const unsigned char* const start = p;
     char16_t* out = dst;
     while (p < end) {
+        WidenAsciiRun(p, end, out);
         while (end - p >= 8 && AllAscii8(p)) {
             for (int k = 0; k < 8; ++k)
                 out[k] = p[k];
@@ -99,6 +146,9 @@ void EncodeUtf8(std::u16string_view text, bool flush, char16_t& pendingHigh, std
     }
     const std::size_t n = text.size();
     while (i < n) {
+        const char16_t* run = text.data() + i;
+        NarrowAsciiRun(run, text.data() + n, o);
+        i = static_cast<std::size_t>(run - text.data());
         while (i + 4 <= n && (text[i] | text[i + 1] | text[i + 2] | text[i + 3]) < 0x80) {
             o[0] = static_cast<char>(text[i]);
             o[1] = static_cast<char>(text[i + 1]);

@@ -12,6 +12,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <iterator>
+#include <random>
+#include <vector>
+
 namespace zv {
 namespace {
 
@@ -132,6 +136,48 @@ TEST(CodecEdge, UnicodeLineSeparatorsStayTextUnlessAsked) {
     ASSERT_TRUE(store.LoadFromBytes(bytes));
     EXPECT_EQ(store.Count(), 2); // ends the row, and is lost on save
     EXPECT_EQ(store.SaveToBytes(), "a\r\nb");
+}
+
+// Rows split where a plain split on CR LF, CR and LF (and with Unicode breaks on, U+2028,
+// and U+2029 as two breaks) does, whatever stands around the line ends: units just below,
+// just above and far above the ones that end rows, quotes and tabs, in texts long enough
+// for the splitter's eight-unit blocks to meet a line end in every lane.
+TEST(CodecEdge, RowsSplitAsAPlainSplitDoes) {
+    static const char16_t kUnits[] = {u'a',   u'\t',  u'\r',  u'\n',  u'"',   0x000C, 0x000E,
+                                      0x2027, 0x2028, 0x2029, 0x202A, 0x800D, 0xFFFF};
+    std::mt19937 rng(11);
+    for (int round = 0; round < 3000; ++round) {
+        const bool unicodeBreaks = round % 2 == 1;
+        std::u16string text;
+        const int length = static_cast<int>(rng() % 70);
+        for (int i = 0; i < length; ++i)
+            text += rng() % 3 ? u'a' : kUnits[rng() % std::size(kUnits)];
+        std::vector<std::u16string> rows(1);
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            const char16_t c = text[i];
+            const bool separator = unicodeBreaks && (c == 0x2028 || c == 0x2029);
+            if (c != u'\r' && c != u'\n' && !separator) {
+                rows.back() += c;
+                continue;
+            }
+            if (c == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n')
+                ++i;
+            rows.emplace_back();
+            if (c == 0x2029)
+                rows.emplace_back();
+        }
+        if (text.empty())
+            rows.clear(); // an empty file has no rows
+        std::string bytes(reinterpret_cast<const char*>(text.data()), text.size() * 2);
+        TZvMemoStrings store;
+        store.Memo().FUnicodeLineBreaks = unicodeBreaks;
+        store.SetCodePage(cpUTF16LE);
+        store.FSaveUnicode = true;
+        ASSERT_TRUE(store.LoadFromBytes(bytes));
+        ASSERT_EQ(store.Count(), static_cast<int>(rows.size())) << "round " << round;
+        for (std::size_t row = 0; row < rows.size(); ++row)
+            ASSERT_EQ(store.Get(static_cast<int>(row)), rows[row]) << "round " << round;
+    }
 }
 
 TEST(CodecEdge, Latin1ReadsAsWindows1252) {

@@ -77,6 +77,93 @@ TEST(Store, ManyRowsGrowWithoutLosingAny) {
     EXPECT_EQ(store.VisibleCount(), 100001);
 }
 
+// The row array keeps its free slots as a gap that follows the edits. Random inserts,
+// deletes, moves and swaps all over a store big enough to be a memory mapping must leave the
+// same rows, in the same order, as a plain vector given the same operations; and the saved
+// text must be the model's rows joined by the line end.
+TEST(Store, RandomRowOperationsAgreeWithAVectorModel) {
+    TZvMemoStrings store;
+    store.SetSysTextType(sttUnix);
+    std::vector<std::u16string> model;
+    std::mt19937 rng(7);
+    const auto text = [&rng] { return u"r" + std::u16string(1, u'a' + rng() % 26) + u"\u00e9"; };
+    for (int i = 0; i < 40000; ++i) { // 40000 rows of 32 bytes: above the 1 MB mapping threshold
+        model.push_back(text());
+        store.DoAdd(model.back());
+    }
+    const auto pick = [&rng](std::size_t n) { return static_cast<int>(rng() % n); };
+    for (int step = 0; step < 20000; ++step) {
+        const int size = static_cast<int>(model.size());
+        switch (rng() % 8) {
+        case 0: {
+            const int row = pick(size + 1);
+            model.insert(model.begin() + row, text());
+            store.DoInsert(row, model[row]);
+            break;
+        }
+        case 1:
+            if (size > 1) {
+                const int row = pick(size);
+                model.erase(model.begin() + row);
+                store.DoDelete(row);
+            }
+            break;
+        case 2: {
+            const int row = pick(size + 1);
+            const int n = 1 + pick(300);
+            model.insert(model.begin() + row, n, std::u16string());
+            store.PrepareLines(row, n);
+            break;
+        }
+        case 3:
+            if (size > 400) {
+                const int row = pick(size);
+                const int n = std::min(1 + pick(300), size - row);
+                model.erase(model.begin() + row, model.begin() + row + n);
+                store.DeleteLinesSilent(row, n);
+            }
+            break;
+        case 4: {
+            const int from = pick(size), to = pick(size);
+            const std::u16string moved = model[from];
+            model.erase(model.begin() + from);
+            model.insert(model.begin() + to, moved);
+            store.Move(from, to);
+            break;
+        }
+        case 5: {
+            const int a = pick(size), b = pick(size);
+            std::swap(model[a], model[b]);
+            store.SwapLines(a, b);
+            break;
+        }
+        case 6:
+            model.push_back(text());
+            store.DoAdd(model.back());
+            break;
+        default: {
+            const int row = pick(size);
+            model[row] = text() + model[row];
+            store.SetLineString(row, model[row]);
+            break;
+        }
+        }
+        ASSERT_EQ(store.Count(), static_cast<int>(model.size())) << "step " << step;
+        const int probe = pick(model.size());
+        ASSERT_EQ(store.Get(probe), model[probe]) << "step " << step << " row " << probe;
+    }
+    for (std::size_t row = 0; row < model.size(); ++row)
+        ASSERT_EQ(store.Get(static_cast<int>(row)), model[row]) << "row " << row;
+    EXPECT_EQ(store.VisibleCount(), static_cast<int>(model.size()));
+    std::u16string joined;
+    for (std::size_t row = 0; row < model.size(); ++row)
+        joined += (row ? u"\n" : u"") + model[row];
+    store.SetCodePage(1200);
+    const std::string saved = store.SaveToBytes();
+    EXPECT_EQ(std::u16string(reinterpret_cast<const char16_t*>(saved.data()), saved.size() / 2),
+              joined);
+}
+
 TEST(Store, AttributeDefaultsFollowLineEndKind) {
     TZvMemoStrings store;
     store.SetDefaultSysTextType(sttUnix);
