@@ -17,6 +17,12 @@ void TBackgroundSchedule::Idle() {
     Raise();
 }
 
+void TBackgroundSchedule::Paused() {
+    for (int* c : {&CodeCounter, &SpellCounter, &TodoCounter})
+        if (*c < 1'000'000)
+            ++*c;
+}
+
 TBackgroundTask TBackgroundSchedule::Tick(TBackgroundRequests& r) {
     const TBackgroundTask task = DueTask(r);
     Raise();

@@ -37,8 +37,11 @@ public:
     // One tick of a visible, running editor: the task to run now (at most one), then all
     // counters rise. Clears the requests it serves.
     TBackgroundTask Tick(TBackgroundRequests& r);
-    // A tick while paused or not visible: counters rise, nothing runs.
+    // A wait while the editor is not visible: every counter rises, nothing runs.
     void Idle();
+    // A wait while paused or busy (a key held down): only the code explorer, spelling and
+    // to-do counters rise, so those tasks come due soon after; nothing runs.
+    void Paused();
     // The editor's setters zero the counters of what they request, so typing defers them.
     void FoldingRequested() { FoldCounter = 0; }
     void SpellingRequested() { SpellCounter = 0; }

@@ -92,18 +92,42 @@ void TBackgroundThread::EndReading() {
     FWake.notify_all();
 }
 
-void TBackgroundThread::IdleTick() {
+void TBackgroundThread::IdleTick(bool paused) {
     std::lock_guard lock(FMutex);
-    FSchedule.Idle();
+    if (paused)
+        FSchedule.Paused();
+    else
+        FSchedule.Idle();
 }
 
-void TBackgroundThread::SweepRows() {
+bool TBackgroundThread::SweepRows() {
     // The row count is read only with the read permission: an edit may be changing it.
     if (!BeginReading())
-        return;
-    if (!FScanner.Complete())
-        FScanner.Sweep(FHalt, [this](int first, int last) { FHost.RowsScanned(first, last); });
+        return false;
+    const bool complete = FScanner.Complete() || FScanner.Sweep(FHalt, [this](int first, int last) {
+        FHost.RowsScanned(first, last);
+    });
     EndReading();
+    return complete;
+}
+
+void TBackgroundThread::RunDueTask() {
+    TBackgroundTask task;
+    bool full;
+    {
+        std::lock_guard lock(FMutex);
+        task = FSchedule.Tick(FRequests);
+        full = FSchedule.CodeExplorerFull;
+    }
+    if (task == TBackgroundTask::FullScan && !SweepRows()) {
+        // An edit stopped the full scan: ask for it again, so the folds and lists that
+        // follow it are never built from a half-swept document.
+        std::lock_guard lock(FMutex);
+        FRequests.UpdateSyntax = FRequests.UpdateFolding = true;
+        return;
+    }
+    if (task != TBackgroundTask::None)
+        FHost.RunTask(task, full);
 }
 
 void TBackgroundThread::Execute() {
@@ -121,7 +145,7 @@ void TBackgroundThread::Execute() {
             FRunning.store(false);
             if (!WaitFor(FTiming.PausedWait))
                 return;
-            IdleTick();
+            IdleTick(true);
             continue;
         }
         FRunning.store(true);
@@ -130,23 +154,13 @@ void TBackgroundThread::Execute() {
         if (!FHost.Visible()) {
             if (!WaitFor(FTiming.HiddenWait))
                 return;
-            IdleTick();
+            IdleTick(false);
             continue;
         }
         // Rows without a state are swept on every tick, so a request made during a sweep
         // (which lowers the watermark) is served by the next pass.
         SweepRows();
-        TBackgroundTask task;
-        bool full;
-        {
-            std::lock_guard lock(FMutex);
-            task = FSchedule.Tick(FRequests);
-            full = FSchedule.CodeExplorerFull;
-        }
-        if (task == TBackgroundTask::FullScan)
-            SweepRows();
-        if (task != TBackgroundTask::None)
-            FHost.RunTask(task, full);
+        RunDueTask();
     }
 }
 

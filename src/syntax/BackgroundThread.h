@@ -95,8 +95,9 @@ private:
     bool WaitFor(std::chrono::milliseconds d); // false when told to end
     bool BeginReading();
     void EndReading();
-    void SweepRows();
-    void IdleTick();
+    bool SweepRows(); // true when every row is valid
+    void IdleTick(bool paused);
+    void RunDueTask();
 
     TLineScanner& FScanner;
     IBackgroundHost& FHost;

@@ -14,6 +14,7 @@
 #include <QAbstractScrollArea>
 
 #include <atomic>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -38,6 +39,9 @@ public:
     // scan context, line scanner and background thread are attached to the rows; the thread
     // starts at once. The host is kept alive by the widget while it is in use.
     void SetSyntax(std::shared_ptr<const TMemoStyleHost> host);
+    // The syntax the extension of `fileName` selects, loaded from the data folder `root`
+    // and coloured by the settings' theme; plain text when none is mapped.
+    void SetSyntaxForFile(const std::filesystem::path& fileName, const std::filesystem::path& root);
     // Both at once, with one scanner rebuild.
     void SetDocument(TZvMemoStrings* lines, std::shared_ptr<const TMemoStyleHost> host);
     // Timing of background threads made from now on (tests and benchmarks shorten it).
@@ -123,8 +127,8 @@ private:
     void AttachScan(); // builds the scan for FLines and FStyleHost
     void DetachScan();
     void RowsScannedFromThread(int first); // background thread: post a repaint
-    void RowsScanned();                     // main thread: repaint what the sweep reached
-    void UpdateMarks();                     // brace and tag pair at the caret
+    void RowsScanned();                    // main thread: repaint what the sweep reached
+    void UpdateMarks();                    // brace and tag pair at the caret
     TRunPainter& Painter();
 
     TZvMemoStrings* FLines = nullptr;

@@ -1,6 +1,7 @@
 // Main window: tabs follow the helper's documents; menu commands call the helper.
 #include "ui/MainWindow.h"
 
+#include "shell/RootFolder.h"
 #include "ui/EditorWidget.h"
 
 #include <QAction>
@@ -79,6 +80,7 @@ int TMainWindow::IndexOf(const TDocument& doc) const {
 void TMainWindow::DocumentAdded(TDocument& doc) {
     auto* editor = new TEditorWidget(FTabs);
     editor->SetLines(doc.Lines.get());
+    editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder());
     FSyncingTabs = true;
     FTabs->addTab(editor, QFileInfo(QString::fromStdString(doc.FFilePath)).fileName());
     FTabs->setTabToolTip(FTabs->count() - 1, QString::fromStdString(doc.FFilePath));

@@ -131,7 +131,7 @@ qreal TRunPainter::PaintRow(QPainter& painter, QPointF origin, std::u16string_vi
         auto rest = text.substr(run.Start, run.Length);
         while (!rest.empty() && !(rightEdge >= 0 && x > rightEdge)) {
             const std::size_t cut = PieceEnd(rest, kPieceLength);
-            x += DrawPiece(painter, QPointF(x, origin.y()), rest.substr(0, cut), font,
+            x += DrawPiece(painter, QPointF(x, 0), rest.substr(0, cut), font,
                            fg.isValid() ? fg : QColor(Qt::black), bg);
             rest.remove_prefix(cut);
         }

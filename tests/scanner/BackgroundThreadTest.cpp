@@ -125,6 +125,48 @@ TEST(BackgroundThread, PauseHoldsTheThreadOffTheRows) {
     thread.StopBackgroundThread(true); // idempotent
 }
 
+TEST(BackgroundThread, AFullScanStoppedByAnEditIsAskedForAgain) {
+    TScanDoc d("c", Program(60000));
+    std::atomic<int> fullScans{0}, incomplete{0};
+    TBackgroundCallbacks host;
+    host.OnTask = [&](TBackgroundTask task, bool) {
+        if (task != TBackgroundTask::FullScan)
+            return;
+        ++fullScans;
+        incomplete += !d.Scanner->Complete(); // folds would be built from half a document
+    };
+    TBackgroundThread thread(*d.Scanner, host, kFast);
+    thread.RequestFullScan(0);
+    thread.SuspendThread(false);
+    const auto limit = std::chrono::steady_clock::now() + 20s;
+    while (d.Scanner->States().ValidRows() < 500 && std::chrono::steady_clock::now() < limit)
+        std::this_thread::yield();
+    thread.SuspendThread(true); // the row count changes in the middle of the sweep
+    d.Store.Insert(100, u"int added;");
+    d.Scanner->ClearLineStylesFrom(100);
+    std::this_thread::sleep_for(20ms); // the thread meets the pause at its task
+    thread.SuspendThread(false);
+    while (fullScans.load() == 0 && std::chrono::steady_clock::now() < limit)
+        std::this_thread::sleep_for(1ms);
+    thread.StopBackgroundThread(true);
+    EXPECT_GE(fullScans.load(), 1) << "the full scan ran again after the edit";
+    EXPECT_EQ(incomplete.load(), 0);
+    d.ExpectStatesFresh("after the full scan");
+}
+
+TEST(BackgroundSchedule, APauseRaisesOnlyTheCountersOfTheLaterTasks) {
+    TBackgroundSchedule s;
+    for (int i = 0; i < 40; ++i)
+        s.Paused();
+    EXPECT_EQ(s.CodeCounter, 40);
+    EXPECT_EQ(s.SpellCounter, 40);
+    EXPECT_EQ(s.TodoCounter, 40);
+    EXPECT_EQ(s.FoldCounter, 0);
+    EXPECT_EQ(s.FoldHighlightCounter, 10);
+    s.Idle();
+    EXPECT_EQ(s.FoldCounter, 1);
+}
+
 TEST(BackgroundSchedule, TasksComeDueAtTheirTick) {
     TBackgroundSchedule s;
     TBackgroundRequests r;

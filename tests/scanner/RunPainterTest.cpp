@@ -30,13 +30,30 @@ struct TPainted {
     qreal Width = 0;
 };
 
+// Paints the row at `origin` into an image of `size`.
 TPainted Paint(const TRunPainter& painter, std::u16string_view text,
-               const std::vector<TColourRun>& runs, const std::vector<TBraceMark>& marks = {}) {
-    TPainted out;
+               const std::vector<TColourRun>& runs, const std::vector<TBraceMark>& marks = {},
+               QPoint origin = {}, QSize size = {600, 40}) {
+    TPainted out{QImage(size, QImage::Format_RGB32)};
     out.Image.fill(Qt::white);
     QPainter p(&out.Image);
-    out.Width = painter.PaintRow(p, QPointF(0, 0), text, runs, marks);
+    out.Width = painter.PaintRow(p, origin, text, runs, marks);
     return out;
+}
+
+TEST(RunPainter, ARowPaintedElsewhereIsTheSameRowMoved) {
+    zvtest::TheApp<QGuiApplication>();
+    TScanDoc d("c", u"if (a) return \"s\"; /* c */");
+    QFont font("Monospace", 14);
+    const TRunPainter painter(font, {});
+    const std::u16string_view text = d.Store.Get(0);
+    const auto runs = RowRuns(*d.Scanner, 0);
+    const std::vector<TBraceMark> marks{{3, true}, {5, true}};
+    const TPainted home = Paint(painter, text, runs, marks);
+    const QPoint away(30, 50); // as the rows below the first are painted
+    const TPainted moved = Paint(painter, text, runs, marks, away, {630, 90});
+    EXPECT_EQ(moved.Image.copy(QRect(away, home.Image.size())), home.Image);
+    EXPECT_EQ(moved.Width, home.Width);
 }
 
 TEST(RunPainter, RunsAppearInTheirColoursWhereTheyLie) {

@@ -1,0 +1,183 @@
+// Syntax colours in the real window: files opened through the main object show the colours
+// of their syntax (taken from the loaded style set, not from the painter), the brace pair at
+// the caret and the tag pair are marked, and an edit recolours the rows it changes at once.
+#include "platform/Prompt.h"
+#include "shell/MainFormHelper.h"
+#include "support/ZvTestSupport.h"
+#include "syntax/BackgroundThread.h"
+#include "ui/EditorWidget.h"
+#include "ui/MainWindow.h"
+#include "ui/RunPainter.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QTabWidget>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class EditorColoursTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        // The syntax files come from the built tree; set before the root is first asked for.
+        ::setenv("ZEVRIT_ROOT", ZV_TEST_TREE, 1);
+        zvtest::TheApp<QApplication>();
+    }
+    // Opens `text` as file `name` in the window and returns its editor, painted and swept.
+    zv::TEditorWidget* Open(const std::string& name, const std::string& text) {
+        std::ofstream(dir / name, std::ios::binary) << text;
+        zv::TLoadFileArgs args;
+        args.FileName = (dir / name).string();
+        if (!helper.LoadFile(args))
+            return nullptr;
+        window.resize(900, 500);
+        window.show();
+        auto* editor = window.EditorAt(window.TabGroup()->count() - 1);
+        window.TabGroup()->setCurrentWidget(editor);
+        QFont font = editor->font(); // large enough for glyph stems in their exact colour
+        font.setPixelSize(26);
+        editor->setFont(font);
+        QApplication::processEvents();
+        return editor;
+    }
+    // The set's style colour of a token kind, as painted.
+    static QColor Colour(const zv::TCharStyle& style) { return zv::ToQColor(style.FTextColor); }
+    // The colour of the keyword group that holds `word`.
+    static QColor KeywordColour(const zv::TZvCustomMemoStyles& set, std::u16string_view word) {
+        const int group = set.FindKeyword(word, set.FKeywordCase);
+        return group < 0 ? QColor() : zv::ToQColor(set.FKeyWords[group].Color);
+    }
+    const zv::TZvCustomMemoStyles& Set(zv::TEditorWidget* editor) {
+        return *editor->Scan()->Styles();
+    }
+
+    zvtest::TTempDir temp{"zv-colours"};
+    const fs::path dir = temp.Path();
+    zv::THeadlessPrompt prompt{false};
+    zv::TMainFormHelper helper{prompt};
+    zv::TMainWindow window{helper};
+};
+
+// Pixels of row `row`'s band (viewport coordinates) of `colour`: the stems of large glyphs
+// keep it, while antialiased edges of other text are blends that stay off it.
+int PixelsOf(zv::TEditorWidget* editor, int row, const QColor& colour) {
+    const QImage image = editor->viewport()->grab().toImage();
+    const int height = editor->CaretRect().height();
+    const int top = (row - editor->TopRow()) * height;
+    int count = 0;
+    for (int y = std::max(top, 0); y < std::min(top + height, image.height()); ++y)
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor c = image.pixelColor(x, y);
+            count += std::abs(c.red() - colour.red()) + std::abs(c.green() - colour.green()) +
+                         std::abs(c.blue() - colour.blue()) <
+                     8;
+        }
+    return count;
+}
+
+TEST_F(EditorColoursTest, CFileShowsItsColoursAndBracesAndAnEditRecolours) {
+    auto* editor = Open("a.c", "/* header */\n"
+                               "int main(void) {\n"
+                               "    return f(\"text\", 42);\n"
+                               "}\n");
+    ASSERT_NE(editor, nullptr);
+    ASSERT_NE(editor->Scan(), nullptr) << "a .c file gets its syntax";
+    ASSERT_TRUE(editor->Scan()->Thread().WaitComplete(10s)) << "the thread sweeps the rows";
+    const auto& set = Set(editor);
+    const QColor comment = Colour(set.FCommentStyle), string = Colour(set.FStringStyle);
+    const QColor keyword = KeywordColour(set, u"int");
+    ASSERT_TRUE(comment.isValid() && string.isValid() && keyword.isValid());
+    ASSERT_NE(comment, keyword);
+    EXPECT_GT(PixelsOf(editor, 0, comment), 10);
+    EXPECT_GT(PixelsOf(editor, 1, keyword), 10) << "int";
+    EXPECT_GT(PixelsOf(editor, 2, string), 10) << "\"text\"";
+    EXPECT_EQ(PixelsOf(editor, 1, comment), 0);
+    EXPECT_EQ(PixelsOf(editor, 2, comment), 0);
+
+    // The caret in front of "{" marks it and its partner three rows down.
+    const QColor braceBack = zv::TRunPaintOptions{}.BraceBack;
+    EXPECT_EQ(PixelsOf(editor, 3, braceBack), 0);
+    editor->Memo().SetTextCursor(15, 1);
+    const zv::TBracePair pair = editor->BracePair();
+    EXPECT_TRUE(pair.Matched);
+    EXPECT_EQ(pair.Right, (zv::TBracePoint{0, 3}));
+    EXPECT_GT(PixelsOf(editor, 1, braceBack), 10);
+    EXPECT_GT(PixelsOf(editor, 3, braceBack), 10);
+
+    // Opening a comment at the start of row 1 turns every row below into comment at once,
+    // without waiting for the thread; undo brings the keyword colours back.
+    editor->Memo().SetTextCursor(0, 1);
+    QTest::keyClicks(editor, "/*");
+    EXPECT_EQ(PixelsOf(editor, 1, keyword), 0);
+    EXPECT_EQ(PixelsOf(editor, 2, string), 0);
+    EXPECT_GT(PixelsOf(editor, 2, comment), 10);
+    QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_EQ(editor->Lines()->Get(1), u"int main(void) {");
+    EXPECT_GT(PixelsOf(editor, 1, keyword), 10);
+    EXPECT_GT(PixelsOf(editor, 2, string), 10);
+    ASSERT_TRUE(editor->Scan()->Thread().WaitComplete(10s));
+    EXPECT_GT(PixelsOf(editor, 2, string), 10) << "the sweep keeps the colours";
+}
+
+TEST_F(EditorColoursTest, PythonFileShowsKeywordsCommentsAndStrings) {
+    auto* editor = Open("b.py", "def f(x):  # note\n    return 'abc'\n");
+    ASSERT_NE(editor, nullptr);
+    ASSERT_NE(editor->Scan(), nullptr);
+    const auto& set = Set(editor);
+    const QColor keyword = KeywordColour(set, u"def");
+    ASSERT_TRUE(keyword.isValid());
+    ASSERT_EQ(KeywordColour(set, u"return"), keyword);
+    const QColor comment =
+        Colour(set.FLineCommentStyle.FTextColor != zv::kNoColor ? set.FLineCommentStyle
+                                                                : set.FCommentStyle);
+    const QColor string =
+        Colour(set.FCharStyle.FTextColor != zv::kNoColor ? set.FCharStyle : set.FStringStyle);
+    EXPECT_GT(PixelsOf(editor, 0, keyword), 10) << "def";
+    EXPECT_GT(PixelsOf(editor, 0, comment), 10) << "# note";
+    EXPECT_GT(PixelsOf(editor, 1, string), 10) << "'abc'";
+    // Typing a quote before "return" opens a string that swallows the keyword.
+    editor->Memo().SetTextCursor(4, 1);
+    QTest::keyClicks(editor, "\"");
+    EXPECT_EQ(PixelsOf(editor, 1, keyword), 0);
+}
+
+TEST_F(EditorColoursTest, HtmlFileShowsTagsAndMarksTheTagPair) {
+    auto* editor = Open("c.html", "<html>\n<body>\n<p class=\"x\">text</p>\n</body>\n</html>\n");
+    ASSERT_NE(editor, nullptr);
+    ASSERT_NE(editor->Scan(), nullptr);
+    const auto& set = Set(editor);
+    const QColor tag = zv::ToQColor(set.FTagColor);
+    ASSERT_TRUE(tag.isValid());
+    EXPECT_GT(PixelsOf(editor, 2, tag), 10);
+    editor->Memo().SetTextCursor(1, 2); // inside "<p"
+    const zv::TTagPosData tags = editor->TagPair();
+    EXPECT_EQ(tags.StartY, 2);
+    EXPECT_EQ(tags.EndY, 2);
+    EXPECT_EQ(tags.EndX, 17) << "</p";
+    // The mark is a translucent yellow over the row's background.
+    const QImage image = editor->viewport()->grab().toImage();
+    const int middle = (2 - editor->TopRow()) * editor->CaretRect().height() + 2;
+    const QColor under = image.pixelColor(image.width() - 1, middle);
+    const QColor over(0xFF, 0xD7, 0x00);
+    const double a = 0x60 / 255.0;
+    const QColor mark(int(over.red() * a + under.red() * (1 - a)),
+                      int(over.green() * a + under.green() * (1 - a)),
+                      int(over.blue() * a + under.blue() * (1 - a)));
+    EXPECT_GT(PixelsOf(editor, 2, mark), 10) << "the tag pair is painted";
+    editor->Memo().SetTextCursor(0, 5); // the empty last row: no tag
+    EXPECT_EQ(editor->TagPair().StartY, -1);
+    EXPECT_EQ(PixelsOf(editor, 2, mark), 0);
+}
+
+} // namespace
