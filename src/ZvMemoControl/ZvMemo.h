@@ -241,9 +241,12 @@ public:
 
 protected:
     // Input aids saved while a record replays (all switched off meanwhile).
+    // What typing adds to a key; replay turns all of it off. Word wrap stays: positions in
+    // records are unwrapped and must be mapped to rows by the wrap in force.
     struct TInputAids {
         bool AutoIndent, SmartBackspace, Overwrite, TabAsSpaces, AutoCloseBraces,
-            AutoCloseBracesText, SyncEditMode, Folding, WordWrap;
+            AutoCloseBracesText, SmartTab, SmartPaste, OverwritePasteMode, EncloseWithParenthesis,
+            EncloseWithQuotes, SyncEditMode, Folding;
     };
     friend class TUndo;
     friend class TZvUndoList;

@@ -40,11 +40,23 @@ void TZvCustomMemo::ClearUndoList() {
 }
 
 TZvCustomMemo::TInputAids TZvCustomMemo::BeginReplay(bool undo) {
-    const TInputAids saved{FAutoIndent,   FSmartBackspace,  FOverwrite,
-                           FTabAsSpaces,  FAutoCloseBraces, FAutoCloseBracesText,
-                           FSyncEditMode, FFolding,         FWordWrap};
+    const TInputAids saved{FAutoIndent,
+                           FSmartBackspace,
+                           FOverwrite,
+                           FTabAsSpaces,
+                           FAutoCloseBraces,
+                           FAutoCloseBracesText,
+                           FSmartTab,
+                           FSmartPaste,
+                           FOverwritePasteMode,
+                           FEncloseSelectionWithParenthesis,
+                           FEncloseSelectionWithQuotes,
+                           FSyncEditMode,
+                           FFolding};
     FAutoIndent = FSmartBackspace = FOverwrite = FTabAsSpaces = false;
-    FAutoCloseBraces = FAutoCloseBracesText = FSyncEditMode = FFolding = FWordWrap = false;
+    FAutoCloseBraces = FAutoCloseBracesText = FSmartTab = FSmartPaste = false;
+    FOverwritePasteMode = FEncloseSelectionWithParenthesis = FEncloseSelectionWithQuotes = false;
+    FSyncEditMode = FFolding = false;
     FChangeHistoryUndo = undo;
     FChangeHistoryRedo = !undo;
     return saved;
@@ -57,9 +69,13 @@ void TZvCustomMemo::EndReplay(const TInputAids& saved) {
     FTabAsSpaces = saved.TabAsSpaces;
     FAutoCloseBraces = saved.AutoCloseBraces;
     FAutoCloseBracesText = saved.AutoCloseBracesText;
+    FSmartTab = saved.SmartTab;
+    FSmartPaste = saved.SmartPaste;
+    FOverwritePasteMode = saved.OverwritePasteMode;
+    FEncloseSelectionWithParenthesis = saved.EncloseWithParenthesis;
+    FEncloseSelectionWithQuotes = saved.EncloseWithQuotes;
     FSyncEditMode = saved.SyncEditMode;
     FFolding = saved.Folding;
-    FWordWrap = saved.WordWrap;
     FChangeHistoryUndo = FChangeHistoryRedo = false;
 }
 
