@@ -89,13 +89,20 @@ TCharStyle RunStyle(const TColourRun& run, const TColourOptions& options) {
 }
 
 std::vector<TColourRun> RowRuns(TLineScanner& scanner, int row, TStyle* endState) {
-    TRunCollector sink;
     if (row < 0 || row >= scanner.Store().Count())
         return {};
     TStyle state = scanner.GetUpStyle(row - 1);
-    scanner.GetUpLineStyle(row, 0, -1, state, &sink);
+    auto runs = RowRunsFrom(scanner, row, state);
     if (endState)
         *endState = state;
+    return runs;
+}
+
+std::vector<TColourRun> RowRunsFrom(TLineScanner& scanner, int row, TStyle& state) {
+    TRunCollector sink;
+    if (row < 0 || row >= scanner.Store().Count())
+        return {};
+    scanner.GetUpLineStyle(row, 0, -1, state, &sink);
     return std::move(sink.Runs);
 }
 

@@ -39,6 +39,9 @@ TCharStyle RunStyle(const TColourRun& run, const TColourOptions& options);
 // The runs of `row` (empty for a row out of range), and in `endState` the state behind it,
 // which equals the stored state of the row when that is valid. Main thread.
 std::vector<TColourRun> RowRuns(TLineScanner& scanner, int row, TStyle* endState = nullptr);
+// The runs of `row` cut from `state`, the state at the end of the row above, which is left
+// holding the state behind the row: a painter cuts consecutive rows with one walk up.
+std::vector<TColourRun> RowRunsFrom(TLineScanner& scanner, int row, TStyle& state);
 
 // The run holding 0-based column `x` of `row`, or null when there is none.
 const TColourRun* RunAt(const std::vector<TColourRun>& runs, int x);

@@ -96,8 +96,7 @@ void TEditorWidget::SetSyntax(std::shared_ptr<const TMemoStyleHost> host) {
     viewport()->update();
 }
 
-void TEditorWidget::SetDocument(TZvMemoStrings* lines,
-                                std::shared_ptr<const TMemoStyleHost> host) {
+void TEditorWidget::SetDocument(TZvMemoStrings* lines, std::shared_ptr<const TMemoStyleHost> host) {
     DetachScan();
     FLines = lines;
     FMemo.SetLines(lines);
@@ -132,8 +131,8 @@ void TEditorWidget::AttachScan() {
     callbacks.IsVisible = [this] { return FShown.load(); };
     callbacks.IsBusy = [this] { return FKeyDown.load(); };
     callbacks.OnRowsScanned = [this](int first, int) { RowsScannedFromThread(first); };
-    FScan = std::make_unique<TEditorScan>(*FLines, FStyleHost, options, std::move(callbacks),
-                                          FTiming);
+    FScan =
+        std::make_unique<TEditorScan>(*FLines, FStyleHost, options, std::move(callbacks), FTiming);
     const TZvCustomMemoStyles& set = *FStyleHost->FStyles;
     FMemo.FHasSyntax = true;
     FMemo.FAutoCloseBraceStart = set.FAutoCloseBraceStart;
@@ -149,7 +148,8 @@ void TEditorWidget::RowsScannedFromThread(int first) {
     }
     if (FRepaintPosted.exchange(true))
         return;
-    QMetaObject::invokeMethod(this, [this] { RowsScanned(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { RowsScanned(); }, Qt::QueuedConnection);
 }
 
 void TEditorWidget::RowsScanned() {
@@ -308,7 +308,8 @@ void TEditorWidget::RestartBlink() {
         FBlinkTimer->Start(std::max(QApplication::cursorFlashTime() / 2, 100));
 }
 
-void TEditorWidget::PaintRow(QPainter& painter, int row, int y) {
+void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
+                             const std::vector<TColourRun>& runs) {
     const int lineHeight = LineHeight();
     const int left = TextLeft();
     TZvPos s, e;
@@ -324,7 +325,6 @@ void TEditorWidget::PaintRow(QPainter& painter, int row, int y) {
         painter.fillRect(QRectF(left + x1, y, x2 - x1, lineHeight), kSelectionBack);
     }
     const std::u16string_view text = FLines->Get(row);
-    const std::vector<TColourRun> runs = PaintRuns(row);
     std::vector<TBraceMark> braces;
     for (const TBracePoint& p : {FBraces.Left, FBraces.Right})
         if (p.x >= 0 && p.Y == row)
@@ -361,13 +361,18 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
             painter.fillRect(viewport()->rect(), ToQColor(set->FBkColor));
     }
     UpdateMarks();
+    // One walk up to the first row's state; each row then starts from the one above it.
+    TStyle state;
+    if (FScan)
+        state = FScan->Scanner().GetUpStyle(first - 1);
     for (int row = first; row < last; ++row) {
         const int y = (row - first) * lineHeight;
         if (row == FMemo.FCurY)
             painter.fillRect(gutter, y, viewport()->width(), lineHeight,
                              palette().color(QPalette::AlternateBase));
         painter.setClipRect(gutter, y, viewport()->width() - gutter, lineHeight);
-        PaintRow(painter, row, y);
+        PaintRow(painter, row, y,
+                 FScan ? RowRunsFrom(FScan->Scanner(), row, state) : PaintRuns(row));
     }
     painter.setClipping(false);
     painter.fillRect(0, 0, gutter - 4, viewport()->height(), palette().color(QPalette::Window));

@@ -123,7 +123,7 @@ private:
     void EnsureCaretVisible();
     void RestartBlink();
     void StartDrag();
-    void PaintRow(QPainter& painter, int row, int y);
+    void PaintRow(QPainter& painter, int row, int y, const std::vector<TColourRun>& runs);
     void AttachScan(); // builds the scan for FLines and FStyleHost
     void DetachScan();
     void RowsScannedFromThread(int first); // background thread: post a repaint
