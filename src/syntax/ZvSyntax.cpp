@@ -70,7 +70,8 @@ void TZvSyntax::LoadEmbedded(TMemoStyleHost& memo, TZvCustomMemoStyles& parent,
             ini = FindFileNoCase(base, u"HtmlMulti.ini");
         entries = ReadHtmlMulti(ini.value_or(base / "HtmlMulti.ini"), aspHighlighter);
     } else {
-        entries = ReadAspxMulti(FindFileNoCase(base, u"ASPXMulti.ini").value_or(base));
+        entries =
+            ReadAspxMulti(FindFileNoCase(base, u"ASPXMulti.ini").value_or(base / "ASPXMulti.ini"));
     }
     std::vector<std::string> warnings;
     FHtmlMultiLoading = true;

@@ -72,6 +72,30 @@ TEST_F(MultiSyntax, ServerLanguageParameterReplacesKeyOne) {
     EXPECT_EQ(FMemo.FASPLanguage, u"vb.syx");
 }
 
+TEST_F(MultiSyntax, AspxReadsItsOwnFileAndNotTheUsersFolder) {
+    WriteFile(Syntax() / "aspx.syx", "[Tags]\nT=form|label\n");
+    WriteFile(Syntax() / "ASPXMulti.ini",
+              "[Highlighters]\nCodeLang1=php.syx\nCodeLang2=vb.syx\n1=css.syx\n");
+    ASSERT_TRUE(Load(u"asp.syx", "aspx.syx")); // the server-language parameter is for HTML only
+    EXPECT_EQ(FMemo.FStyles->ScriptType.load(), scHtml);
+    for (auto [slot, type] :
+         {std::pair{&FMemo.FHtmlStyleASP, scASP}, {&FMemo.FHtmlStyleJS, scJS}}) {
+        ASSERT_TRUE(*slot);
+        EXPECT_EQ((*slot)->ScriptType.load(), type);
+        EXPECT_EQ((*slot)->FindKeyword(u"echo", true), 0); // CodeLang1 serves both
+    }
+    ASSERT_TRUE(FMemo.FHtmlStyleVB && FMemo.FHtmlStyleCSS);
+    EXPECT_EQ(FMemo.FHtmlStyleVB->FindKeyword(u"sub", true), 0);
+    EXPECT_EQ(FMemo.FHtmlStyleCSS->FindKeyword(u"color", true), 0); // not the user's copy
+    EXPECT_FALSE(FMemo.FHtmlStylePHP);
+    EXPECT_TRUE(FMemo.FASPLanguage.empty());
+
+    std::filesystem::remove(Syntax() / "ASPXMulti.ini"); // without it: no embedded language
+    FMemo.FreeSyntaxStyles(); // as a new document's syntax does before loading
+    ASSERT_TRUE(Load(u"", "aspx.syx"));
+    EXPECT_FALSE(FMemo.FHtmlStyleASP || FMemo.FHtmlStyleJS || FMemo.FHtmlStyleCSS);
+}
+
 TEST_F(MultiSyntax, ListFormLoadsNoEmbeddedLanguages) {
     WriteFile(Syntax() / "html.ini", "[Comment]\n1=Web pages\n2=second\n4=gap\n[Sample]\n1=<p>\n");
     TStringList comments, samples;
