@@ -1,6 +1,6 @@
-// The shipped keyword lists against the languages' own tools: what an installed interpreter or
-// build tool says its keywords, built-ins and commands are. A tool that is not installed skips
-// its test.
+// The shipped keyword lists against the languages' own tools: what an installed interpreter,
+// compiler or build tool says its keywords, built-ins and commands are. A tool that is not
+// installed skips its test.
 #include "SyntaxTestFiles.h"
 
 #include "syntax/ZvSyntax.h"
@@ -112,6 +112,56 @@ TEST(LanguageOracle, JavaScriptGlobalsWeColourExist) {
         EXPECT_FALSE(ours.empty());
         EXPECT_EQ(Missing(ours, *globals), "") << Utf16ToUtf8(group);
     }
+}
+
+// The words joined for a command line (the shipped words are letters, digits, "_" and "-").
+std::string Arguments(const std::set<std::string>& words) {
+    std::string out;
+    for (const std::string& w : words)
+        out += " " + w;
+    return out;
+}
+
+TEST(LanguageOracle, PerlWordsWeColourAreCoreKeywordsOrFunctions) {
+    std::set<std::string> ours = ShippedWords("perl.syx", u"Reserved");
+    ours.merge(ShippedWords("perl.syx", u"Builtins"));
+    ASSERT_GT(ours.size(), 80u);
+    // perl knows a word as CORE:: exactly when it is a keyword or built-in function; the
+    // closing "." keeps the output from being empty when every word passes.
+    auto unknown = WordsOf("perl -e 'for (@ARGV) { print \"$_ \" unless eval { prototype "
+                           "\"CORE::$_\"; 1 } } print \".\"' --" +
+                           Arguments(ours));
+    if (!unknown)
+        GTEST_SKIP() << "perl is not installed";
+    unknown->erase(".");
+    EXPECT_EQ(Missing(*unknown, {}), "");
+}
+
+TEST(LanguageOracle, JavaReservedWordsAreKeywordsAndContextualOnesAreNot) {
+    test::TTempDir dir;
+    const auto program =
+        test::WriteFile(dir.Path() / "Keywords.java",
+                        "public class Keywords { public static void main(String[] args) {\n"
+                        "  StringBuilder out = new StringBuilder(\".\");\n"
+                        "  for (String w : args) if (javax.lang.model.SourceVersion.isKeyword(w))\n"
+                        "    out.append(' ').append(w);\n"
+                        "  System.out.println(out); } }\n");
+    const std::set<std::string> reserved = ShippedWords("java.syx", u"Reserved");
+    const std::set<std::string> constants = ShippedWords("java.syx", u"Constants");
+    const std::set<std::string> contextual = ShippedWords("java.syx", u"Contextual");
+    std::set<std::string> all = reserved;
+    all.insert(constants.begin(), constants.end());
+    all.insert(contextual.begin(), contextual.end());
+    auto keywords = WordsOf("java '" + program.string() + "'" + Arguments(all));
+    if (!keywords)
+        GTEST_SKIP() << "java is not installed";
+    keywords->erase(".");
+    std::set<std::string> expected = reserved;
+    expected.insert(constants.begin(), constants.end());
+    EXPECT_EQ(Missing(expected, *keywords), ""); // each is reserved by the compiler
+    EXPECT_EQ(Missing(*keywords, expected), ""); // no contextual word is
+    EXPECT_GT(reserved.size(), 30u);             // the groups are still there under these names
+    EXPECT_FALSE(contextual.empty());
 }
 
 } // namespace
