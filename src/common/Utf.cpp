@@ -1,6 +1,8 @@
 // Code-point cursors and whole-string UTF-8/UTF-16 conversions.
 #include "common/Utf.h"
 
+#include "common/Utf8Stream.h"
+
 namespace zv {
 
 namespace {
@@ -34,8 +36,8 @@ bool TU8Cursor::Next(char32_t& cp) {
         return false;
     const TUtf8Read read = ReadUtf8(Bytes(FText) + FPos, Bytes(FText) + FText.size(), cp);
     if (read.Length == 0) {
-        cp = kReplacement;
-        ++FPos;
+        cp = kReplacement; // one for the whole broken part, as the streaming decoder does
+        FPos += static_cast<size_t>(read.Valid);
     } else {
         FPos += static_cast<size_t>(read.Length);
     }
@@ -66,11 +68,9 @@ void AppendUtf8(std::string& out, char32_t cp) {
 }
 
 std::u16string Utf8ToUtf16(std::string_view utf8) {
-    std::u16string out;
-    out.reserve(utf8.size());
-    TU8Cursor cursor(utf8);
-    for (char32_t cp; cursor.Next(cp);)
-        AppendUtf16(out, cp);
+    std::u16string out(utf8.size() + 4, u'\0');
+    TUtf8Decoder decoder;
+    out.resize(decoder.Decode(utf8, true, out.data()));
     return out;
 }
 

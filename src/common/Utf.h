@@ -111,7 +111,8 @@ private:
     size_t FPos = 0;
 };
 
-// Walks code points of UTF-8 text; each byte of a malformed sequence yields U+FFFD.
+// Walks code points of UTF-8 text; each maximal ill-formed part (ICU's rule, the same as
+// the streaming decoder's) yields one U+FFFD.
 class TU8Cursor {
 public:
     explicit TU8Cursor(std::string_view s) : FText(s) {}
@@ -125,7 +126,8 @@ private:
 // True if the bytes are well-formed UTF-8 (no overlongs, no surrogates, at most U+10FFFF).
 bool IsValidUtf8(std::string_view bytes);
 
-// Conversions; malformed input becomes U+FFFD, never an error.
+// Conversions; malformed input becomes U+FFFD (one per maximal ill-formed part of UTF-8, one
+// per lone surrogate of UTF-16), never an error.
 std::u16string Utf8ToUtf16(std::string_view utf8);
 std::string Utf16ToUtf8(std::u16string_view text);
 void AppendUtf16(std::u16string& out, char32_t cp);
