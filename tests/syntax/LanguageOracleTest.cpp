@@ -122,6 +122,22 @@ std::string Arguments(const std::set<std::string>& words) {
     return out;
 }
 
+TEST(LanguageOracle, JavaScriptReservedWordsCannotNameAVariable) {
+    const std::set<std::string> ours = ShippedWords("javascript.syx", u"Reserved");
+    ASSERT_GT(ours.size(), 30u);
+    // The words node accepts as a variable name in strict code.
+    auto names = WordsOf("node -e 'const ok = []; for (const w of process.argv.slice(1)) { try { "
+                         "new Function(\"\\\"use strict\\\"; var \" + w + \";\"); "
+                         "ok.push(w); } catch (e) {} } console.log(\". \" + ok.join(\" \"))'" +
+                         Arguments(ours));
+    if (!names)
+        GTEST_SKIP() << "node is not installed";
+    names->erase(".");
+    // Keywords only in their place: they stay names elsewhere, even in strict code.
+    const std::set<std::string> contextual{"async", "await", "from", "get", "of", "set"};
+    EXPECT_EQ(Missing(*names, contextual), "");
+}
+
 TEST(LanguageOracle, PerlWordsWeColourAreCoreKeywordsOrFunctions) {
     std::set<std::string> ours = ShippedWords("perl.syx", u"Reserved");
     ours.merge(ShippedWords("perl.syx", u"Builtins"));
