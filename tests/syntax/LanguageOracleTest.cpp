@@ -138,6 +138,28 @@ TEST(LanguageOracle, JavaScriptReservedWordsCannotNameAVariable) {
     EXPECT_EQ(Missing(*names, contextual), "");
 }
 
+TEST(LanguageOracle, RustReservedWordsCannotNameAFunction) {
+    std::set<std::string> ours = ShippedWords("rust.syx", u"Reserved");
+    ASSERT_GT(ours.size(), 30u);
+    ours.merge(ShippedWords("rust.syx", u"Constants"));
+    test::TTempDir dir;
+    std::string source;
+    for (const std::string& w : ours)
+        source += "fn " + w + "() {}\n";
+    const auto file = test::WriteFile(dir.Path() / "words.rs", source);
+    // The words rustc refuses as a function name, keyword or reserved keyword alike.
+    auto keywords = WordsOf("rustc --edition 2021 --crate-type lib --emit=metadata -o '" +
+                            (dir.Path() / "words.rmeta").string() + "' '" + file.string() +
+                            "' 2>&1 | sed -n 's/.*found \\(reserved \\)\\{0,1\\}keyword "
+                            "`\\([^`]*\\)`.*/\\2/p'");
+    if (!keywords)
+        GTEST_SKIP() << "rustc is not installed";
+    // Constants that are ordinary names (variants of the prelude), and the weak keyword union.
+    for (const char* name : {"None", "Some", "Ok", "Err", "union"})
+        keywords->insert(name);
+    EXPECT_EQ(Missing(ours, *keywords), "");
+}
+
 TEST(LanguageOracle, PerlWordsWeColourAreCoreKeywordsOrFunctions) {
     std::set<std::string> ours = ShippedWords("perl.syx", u"Reserved");
     ours.merge(ShippedWords("perl.syx", u"Builtins"));
