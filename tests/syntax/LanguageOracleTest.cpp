@@ -160,6 +160,28 @@ TEST(LanguageOracle, RustReservedWordsCannotNameAFunction) {
     EXPECT_EQ(Missing(ours, *keywords), "");
 }
 
+TEST(LanguageOracle, CppReservedWordsCannotNameAVariable) {
+    const std::set<std::string> ours = ShippedWords("cpp.syx", u"Reserved");
+    ASSERT_GT(ours.size(), 60u);
+    test::TTempDir dir;
+    std::string source; // line n declares a variable named by the n-th word
+    for (const std::string& w : ours)
+        source += "int " + w + ";\n";
+    const auto file = test::WriteFile(dir.Path() / "words.cpp", source);
+    auto refused =
+        WordsOf("c++ -std=c++20 -fsyntax-only -fmax-errors=0 '" + file.string() +
+                "' 2>&1 | sed -n 's/^.*words\\.cpp:\\([0-9]*\\):[0-9]*: error:.*/\\1/p'");
+    if (!refused)
+        GTEST_SKIP() << "no C++ compiler";
+    std::set<std::string> accepted;
+    int line = 0;
+    for (const std::string& w : ours)
+        if (!refused->count(std::to_string(++line)))
+            accepted.insert(w);
+    // Identifiers with a special meaning only in their place.
+    EXPECT_EQ(Missing(accepted, {"final", "override", "import", "module"}), "");
+}
+
 TEST(LanguageOracle, PerlWordsWeColourAreCoreKeywordsOrFunctions) {
     std::set<std::string> ours = ShippedWords("perl.syx", u"Reserved");
     ours.merge(ShippedWords("perl.syx", u"Builtins"));
