@@ -1,4 +1,5 @@
-// The row array of TZvMemoStrings: growth, block moves, plain row operations, attributes.
+// The row array of TZvMemoStrings: growth, the gap and its moves, plain row operations,
+// attributes.
 #include "ZvMemoControl/ZvMemoStrings.h"
 
 #include "ZvMemoControl/CodePages.h"

@@ -7,12 +7,18 @@
 #include "ZvMemoControl/Streams.h"
 #include "common/AtomicFile.h"
 
+#include <bit>
 #include <memory>
 
 namespace zv {
 namespace {
 
 constexpr std::size_t kBatchUnits = 1 << 18;
+
+// The UTF-16 code page whose byte order is this machine's.
+constexpr std::uint32_t NativeUtf16() {
+    return std::endian::native == std::endian::little ? cpUTF16LE : cpUTF16BE;
+}
 
 bool IsMixed(TSysTextType kind) {
     return kind == sttMixedWindows || kind == sttMixedUnix || kind == sttMixedMac;
@@ -45,6 +51,12 @@ public:
     }
     void Flush(bool end) {
         FBytes.clear();
+        if (!FEncoder && !FLowBytes && FCodePage == NativeUtf16()) {
+            // The units in memory are already the file's bytes.
+            FOut.Write(reinterpret_cast<const char*>(FText.data()), FText.size() * 2);
+            FText.clear();
+            return;
+        }
         if (FEncoder) {
             FEncoder->Encode(FText, end, FBytes);
         } else if (FLowBytes) {
