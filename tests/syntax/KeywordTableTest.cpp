@@ -1,5 +1,5 @@
 // Keyword tables and case folding: lookups by range agree with a plain scan of the words, in
-// both case modes, from several threads at once.
+// both case modes. Lookups from several threads: SharedTablesThreadTest.
 #include "ZvMemoControl/KeywordTable.h"
 #include "ZvMemoControl/CaseFold.h"
 #include "shell/IniName.h"
@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <thread>
 
 namespace zv {
 namespace {
@@ -94,26 +93,6 @@ TEST(CaseFold, EqualsFoldedMatchesComparingFoldedCopies) {
                              u"A",
                              u"\xD800"
                              u"b"));
-}
-
-TEST(KeywordTable, ConcurrentLookupsInBothModesNeedNoRebuild) {
-    TKeywordTable table;
-    std::vector<std::u16string> words;
-    for (int i = 0; i < 500; ++i)
-        words.push_back(u"Word" + std::u16string(1, char16_t(u'A' + i % 26)) +
-                        std::u16string(1, char16_t(u'a' + i / 26)));
-    table.Assign(words);
-    std::atomic<int> misses{0};
-    auto worker = [&](bool exact) {
-        for (int round = 0; round < 50; ++round)
-            for (const auto& w : words)
-                if (!table.Contains(exact ? w : FoldCase(w), exact))
-                    ++misses;
-    };
-    std::thread a(worker, true), b(worker, false);
-    a.join();
-    b.join();
-    EXPECT_EQ(misses.load(), 0);
 }
 
 } // namespace

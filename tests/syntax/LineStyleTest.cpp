@@ -1,27 +1,13 @@
-// The per-row scanner state: copies share their variable parts until one of them changes,
-// clearing keeps fold words unless asked, and shared copies survive other threads' copies.
-#include "ZvMemoControl/LineStyle.h"
+// The per-row scanner state: copies share their variable parts until one of them changes, and
+// clearing keeps fold words unless asked. Copies on several threads: SharedTablesThreadTest.
+#include "LineStyleSample.h"
 
 #include <gtest/gtest.h>
-
-#include <thread>
 
 namespace zv {
 namespace {
 
-TStyle StateWithEverything() {
-    TStyle s;
-    s.FBooleanArray = 1;
-    s.Properties.Set(spInComment, true);
-    s.Properties.BracketId = 2;
-    s.Block.Id = 3;
-    s.Block.Force = true;
-    s.Block.Extra.mut().HereDocString = u"EOF";
-    s.Block.Extra.mut().Cache = {1, 2};
-    s.Folds.mut().NodeStyles.push_back(TNodeStyle{.nr = 7, .sTag = u"div"});
-    s.Folds.mut().RegionStyles.push_back(TRegionStyle{.nBegin = 1});
-    return s;
-}
+using test::StateWithEverything;
 
 TEST(LineStyle, CopiesAreIndependentValues) {
     const TStyle original = StateWithEverything();
@@ -64,22 +50,6 @@ TEST(LineStyle, ClearKeepsFoldWordsUnlessFull) {
     ClearStyle(s, true);
     EXPECT_TRUE(s.NodeStyles().empty());
     EXPECT_TRUE(s.RegionStyles().empty());
-}
-
-TEST(LineStyle, SharedPartsSurviveCopiesOnTwoThreads) {
-    const TStyle shared = StateWithEverything();
-    auto worker = [&shared] {
-        for (int i = 0; i < 20000; ++i) {
-            TStyle mine = shared;
-            if (i % 3 == 0)
-                mine.Block.Extra.mut().Cache.push_back(static_cast<std::int8_t>(i));
-        }
-    };
-    std::thread a(worker), b(worker);
-    a.join();
-    b.join();
-    EXPECT_EQ(shared.Block.Cache().size(), 2u);
-    EXPECT_EQ(shared.Block.HereDocString(), u"EOF");
 }
 
 } // namespace
