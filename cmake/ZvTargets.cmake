@@ -47,7 +47,17 @@ function(zv_gtest name)
     ZV_TEST_TREE="${ZV_TREE}" ZV_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
     ZV_TOOL_PATH="${ZV_TREE}/bin/zvtool" ZV_APP_PATH="${ZV_TREE}/bin/zevrit")
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-    PROPERTIES LABELS "${ARG_LABELS}" ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  # Labels are set by a file CTest reads after the discovered tests: passed through the
+  # discovery, a list of labels would be split into separate (wrong) properties.
+  if(ARG_LABELS)
+    set(labels_file ${CMAKE_CURRENT_BINARY_DIR}/${name}_labels.cmake)
+    file(WRITE ${labels_file}
+      "if(${name}_TESTS)\n"
+      "  set_tests_properties(\${${name}_TESTS} PROPERTIES LABELS \"${ARG_LABELS}\")\n"
+      "endif()\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${labels_file})
+  endif()
 endfunction()
 
 # zv_benchmark(NAME SOURCES... DEPS ...): a Google Benchmark program in build/bench/.
