@@ -23,7 +23,9 @@ configure:
 build: setup configure
 	@cmake --build $(BUILD) -j $(JOBS)
 
-run: build
+# Only the programs: the tests and benchmarks are not needed to open the window.
+run: setup configure
+	@cmake --build $(BUILD) -j $(JOBS) --target zevrit zvtool
 	@scripts/run.sh $(BUILD)/Zevrit/bin/zevrit $(ARGS)
 
 test: setup-test configure

@@ -1,4 +1,5 @@
-// zevrit entry: help and version, the headless run, or the instance check and the window.
+// zevrit entry: help and version, the headless run, or the instance check and the window
+// (without a display only a hand-over to a running window is possible).
 #include "common/CrashReport.h"
 #include "common/Trace.h"
 #include "shell/MainForm.h"
@@ -13,6 +14,7 @@
 #include <QDir>
 #include <QIcon>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -30,9 +32,14 @@ constexpr const char* kUsage =
     "  -MONITOR  follow as a log   -C  close the files named after it\n"
     "  -DIR FOLDER  default save folder   -NOREOPEN  do not reopen the last documents\n"
     "  -MULTI  allow a further instance   -SILENT    no splash, no reopening\n"
-    "  -COMPARE F1 F2  compare two files\n"
+    "  -COMPARE F1 F2  open two files to compare them\n"
     "  -headless FILE...  load and save each file without a window\n"
     "  --help, --version\n";
+
+// True if a whole argument after the program is `option` ("--help" anywhere asks for help).
+bool HasOption(const std::vector<std::string>& args, const char* option) {
+    return args.size() > 1 && std::find(args.begin() + 1, args.end(), option) != args.end();
+}
 
 bool HasDisplay() {
     for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
@@ -41,15 +48,49 @@ bool HasDisplay() {
     return false;
 }
 
+zv::TEntryParams EntryParams(const std::vector<std::string>& args, bool controlHeld) {
+    zv::TEntryParams entry;
+    entry.argv = args;
+    entry.options = zv::ReadStartOptions(zv::GetRootFolder());
+    entry.controlHeld = controlHeld;
+    entry.appHandle = static_cast<uint64_t>(::getpid());
+    entry.cwd = QDir::currentPath().toStdString();
+    return entry;
+}
+
+// Without a display a window cannot open here, but a running one can still take the files.
+int RunWithoutDisplay(int argc, char** argv, const std::vector<std::string>& args) {
+    QCoreApplication app(argc, argv);
+    zv::TraceConfigure(zv::ProgramFolder(), zv::GetRootFolder());
+    zv::TRunOnce block;
+    if (zv::RunInstanceCheck(block, EntryParams(args, false)) == zv::TEntryOutcome::HandedOver)
+        return 0;
+    std::fputs("zevrit: no display (DISPLAY and WAYLAND_DISPLAY are unset), so no window can "
+               "open.\nRun headless with `zevrit -headless FILE...`, off screen with "
+               "QT_QPA_PLATFORM=offscreen, or under `xvfb-run -a zevrit`.\n",
+               stderr);
+    return 1;
+}
+
+void SetApplicationLook(int32_t appIcon) {
+    QApplication::setApplicationName(QStringLiteral("Zevrit"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Zv Zevrit"));
+    if (appIcon > -1) {
+        const auto icon =
+            zv::GetRootFolder() / "Data" / "icons" / (std::to_string(appIcon) + ".ico");
+        QApplication::setWindowIcon(QIcon(QString::fromStdString(icon.string())));
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     const std::vector<std::string> args(argv, argv + argc);
-    if (argc == 2 && args[1] == "--help") {
+    if (HasOption(args, "--help")) {
         std::fputs(kUsage, stdout);
         return 0;
     }
-    if (argc == 2 && args[1] == "--version") {
+    if (HasOption(args, "--version")) {
         std::puts("Zevrit 0.1.0");
         return 0;
     }
@@ -58,42 +99,32 @@ int main(int argc, char** argv) {
         QCoreApplication app(argc, argv);
         return zv::RunHeadless(args);
     }
-    if (!HasDisplay()) {
-        std::fputs("zevrit: no display (DISPLAY and WAYLAND_DISPLAY are unset).\n"
-                   "Run headless with `zevrit -headless FILE...`, off screen with "
-                   "QT_QPA_PLATFORM=offscreen, or under `xvfb-run -a zevrit`.\n",
-                   stderr);
-        return 1;
-    }
+    if (!HasDisplay())
+        return RunWithoutDisplay(argc, argv, args);
     QApplication app(argc, argv);
+    // Qt took its own options (-platform, -style, ...) out of argv: they name no files.
+    const std::vector<std::string> windowArgs(argv, argv + argc);
     zv::TraceConfigure(zv::ProgramFolder(), zv::GetRootFolder());
     zv::TRunOnce block;
-    zv::TEntryParams entry;
-    entry.argv = args;
-    entry.options = zv::ReadStartOptions(zv::GetRootFolder());
-    entry.controlHeld = QGuiApplication::queryKeyboardModifiers() & Qt::ControlModifier;
-    entry.appHandle = static_cast<uint64_t>(::getpid());
-    entry.cwd = QDir::currentPath().toStdString();
+    // Control held at start asks for a further instance.
+    const auto entry =
+        EntryParams(windowArgs, QGuiApplication::queryKeyboardModifiers() & Qt::ControlModifier);
     const auto outcome = zv::RunInstanceCheck(block, entry);
     if (outcome == zv::TEntryOutcome::HandedOver)
         return 0;
-    QApplication::setApplicationName(QStringLiteral("Zevrit"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Zv Zevrit"));
-    if (entry.options.AppIcon > -1) {
-        const auto icon = zv::GetRootFolder() / "Data" / "icons" /
-                          (std::to_string(entry.options.AppIcon) + ".ico");
-        QApplication::setWindowIcon(QIcon(QString::fromStdString(icon.string())));
-    }
+    SetApplicationLook(entry.options.AppIcon);
 
-    zv::OpenProgramSettings(zv::GetRootFolder(), zv::SettingsFileFor(args, zv::GetRootFolder()));
+    zv::OpenProgramSettings(zv::GetRootFolder(),
+                            zv::SettingsFileFor(windowArgs, zv::GetRootFolder()));
     zv::TQtPrompt prompt;
     zv::TMainFormHelper helper(prompt);
     zv::TMainWindow window(helper);
     prompt.SetParent(&window);
     zv::TMainForm form(helper, &window);
+    window.AttachForm(form);
     form.RegisterWindow(block, outcome == zv::TEntryOutcome::RunAsFirst);
     window.show();
-    form.FormShow(args);
+    form.FormShow(windowArgs);
     const int code = app.exec();
     helper.FApplicationClosing = true;
     block.FreeFiles();

@@ -85,6 +85,8 @@ void RunArgumentPass(const std::vector<std::string>& argv, ICommandLineHost& hos
     state.FDoNotReOpen = ScanNoReopen(argv);
     if (argv.size() > 3 && At(argv, i, "COMPARE")) {
         state.FCompareRequested = true;
+        state.FCompareFile1 = i + 1 < argv.size() ? argv[i + 1] : std::string();
+        state.FCompareFile2 = i + 2 < argv.size() ? argv[i + 2] : std::string();
         return;
     }
     TPass pass{host, state, {}, {}};

@@ -45,6 +45,8 @@ struct TCommandLineState {
     bool FLoadParams = false;       // true while arguments are being processed
     bool FSilent = false;           // /SILENT in first place
     bool FCompareRequested = false; // /COMPARE in first place with two files
+    std::string FCompareFile1;      // the two files after /COMPARE, as written
+    std::string FCompareFile2;
 };
 
 // The argument pass over argv (argv[0] the program). Throws EConvertError for a

@@ -7,6 +7,8 @@
 #include "shell/RunOnce.h"
 #include "shell/Switches.h"
 
+#include <filesystem>
+
 namespace zv {
 
 TMainForm::TMainForm(TMainFormHelper& helper, IMainView* view, QObject* parent)
@@ -24,6 +26,7 @@ TMainForm::~TMainForm() {
 void TMainForm::RegisterWindow(TRunOnce& block, bool firstInstance) {
     FRunOnce = &block;
     FWindowHandle = NewWindowHandle();
+    Trace("RegisterWindow() - window " + std::to_string(FWindowHandle));
     FHandOver = std::make_unique<THandOverServer>(FWindowHandle);
     connect(FHandOver.get(), &THandOverServer::received, this, &TMainForm::HandOverReceived);
     if (!firstInstance || !block.UpdateHandle(FWindowHandle, 0))
@@ -41,13 +44,30 @@ void TMainForm::FormShow(const std::vector<std::string>& argv) {
         FHelper.Prompter().ShowMessage(e.what());
     }
     if (FState.FCompareRequested)
-        FHelper.Prompter().ShowMessage(
-            LangText("Messages", "301", "Comparing documents is not available in this version."));
+        CompareFiles(FState.FCompareFile1, FState.FCompareFile2);
     if (FView && FState.FLine > 0)
         FView->ShowLine(FState.FLine);
 }
 
+void TMainForm::CompareFiles(const std::string& file1, const std::string& file2) {
+    TraceEnter("CompareFiles");
+    const std::string path1 = AbsolutePath(file1);
+    const std::string path2 = AbsolutePath(file2);
+    std::error_code ec;
+    if (path1 == path2 || !std::filesystem::is_regular_file(path1, ec) ||
+        !std::filesystem::is_regular_file(path2, ec))
+        return;
+    for (const auto& path : {path1, path2}) {
+        TLoadFileArgs args;
+        args.FileName = path;
+        FHelper.LoadFile(args);
+    }
+    FHelper.Prompter().ShowMessage(
+        LangText("Messages", "301", "Comparing documents is not available in this version."));
+}
+
 void TMainForm::HandOverReceived(quint64 kind, const QString& text) {
+    Trace("HandOverReceived() - kind " + std::to_string(kind));
     switch (kind) {
     case kHandOverParams:
         FParamStrings += text.toStdString();

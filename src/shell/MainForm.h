@@ -54,6 +54,10 @@ public:
     void BeginBatch() override;
     void EndBatch() override;
 
+    // /COMPARE: both files must exist and be different paths, else nothing happens. Each
+    // is opened; comparing them waits for the compare mode, which a message says.
+    void CompareFiles(const std::string& file1, const std::string& file2);
+
     TCommandLineState& State() { return FState; }
     const std::string& ParamStrings() const { return FParamStrings; }
     uint64_t FZenHWnd = 0; // window of a companion process (kind 1010)

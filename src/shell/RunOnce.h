@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace zv {
 
@@ -48,6 +49,10 @@ public:
     void RemoveHandle(uint64_t handle);
     // Zeroes all 11 entries, writes appHandle at 0 and 1 at 96.
     void ClearAll(uint64_t appHandle);
+    // Hands a second instance's arguments (without the program) to the first window as a
+    // parameter string (kind 1001), names resolved against cwd; true when it answered.
+    // The receiver brings its window to the front.
+    bool SendToInstance(const std::vector<std::string>& args, const std::string& cwd) const;
     // Kept as the hook in the shutdown order; nothing to free here.
     void FreeFiles() {}
 

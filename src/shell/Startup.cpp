@@ -5,7 +5,6 @@
 #include "platform/Prompt.h"
 #include "shell/CommandLine.h"
 #include "shell/DataFolders.h"
-#include "shell/HandOver.h"
 #include "shell/Language.h"
 #include "shell/MainForm.h"
 #include "shell/MainFormHelper.h"
@@ -13,8 +12,6 @@
 #include "shell/RunOnce.h"
 #include "shell/Settings.h"
 #include "shell/Switches.h"
-
-#include <QString>
 
 #include <algorithm>
 #include <chrono>
@@ -98,19 +95,25 @@ void CloseProgramSettings(const std::filesystem::path& root) {
 }
 
 TEntryOutcome RunInstanceCheck(TRunOnce& block, const TEntryParams& params) {
+    TraceEnter("RunInstanceCheck");
     const bool first = block.Check(params.appHandle);
     const bool single = !params.controlHeld && !HasMultiSwitch(params.argv) &&
                         params.options.found && params.options.OnlyOneInstance;
-    if (first)
+    if (first) {
+        Trace("RunInstanceCheck() - first instance");
         return TEntryOutcome::RunAsFirst;
-    if (!single)
+    }
+    if (!single) {
+        Trace("RunInstanceCheck() - further instance");
         return TEntryOutcome::RunAsOther;
+    }
     for (int poll = 0; poll < params.pollCount; ++poll) {
-        if (const uint64_t window = block.GetWinHandle()) {
+        if (block.GetWinHandle()) {
             const std::vector<std::string> args(params.argv.begin() + 1, params.argv.end());
-            const auto text = QString::fromStdString(BuildParamString(args, params.cwd));
-            if (SendHandOver(window, kHandOverParams, text))
+            if (block.SendToInstance(args, params.cwd)) {
+                Trace("RunInstanceCheck() - handed over");
                 return TEntryOutcome::HandedOver;
+            }
             break; // a window that does not answer is as good as none
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(params.pollIntervalMs));

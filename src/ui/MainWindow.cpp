@@ -1,6 +1,7 @@
 // Main window: tabs follow the helper's documents; menu commands call the helper.
 #include "ui/MainWindow.h"
 
+#include "common/Trace.h"
 #include "shell/RootFolder.h"
 #include "ui/EditorWidget.h"
 
@@ -13,6 +14,16 @@
 #include <QTabWidget>
 
 namespace zv {
+namespace {
+
+// A tab shows the file name; "&" is doubled so that it is not taken for a mnemonic.
+QString TabCaption(const TDocument& doc) {
+    QString caption = QFileInfo(QString::fromStdString(doc.FFilePath)).fileName();
+    caption.replace(QLatin1Char('&'), QStringLiteral("&&"));
+    return doc.FModified ? caption + QLatin1Char('*') : caption;
+}
+
+} // namespace
 
 TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
     : QMainWindow(parent), FHelper(helper), FTabs(new QTabWidget(this)) {
@@ -59,7 +70,8 @@ void TMainWindow::BringUp() {
 }
 
 void TMainWindow::ShowLine(int line) {
-    if (auto* editor = EditorAt(FTabs->currentIndex())) {
+    Trace("ShowLine() - line " + std::to_string(line));
+    if (auto* editor = ActiveEditor()) {
         editor->ShowRow(line - 1);
         editor->setFocus();
     }
@@ -67,6 +79,29 @@ void TMainWindow::ShowLine(int line) {
 
 TEditorWidget* TMainWindow::EditorAt(int index) const {
     return qobject_cast<TEditorWidget*>(FTabs->widget(index));
+}
+
+TEditorWidget* TMainWindow::ActiveEditor() const {
+    return EditorAt(FTabs->currentIndex());
+}
+
+void TMainWindow::AttachForm(TMainForm& form) {
+    connect(&form, &TMainForm::pasteRequested, this, &TMainWindow::PasteHandedOver);
+}
+
+void TMainWindow::PasteHandedOver(const QString& text) {
+    Trace("PasteHandedOver() - " + std::to_string(text.size()) + " characters");
+    TEditorWidget* editor = ActiveEditor();
+    if (!editor)
+        return;
+    TZvMemo& memo = editor->Memo();
+    if (memo.HasSelection()) {
+        TZvPos start, end;
+        memo.OrderedSelection(start, end);
+        memo.ClearSelection();
+        memo.SetTextCursor(start.X, start.Y);
+    }
+    editor->PasteText(text);
 }
 
 int TMainWindow::IndexOf(const TDocument& doc) const {
@@ -81,10 +116,30 @@ void TMainWindow::DocumentAdded(TDocument& doc) {
     auto* editor = new TEditorWidget(FTabs);
     editor->SetLines(doc.Lines.get());
     editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder());
+    BindEditor(*editor, doc);
     FSyncingTabs = true;
-    FTabs->addTab(editor, QFileInfo(QString::fromStdString(doc.FFilePath)).fileName());
-    FTabs->setTabToolTip(FTabs->count() - 1, QString::fromStdString(doc.FFilePath));
+    const int index = FTabs->addTab(editor, TabCaption(doc));
+    FTabs->setTabToolTip(index, QString::fromStdString(doc.FFilePath));
     FSyncingTabs = false;
+    Trace("DocumentAdded() - tab " + std::to_string(index + 1) + ": " + doc.FFilePath);
+}
+
+void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {
+    // The editor dies with its tab, before the document it refers to.
+    connect(&editor, &TEditorWidget::ModifiedChanged, this,
+            [this, &doc](bool modified) { ModifiedChanged(doc, modified); });
+    editor.FOnSave = [this, &doc] { return FHelper.SaveFile(&doc); };
+}
+
+void TMainWindow::ModifiedChanged(TDocument& doc, bool modified) {
+    doc.FModified = modified;
+    UpdateCaption(doc);
+    UpdateTitle();
+}
+
+void TMainWindow::UpdateCaption(const TDocument& doc) {
+    if (const int index = IndexOf(doc); index >= 0)
+        FTabs->setTabText(index, TabCaption(doc));
 }
 
 void TMainWindow::DocumentRemoved(TDocument& doc) {
@@ -116,6 +171,8 @@ void TMainWindow::DocumentActivated(TDocument& doc) {
 void TMainWindow::DocumentReloaded(TDocument& doc) {
     if (auto* editor = EditorAt(IndexOf(doc)))
         editor->SetLines(doc.Lines.get());
+    UpdateCaption(doc);
+    UpdateTitle();
 }
 
 void TMainWindow::TabChanged(int index) {
@@ -128,8 +185,12 @@ void TMainWindow::TabChanged(int index) {
 
 void TMainWindow::UpdateTitle() {
     const TDocument* doc = FHelper.ActiveDocument();
-    setWindowTitle(doc ? QStringLiteral("Zevrit - ") + QString::fromStdString(doc->FFilePath)
-                       : QStringLiteral("Zevrit"));
+    if (!doc) {
+        setWindowTitle(QStringLiteral("Zevrit"));
+        return;
+    }
+    const QString title = QStringLiteral("Zevrit - ") + QString::fromStdString(doc->FFilePath);
+    setWindowTitle(doc->FModified ? title + QLatin1Char('*') : title);
 }
 
 void TMainWindow::OpenFileClick() {
@@ -142,7 +203,11 @@ void TMainWindow::OpenFileClick() {
 }
 
 void TMainWindow::SaveClick() {
-    FHelper.SaveFile();
+    // Through the editor, so that its modified mark is cleared with the document's.
+    if (auto* editor = ActiveEditor())
+        editor->Save();
+    else
+        FHelper.SaveFile();
 }
 
 void TMainWindow::CloseTabClick(int index) {

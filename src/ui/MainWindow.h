@@ -1,5 +1,6 @@
 // The Zevrit main window: one tab group of editor widgets, the File menu, and the view
-// side of the main object.
+// side of the main object. A tab's caption and the window title end in "*" while the
+// document differs from its file.
 #pragma once
 
 #include "shell/MainForm.h"
@@ -31,8 +32,15 @@ public:
     void DocumentActivated(TDocument& doc) override;
     void DocumentReloaded(TDocument& doc) override;
 
+    // Takes the main object's requests that need an editor (hand-over kind 1009: paste).
+    void AttachForm(TMainForm& form);
+    // Pastes handed-over text into the active editor by smart paste; a selection is first
+    // reduced to its start, so the text goes in before it and nothing is replaced.
+    void PasteHandedOver(const QString& text);
+
     QTabWidget* TabGroup() const { return FTabs; }
     TEditorWidget* EditorAt(int index) const;
+    TEditorWidget* ActiveEditor() const;
 
 private:
     void CreateMenus();
@@ -41,6 +49,10 @@ private:
     void CloseTabClick(int index);
     void TabChanged(int index);
     int IndexOf(const TDocument& doc) const;
+    // The editor follows the document: modified mark, saving through the helper.
+    void BindEditor(TEditorWidget& editor, TDocument& doc);
+    void ModifiedChanged(TDocument& doc, bool modified);
+    void UpdateCaption(const TDocument& doc);
     void UpdateTitle();
 
     TMainFormHelper& FHelper;

@@ -155,7 +155,14 @@ TEST(ArgumentPass, FirstPlaceSwitches) {
     Pass compare;
     compare.Run({"/COMPARE", "x", "y"});
     EXPECT_TRUE(compare.state.FCompareRequested);
-    EXPECT_TRUE(compare.host.opened.empty());
+    EXPECT_EQ(compare.state.FCompareFile1, "x");
+    EXPECT_EQ(compare.state.FCompareFile2, "y");
+    EXPECT_TRUE(compare.host.opened.empty()) << "the pass ends: compare opens the two itself";
+
+    Pass short_;
+    short_.Run({"/COMPARE", "x"});
+    EXPECT_FALSE(short_.state.FCompareRequested) << "two arguments are not a compare";
+    EXPECT_EQ(Paths(short_.host), (std::vector<std::string>{"/COMPARE", "x"}));
 
     Pass later;
     later.Run({"a", "/MULTI"});

@@ -1,6 +1,7 @@
 // The instance block: first-instance role by flock, window table operations, and the
 // 100-byte layout seen by a second mapping of the same file.
 #include "shell/RunOnce.h"
+#include "support/ZvTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -11,13 +12,10 @@
 
 namespace {
 
+// The blocks of this test program; the folder goes when the program ends.
 std::string TestFolder() {
-    static const std::string folder = [] {
-        std::string f = "/tmp/zv-runonce-" + std::to_string(::getpid());
-        ::mkdir(f.c_str(), 0700);
-        return f;
-    }();
-    return folder;
+    static const zvtest::TTempDir folder("zv-runonce");
+    return folder.Path().string();
 }
 
 std::string RawBlock(const std::string& name) {
@@ -50,15 +48,16 @@ TEST(RunOnce, FirstInstanceWritesHeaderAndSecondIsRefused) {
 }
 
 TEST(RunOnce, ReleasedWhenTheFirstProcessDies) {
+    const std::string folder = TestFolder(); // made before the fork: one folder for both
     const pid_t child = ::fork();
     if (child == 0) {
-        zv::TRunOnce first("block-b", TestFolder());
+        zv::TRunOnce first("block-b", folder);
         _exit(first.Check(1) ? 0 : 1);
     }
     int status = 0;
     ::waitpid(child, &status, 0);
     ASSERT_EQ(WEXITSTATUS(status), 0);
-    zv::TRunOnce next("block-b", TestFolder());
+    zv::TRunOnce next("block-b", folder);
     EXPECT_TRUE(next.Check(2)) << "a dead first instance frees the role";
 }
 

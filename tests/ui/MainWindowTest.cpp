@@ -1,7 +1,10 @@
-// The first window off screen: tabs follow documents, the editor widget paints rows and
-// scrolls to a line, keys move through a long document, Ctrl+S saves.
+// The first window off screen: files of a command line become tabs, tabs follow documents,
+// the editor widget paints rows and scrolls to a line, keys move through a long document,
+// Ctrl+S saves, the modified mark shows, handed-over text is pasted.
 #include "ui/MainWindow.h"
 #include "platform/Prompt.h"
+#include "shell/HandOver.h"
+#include "shell/MainForm.h"
 #include "shell/MainFormHelper.h"
 #include "support/ZvTestSupport.h"
 #include "ui/EditorWidget.h"
@@ -38,12 +41,93 @@ protected:
     zv::TMainFormHelper helper{prompt};
 };
 
+std::string ReadAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::string Utf8(std::u16string_view text) {
+    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size())).toStdString();
+}
+
+// The rows an editor shows joined by "\n" (a final line end shows as an empty last row).
+std::string ShownText(const zv::TEditorWidget& editor) {
+    std::string text;
+    for (int row = 0; row < editor.Memo().RowCount(); ++row)
+        text += (row > 0 ? "\n" : "") + Utf8(editor.Memo().RowText(row));
+    return text;
+}
+
 int InkPixels(const QImage& image, QRgb background) {
     int ink = 0;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             ink += image.pixel(x, y) != background;
     return ink;
+}
+
+TEST_F(MainWindowTest, CommandLineFilesBecomeTabsShowingTheirText) {
+    std::string longText;
+    for (int i = 1; i <= 40; ++i)
+        longText += "int line" + std::to_string(i) + ";\n";
+    const auto b = Write("b.c", longText);
+    const auto a = Write("a.txt", "alpha\nbeta");
+    zv::TMainWindow window(helper);
+    zv::TMainForm form(helper, &window);
+    window.show();
+    form.FormShow({"zevrit", b, "/L:3", a, "/R"});
+    ASSERT_EQ(window.TabGroup()->count(), 2);
+    EXPECT_EQ(window.TabGroup()->tabText(0), "a.txt") << "collected files open sorted";
+    EXPECT_EQ(window.TabGroup()->tabText(1), "b.c");
+    EXPECT_EQ(ShownText(*window.EditorAt(0)), ReadAll(a));
+    EXPECT_EQ(ShownText(*window.EditorAt(1)), longText);
+    EXPECT_EQ(window.TabGroup()->currentIndex(), 1) << "the last file opened is active";
+    EXPECT_EQ(window.ActiveEditor()->CaretRow(), 2) << "/L:3 puts the caret on line 3";
+    EXPECT_TRUE(helper.Documents()[0]->FReadOnly && helper.Documents()[1]->FReadOnly);
+}
+
+TEST_F(MainWindowTest, ModifiedMarkFollowsTheEditorUntilSaved) {
+    const auto path = Write("R&D.txt", "abc\n");
+    ASSERT_TRUE(Load(path));
+    zv::TMainWindow window(helper);
+    window.show();
+    window.DocumentAdded(*helper.Documents()[0]);
+    EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt") << "no mnemonic from the name";
+    auto* editor = window.EditorAt(0);
+    QTest::keyClicks(editor, "x");
+    const zv::TDocument& doc = *helper.Documents()[0];
+    EXPECT_TRUE(doc.FModified);
+    EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt*");
+    EXPECT_EQ(window.windowTitle().toStdString(), "Zevrit - " + path + "*");
+
+    QTest::keyClick(editor, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(ReadAll(path), "xabc\n");
+    EXPECT_FALSE(doc.FModified);
+    EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt");
+    EXPECT_EQ(window.windowTitle().toStdString(), "Zevrit - " + path);
+
+    QTest::keyClick(editor, Qt::Key_Backspace);
+    EXPECT_TRUE(doc.FModified);
+    QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(doc.FModified) << "undo back to the saved text clears the mark";
+    EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt");
+}
+
+TEST_F(MainWindowTest, HandedOverTextIsPastedBeforeTheSelection) {
+    zv::TMainWindow window(helper);
+    zv::TMainForm form(helper, &window);
+    window.AttachForm(form);
+    window.show();
+    form.HandOverReceived(zv::kHandOverPaste, "lost"); // no document: nothing to paste into
+    ASSERT_TRUE(Load(Write("p.txt", "alpha beta\n")));
+    auto& memo = window.ActiveEditor()->Memo();
+    memo.SetSelection({2, 0}, {5, 0});
+    form.HandOverReceived(zv::kHandOverPaste, "XY");
+    EXPECT_EQ(Utf8(memo.RowText(0)), "alXYpha beta") << "the selection stays, text goes first";
+    EXPECT_TRUE(helper.Documents()[0]->FModified);
+
+    form.HandOverReceived(zv::kHandOverZenWindow, " 4711 ");
+    EXPECT_EQ(form.FZenHWnd, 4711u);
 }
 
 TEST_F(MainWindowTest, TabsFollowDocumentsAndTitleNamesTheActiveOne) {

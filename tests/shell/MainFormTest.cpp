@@ -1,0 +1,90 @@
+// The main object headless: hand-overs that arrive together open in one sorted pass after
+// the delay, missing files follow their switches, /COMPARE needs two different files.
+#include "shell/MainForm.h"
+#include "platform/Prompt.h"
+#include "shell/HandOver.h"
+#include "shell/MainFormHelper.h"
+#include "support/ZvTestSupport.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class MainFormTest : public ::testing::Test {
+protected:
+    void SetUp() override { zvtest::TheApp<QCoreApplication>(); }
+    std::string Write(const std::string& name) {
+        std::ofstream(dir / name) << name << "\n";
+        return (dir / name).string();
+    }
+    std::vector<std::string> OpenPaths() const {
+        std::vector<std::string> paths;
+        for (const auto& doc : helper.Documents())
+            paths.push_back(doc->FFilePath);
+        return paths;
+    }
+    // Lets the hand-over timer fire; bounded by time.
+    void WaitForDocuments(size_t count) {
+        QElapsedTimer clock;
+        clock.start();
+        while (helper.Documents().size() < count && clock.elapsed() < 5000)
+            QTest::qWait(20);
+    }
+    zvtest::TTempDir temp{"zv-mainform"};
+    const fs::path dir = temp.Path();
+    zv::THeadlessPrompt prompt{false};
+    zv::TMainFormHelper helper{prompt};
+    zv::TMainForm form{helper, nullptr};
+};
+
+TEST_F(MainFormTest, HandOversInARowOpenInOneSortedPassAfterTheDelay) {
+    const auto b = Write("b.txt");
+    const auto a = Write("a.txt");
+    QElapsedTimer clock;
+    clock.start();
+    form.HandOverReceived(zv::kHandOverParams, QString::fromStdString("/R|" + b + "|"));
+    form.HandOverReceived(zv::kHandOverParams, QString::fromStdString(a + "|"));
+    EXPECT_TRUE(helper.Documents().empty()) << "nothing opens before the timer";
+    WaitForDocuments(2);
+    EXPECT_GE(clock.elapsed(), zv::TMainForm::kParamsDelayMs - 50);
+    EXPECT_EQ(OpenPaths(), (std::vector<std::string>{a, b})) << "one pass, sorted";
+    EXPECT_TRUE(helper.Documents()[0]->FReadOnly) << "the flags of the pass act on both";
+    EXPECT_TRUE(form.ParamStrings().empty());
+}
+
+TEST_F(MainFormTest, MissingFileIsNewUnlessHexOrMonitorAsks) {
+    const auto missing = (dir / "new.txt").string();
+    form.FormShow({"zevrit", "/HEX", missing});
+    EXPECT_TRUE(helper.Documents().empty()) << "the not-found question answers no headless";
+    ASSERT_EQ(prompt.Log().size(), 1u);
+    form.FormShow({"zevrit", "/MONITOR", missing});
+    EXPECT_TRUE(helper.Documents().empty());
+    EXPECT_EQ(prompt.Log().size(), 2u);
+    form.FormShow({"zevrit", missing});
+    ASSERT_EQ(OpenPaths(), std::vector<std::string>{missing});
+    EXPECT_TRUE(helper.Documents()[0]->FIsNew);
+    EXPECT_EQ(prompt.Log().size(), 2u) << "a plain name is created without asking";
+}
+
+TEST_F(MainFormTest, CompareNeedsTwoDifferentExistingFiles) {
+    const auto a = Write("a.txt");
+    const auto b = Write("b.txt");
+    form.FormShow({"zevrit", "/COMPARE", a, a});
+    form.FormShow({"zevrit", "/COMPARE", a, (dir / "missing.txt").string()});
+    EXPECT_TRUE(helper.Documents().empty());
+    EXPECT_TRUE(prompt.Log().empty()) << "nothing happens but the start";
+    form.FormShow({"zevrit", "-compare", b, a});
+    EXPECT_EQ(OpenPaths(), (std::vector<std::string>{b, a})) << "file1 first, then file2";
+    EXPECT_EQ(prompt.Log().size(), 1u) << "the compare itself is announced as unavailable";
+}
+
+} // namespace

@@ -1,0 +1,146 @@
+// Real window processes, off screen: the first opens the files of its command line as tabs
+// and takes the files of a second call, which exits; a killed first instance is taken over.
+// What the windows did is read from their diagnostic trace, switched on by DebugOptions.txt
+// beside a private copy of the program.
+#include "TestProcess.h"
+#include "support/ZvTestSupport.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kWaitMs = 30000; // generous: the machine may be busy building
+
+class WindowInstances : public ::testing::Test {
+protected:
+    void SetUp() override {
+        zvtest::TheApp<QCoreApplication>();
+        MakeProgramTree();
+        fs::create_directories(dir / "root" / "Data");
+        fs::create_directories(dir / "files");
+        fs::create_directories(dir / "elsewhere");
+        std::ofstream(dir / "root" / "Data" / "StartOptions.ini")
+            << "[Misc]\r\nOnlyOneInstance=1\r\n";
+        env = zvtest::IsolatedEnvironment(dir / "root", dir / "run");
+    }
+    void TearDown() override {
+        for (auto* process : {&first, &second}) {
+            process->kill();
+            process->waitForFinished(5000);
+        }
+    }
+
+    // A portable tree of our own: a copy of the program with DebugOptions.txt beside it
+    // (the trace, appended by every process) and the data folders of the build's tree.
+    void MakeProgramTree() {
+        const fs::path tree = dir / "Zevrit";
+        fs::create_directories(tree / "bin");
+        fs::copy_file(ZV_APP_PATH, program);
+        std::ofstream(tree / "bin" / "DebugOptions.txt") << "DebugOutput=1\nLogFileAppend=1\n";
+        for (const auto& entry : fs::directory_iterator(ZV_TEST_TREE))
+            if (entry.path().filename() != "bin")
+                fs::create_directory_symlink(entry.path(), tree / entry.path().filename());
+    }
+
+    fs::path Write(const std::string& name, const std::string& text) {
+        std::ofstream(dir / "files" / name, std::ios::binary) << text;
+        return dir / "files" / name;
+    }
+
+    void Start(QProcess& process, const fs::path& workDir, const QStringList& args) {
+        process.setProcessEnvironment(env);
+        process.setWorkingDirectory(QString::fromStdString(workDir.string()));
+        process.start(QString::fromStdString(program.string()), args);
+        ASSERT_TRUE(process.waitForStarted(kWaitMs));
+    }
+
+    std::string TraceText() const {
+        std::ifstream in(dir / "root" / "Data" / "DebugOutput.txt", std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+
+    // Waits until the trace holds `line`; false after kWaitMs.
+    bool WaitForTrace(const std::string& line) const {
+        QElapsedTimer clock;
+        clock.start();
+        while (clock.elapsed() < kWaitMs) {
+            if (TraceText().find(line) != std::string::npos)
+                return true;
+            QTest::qWait(50);
+        }
+        return false;
+    }
+
+    std::string TabLine(int tab, const std::string& name) const {
+        return "DocumentAdded() - tab " + std::to_string(tab) + ": " +
+               (dir / "files" / name).string() + "\n";
+    }
+
+    zvtest::TTempDir temp{"zv-windows"};
+    const fs::path dir = temp.Path();
+    const fs::path program = dir / "Zevrit" / "bin" / "zevrit";
+    QProcessEnvironment env;
+    QProcess first;
+    QProcess second;
+};
+
+TEST_F(WindowInstances, FirstWindowOpensItsFilesAndTakesTheFilesOfASecondCall) {
+    std::string rows;
+    for (int i = 1; i <= 50; ++i)
+        rows += "row " + std::to_string(i) + "\n";
+    Write("a.txt", rows);
+    Write("b.c", "int main() { return 0; }\n");
+    Write("c.txt", "handed over\n");
+    Start(first, dir / "files", {"a.txt", "/L:3", "b.c"});
+    ASSERT_TRUE(WaitForTrace(TabLine(2, "b.c"))) << TraceText();
+    EXPECT_NE(TraceText().find(TabLine(1, "a.txt")), std::string::npos);
+    EXPECT_TRUE(WaitForTrace("ShowLine() - line 3\n")) << TraceText();
+
+    // A relative name from another folder: the sender resolves it against its own folder.
+    Start(second, dir / "elsewhere", {"../files/c.txt"});
+    ASSERT_TRUE(second.waitForFinished(kWaitMs));
+    EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(second.exitCode(), 0) << second.readAllStandardError().toStdString();
+    EXPECT_TRUE(WaitForTrace(TabLine(3, "c.txt"))) << TraceText();
+    EXPECT_NE(TraceText().find("RunInstanceCheck() - handed over"), std::string::npos);
+    EXPECT_EQ(first.state(), QProcess::Running) << "the first window lives on";
+}
+
+TEST_F(WindowInstances, KilledFirstInstanceIsTakenOverByTheNextStart) {
+    Write("a.txt", "a\n");
+    Write("b.txt", "b\n");
+    Write("c.txt", "c\n");
+    Start(first, dir / "files", {"a.txt"});
+    ASSERT_TRUE(WaitForTrace(TabLine(1, "a.txt"))) << TraceText();
+    first.kill(); // no clean-up: the block still names its window
+    ASSERT_TRUE(first.waitForFinished(kWaitMs));
+
+    fs::remove(dir / "root" / "Data" / "DebugOutput.txt");
+    QElapsedTimer clock;
+    clock.start();
+    Start(second, dir / "files", {"b.txt"});
+    ASSERT_TRUE(WaitForTrace(TabLine(1, "b.txt"))) << TraceText();
+    EXPECT_LT(clock.elapsed(), 5000 + 10000) << "within the poll time and a start";
+    EXPECT_EQ(second.state(), QProcess::Running) << "it runs as the first instance";
+
+    // The next call hands over to the new first window.
+    const auto third =
+        zvtest::RunProgram(QString::fromStdString(program.string()), {"c.txt"}, env, kWaitMs,
+                           QString::fromStdString((dir / "files").string()));
+    ASSERT_TRUE(third.finished);
+    EXPECT_EQ(third.exitCode, 0) << third.err;
+    EXPECT_TRUE(WaitForTrace(TabLine(2, "c.txt"))) << TraceText();
+}
+
+} // namespace
