@@ -176,7 +176,10 @@ struct TStyle {
     bool operator==(const TStyle&) const = default;
 };
 
+// Every row carries a TStyle: these sizes are part of the per-row memory budget.
+static_assert(sizeof(TStyleProperties) == 20);
 static_assert(sizeof(TBlockStyle) == 16);
+static_assert(sizeof(TRegionStyle) == 12);
 static_assert(sizeof(TStyle) <= 56);
 
 // The start-of-document state; `full` also empties the fold and region words.

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <map>
 #include <optional>
 #include <set>
 #include <sstream>
@@ -114,11 +115,11 @@ TEST(LanguageOracle, JavaScriptGlobalsWeColourExist) {
     }
 }
 
-// The words joined for a command line (the shipped words are letters, digits, "_" and "-").
+// The words joined for a command line, each quoted for the shell (some end in "?").
 std::string Arguments(const std::set<std::string>& words) {
     std::string out;
     for (const std::string& w : words)
-        out += " " + w;
+        out += " '" + w + "'";
     return out;
 }
 
@@ -222,6 +223,160 @@ TEST(LanguageOracle, JavaReservedWordsAreKeywordsAndContextualOnesAreNot) {
     EXPECT_EQ(Missing(*keywords, expected), ""); // no contextual word is
     EXPECT_GT(reserved.size(), 30u);             // the groups are still there under these names
     EXPECT_FALSE(contextual.empty());
+}
+
+TEST(LanguageOracle, CReservedWordsCannotNameAVariable) {
+    const std::set<std::string> ours = ShippedWords("c.syx", u"Reserved");
+    ASSERT_GT(ours.size(), 30u);
+    test::TTempDir dir;
+    std::string source; // line n defines a variable named by the n-th word
+    for (const std::string& w : ours)
+        source += "int " + w + " = 0;\n";
+    const auto file = test::WriteFile(dir.Path() / "words.c", source);
+    auto refused = WordsOf("cc -x c -std=c2x -fsyntax-only -fmax-errors=0 '" + file.string() +
+                           "' 2>&1 | sed -n 's/^.*words\\.c:\\([0-9]*\\):[0-9]*: error:.*/\\1/p'");
+    if (!refused)
+        GTEST_SKIP() << "no C compiler";
+    std::set<std::string> accepted;
+    int line = 0;
+    for (const std::string& w : ours)
+        if (!refused->count(std::to_string(++line)))
+            accepted.insert(w);
+    // The keywords C23 adds, which a compiler older than C23 still takes as names.
+    EXPECT_EQ(Missing(accepted, {"alignas", "alignof", "constexpr", "static_assert", "thread_local",
+                                 "typeof", "typeof_unqual"}),
+              "");
+}
+
+TEST(LanguageOracle, LuaReservedWordsAndLibraryNames) {
+    const std::set<std::string> reserved = ShippedWords("lua.syx", u"Reserved");
+    const std::set<std::string> constants = ShippedWords("lua.syx", u"Constants");
+    const std::set<std::string> library = ShippedWords("lua.syx", u"Library");
+    std::set<std::string> all = reserved;
+    all.insert(constants.begin(), constants.end());
+    all.insert(library.begin(), library.end());
+    // The words Lua refuses as a local's name, and the names that evaluate to nothing.
+    auto refused = WordsOf("lua5.4 -e 'for i = 1, #arg do if not load(\"local \" .. arg[i] .. "
+                           "\" = 1\") then io.write(arg[i], \" \") end end print(\".\")' "
+                           "/dev/null" +
+                           Arguments(all));
+    auto undefined = WordsOf("lua5.4 -e 'for i = 1, #arg do local f = load(\"return \" .. arg[i]) "
+                             "if not f or f() == nil then io.write(arg[i], \" \") end end "
+                             "print(\".\")' /dev/null" +
+                             Arguments(all));
+    if (!refused || !undefined)
+        GTEST_SKIP() << "lua5.4 is not installed";
+    refused->erase(".");
+    undefined->erase(".");
+    std::set<std::string> keywords = reserved;
+    keywords.insert({"true", "false", "nil"});
+    EXPECT_EQ(Missing(keywords, *refused), "");
+    EXPECT_EQ(Missing(*refused, keywords), "");
+    // Every library name and constant is defined, but the keywords and a method's receiver.
+    std::set<std::string> valueless = keywords;
+    valueless.insert("self");
+    EXPECT_GT(library.size(), 20u);
+    EXPECT_EQ(Missing(*undefined, valueless), "");
+}
+
+TEST(LanguageOracle, RubyReservedWordsCannotBeAssignedAndMethodsExist) {
+    std::set<std::string> reserved = ShippedWords("ruby.syx", u"Reserved");
+    const std::set<std::string> constants = ShippedWords("ruby.syx", u"Constants");
+    reserved.insert(constants.begin(), constants.end());
+    ASSERT_GT(reserved.size(), 35u);
+    auto refused = WordsOf("ruby -e 'ARGV.each { |w| begin; eval(\"#{w} = 1\"); "
+                           "rescue SyntaxError; print w, \" \"; end }; puts \".\"'" +
+                           Arguments(reserved));
+    const std::set<std::string> methods = ShippedWords("ruby.syx", u"Methods");
+    auto unknown = WordsOf("ruby -e 'ARGV.each { |w| print w, \" \" unless [Object.new, "
+                           "Module.new, Class.new].any? { |o| o.respond_to?(w, true) } }; "
+                           "puts \".\"'" +
+                           Arguments(methods));
+    if (!refused || !unknown)
+        GTEST_SKIP() << "ruby is not installed";
+    refused->erase(".");
+    unknown->erase(".");
+    EXPECT_EQ(Missing(reserved, *refused), ""); // each is a keyword
+    EXPECT_FALSE(methods.empty());
+    EXPECT_EQ(Missing(*unknown, {}), ""); // each is a method every object or class has
+}
+
+TEST(LanguageOracle, PhpReservedWordsAreTokensAndConstantsAreDefined) {
+    const std::set<std::string> reserved = ShippedWords("php.syx", u"Reserved");
+    ASSERT_GT(reserved.size(), 60u);
+    // The words PHP's own tokenizer reads as a name rather than a keyword.
+    auto names = WordsOf("php -r 'foreach (array_slice($argv, 1) as $w) { $t = token_get_all("
+                         "\"<?php $w x\")[1]; if (is_array($t) && $t[0] == T_STRING) echo "
+                         "\"$w \"; } echo \".\";' --" +
+                         Arguments(reserved));
+    const std::set<std::string> constants = ShippedWords("php.syx", u"Constants");
+    // A constant is defined, or a magic constant the tokenizer knows.
+    auto unknown = WordsOf("php -r 'foreach (array_slice($argv, 1) as $w) { $t = token_get_all("
+                           "\"<?php $w\")[1]; if (!defined($w) && is_array($t) && $t[0] == "
+                           "T_STRING) echo \"$w \"; } echo \".\";' --" +
+                           Arguments(constants));
+    if (!names || !unknown)
+        GTEST_SKIP() << "php is not installed";
+    names->erase(".");
+    unknown->erase(".");
+    EXPECT_EQ(Missing(*names, {}), "");
+    // Class names with a special meaning inside a class.
+    EXPECT_EQ(Missing(*unknown, {"self", "parent"}), "");
+}
+
+// Go's own packages list its keywords (go/token) and its predeclared names by kind (go/types).
+constexpr std::string_view kGoPredeclared = R"(package main
+
+import (
+	"fmt"
+	"go/token"
+	"go/types"
+)
+
+func main() {
+	for t := token.Token(0); t < 256; t++ {
+		if t.IsKeyword() {
+			fmt.Print("Reserved:", t.String(), " ")
+		}
+	}
+	for _, name := range types.Universe.Names() {
+		switch types.Universe.Lookup(name).(type) {
+		case *types.TypeName:
+			fmt.Print("Types:", name, " ")
+		case *types.Const, *types.Nil:
+			fmt.Print("Constants:", name, " ")
+		case *types.Builtin:
+			fmt.Print("Builtins:", name, " ")
+		}
+	}
+	fmt.Println(".")
+}
+)";
+
+TEST(LanguageOracle, GoGroupsAreTheKeywordsAndPredeclaredNames) {
+    test::TTempDir dir;
+    const auto program = test::WriteFile(dir.Path() / "words.go", kGoPredeclared);
+    const std::string d = dir.Path().string();
+    auto listed = WordsOf("cd '" + d + "' && GOCACHE='" + d + "/cache' GOPATH='" + d +
+                          "/gopath' GOFLAGS= go run words.go");
+    if (!listed)
+        GTEST_SKIP() << "go is not installed";
+    std::map<std::string, std::set<std::string>> go;
+    for (const std::string& entry : *listed)
+        if (const auto colon = entry.find(':'); colon != std::string::npos)
+            go[entry.substr(0, colon)].insert(entry.substr(colon + 1));
+    for (const char* group : {"Reserved", "Types", "Constants"}) {
+        const std::set<std::string> ours = ShippedWords("go.syx", Utf8ToUtf16(group));
+        EXPECT_EQ(Missing(go[group], ours), "") << group;
+        EXPECT_EQ(Missing(ours, go[group]), "") << group;
+    }
+    const std::set<std::string> builtins = ShippedWords("go.syx", u"Builtins");
+    EXPECT_GT(go["Builtins"].size(), 10u);
+    EXPECT_EQ(Missing(go["Builtins"], builtins), "");
+    // The built-ins of Go 1.21, which an older toolchain does not know yet.
+    std::set<std::string> newer = go["Builtins"];
+    newer.insert({"clear", "max", "min"});
+    EXPECT_EQ(Missing(builtins, newer), "");
 }
 
 } // namespace
