@@ -125,6 +125,7 @@ int main(int argc, char** argv) {
     form.RegisterWindow(block, outcome == zv::TEntryOutcome::RunAsFirst);
     window.show();
     form.FormShow(windowArgs);
+    zv::SettingsStarted(zv::GetRootFolder());
     const int code = app.exec();
     helper.FApplicationClosing = true;
     block.FreeFiles();

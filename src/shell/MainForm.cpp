@@ -5,6 +5,7 @@
 #include "shell/HandOver.h"
 #include "shell/Language.h"
 #include "shell/RunOnce.h"
+#include "shell/Settings.h"
 #include "shell/Switches.h"
 
 #include <filesystem>
@@ -13,6 +14,9 @@ namespace zv {
 
 TMainForm::TMainForm(TMainFormHelper& helper, IMainView* view, QObject* parent)
     : QObject(parent), FHelper(helper), FView(view) {
+    // What FormCreate reads once the settings are open.
+    FHelper.SetCustomize(SettingsIni());
+    FHelper.LoadTextOptions(SettingsIni());
     ParamsTimer.setSingleShot(true);
     ParamsTimer.setInterval(kParamsDelayMs);
     connect(&ParamsTimer, &QTimer::timeout, this, [this] { LoadStoredParamStrings(true); });

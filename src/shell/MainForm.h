@@ -34,6 +34,8 @@ public:
 class TMainForm : public QObject, public ICommandLineHost {
     Q_OBJECT
 public:
+    // Applies the settings object's options to the helper (SetCustomize, LoadTextOptions),
+    // so the settings must be open by now; view is null when headless.
     TMainForm(TMainFormHelper& helper, IMainView* view, QObject* parent = nullptr);
     ~TMainForm() override;
 

@@ -1,9 +1,13 @@
 // Loading, saving and command-line opening of documents.
 #include "shell/MainFormHelper.h"
 
+#include "ZvMemoControl/CodePages.h"
+#include "ZvMemoControl/DocumentSave.h"
 #include "common/ActionTrace.h"
 #include "common/Trace.h"
 #include "shell/Language.h"
+#include "shell/MemoOptions.h"
+#include "shell/ZvIniFiles.h"
 
 #include <filesystem>
 #include <unistd.h>
@@ -39,6 +43,22 @@ std::string AbsolutePath(const std::string& path) {
     std::error_code ec;
     auto absolute = fs::absolute(path, ec);
     return (ec ? fs::path(path) : absolute).lexically_normal().string();
+}
+
+TMainFormHelper::TMainFormHelper(IPrompt& prompt) : FPrompt(prompt) {
+    SetCustomize(TMemIniFileW());
+}
+
+void TMainFormHelper::SetCustomize(const TCustomIniFile& settings) {
+    TraceEnter("SetCustomize");
+    FCustomize = ReadCustomizeOptions(settings);
+    FMemoMisc = ReadMemoMiscOptions(settings, static_cast<int32_t>(SystemCodePage()));
+    FDelayTabLoad = FCustomize.DelayTabLoad;
+}
+
+void TMainFormHelper::LoadTextOptions(const TCustomIniFile& settings) {
+    TraceEnter("LoadTextOptions");
+    FTextOptions = zv::LoadTextOptions(settings);
 }
 
 TDocument* TMainFormHelper::ActiveDocument() const {
@@ -112,6 +132,7 @@ bool TMainFormHelper::LoadFile(const TLoadFileArgs& args) {
         auto doc = std::make_unique<TDocument>();
         doc->FFilePath = path;
         doc->FIsNew = true;
+        ApplyNewDocumentOptions(*doc->Lines, FMemoMisc);
         AddDocument(std::move(doc));
         ActionTraceListAdd("LoadFile", "new " + path);
         return true;
@@ -133,9 +154,12 @@ bool TMainFormHelper::SaveFile(TDocument* doc) {
         doc = ActiveDocument();
     if (!doc)
         return true;
-    if (!doc->Lines->SaveToFile(doc->FFilePath)) {
+    TZvSaveOptions options;
+    ApplyBackupOptions(FCustomize, options);
+    std::string error;
+    if (SaveDocument(*doc->Lines, doc->FFilePath, options, error) != TZvSaveResult::Written) {
         FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
-                            doc->FFilePath + "\"\n" + doc->Lines->LastError());
+                            doc->FFilePath + "\"\n" + error);
         return false;
     }
     doc->FModified = false;

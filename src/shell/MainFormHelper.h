@@ -5,6 +5,7 @@
 #include "platform/Prompt.h"
 #include "shell/CommandLine.h"
 #include "shell/Document.h"
+#include "shell/SettingsOptions.h"
 
 #include <memory>
 #include <string>
@@ -37,16 +38,30 @@ public:
     virtual void DocumentReloaded(TDocument& doc) = 0;
 };
 
+class TCustomIniFile;
+
 class TMainFormHelper {
 public:
-    explicit TMainFormHelper(IPrompt& prompt) : FPrompt(prompt) {}
+    // Starts with the options of an empty settings file (every key at its default).
+    explicit TMainFormHelper(IPrompt& prompt);
+
+    // Reads the program-wide keys ("Customize", "Window", "Save", ...) and the editor keys
+    // ("EditorMisc") and applies them: tab loading, save backups, the form of new
+    // documents. At start and after the options dialog; missing keys give their defaults.
+    void SetCustomize(const TCustomIniFile& settings);
+    // Reads the active colour theme's text elements, which style sets and painters take.
+    void LoadTextOptions(const TCustomIniFile& settings);
+    const TCustomizeOptions& Customize() const { return FCustomize; }
+    const TMemoMiscOptions& MemoMiscOptions() const { return FMemoMisc; }
+    const TTextOptions& TextOptions() const { return FTextOptions; }
 
     // Opens a file into a document and makes it active; true if a document now shows it.
     // A file already open is activated (and read again with Reload). A missing file is a
     // new document with CreateIfMissing, else the not-found question decides.
     bool LoadFile(const TLoadFileArgs& args);
-    // Writes the document (the active one when null) through the codec; true when the
-    // text reached the disk. A failed write leaves the file and the modified mark as they were.
+    // Writes the document (the active one when null) through the codec, after the backup
+    // the "Save" keys ask for; true when the text reached the disk. A failed write leaves
+    // the file and the modified mark as they were.
     bool SaveFile(TDocument* doc = nullptr);
     // Index of the open document with that path, or -1.
     int FindDocMemo(const std::string& path) const;
@@ -74,6 +89,9 @@ private:
     bool AskCreateMissing(const std::string& path);
 
     IPrompt& FPrompt;
+    TCustomizeOptions FCustomize; // as SetCustomize last read them (defaults before)
+    TMemoMiscOptions FMemoMisc;   // likewise; DefaultEncoding 0 until read: the ANSI page
+    TTextOptions FTextOptions;    // as LoadTextOptions last read them
     IDocumentListener* FListener = nullptr;
     std::vector<std::unique_ptr<TDocument>> FDocuments;
     int FActive = -1;

@@ -35,7 +35,10 @@ void ApplyMemoMiscOptions(TZvCustomMemo& memo, const TMemoMiscOptions& o) {
 }
 
 void ApplyNewDocumentOptions(TZvCustomMemo& memo, const TMemoMiscOptions& o) {
-    TZvMemoStrings& lines = memo.Lines();
+    ApplyNewDocumentOptions(memo.Lines(), o);
+}
+
+void ApplyNewDocumentOptions(TZvMemoStrings& lines, const TMemoMiscOptions& o) {
     // 0 or less is no code page: the system's stands in, as for a missing key.
     lines.SetCodePage(o.DefaultEncoding > 0 ? static_cast<std::uint32_t>(o.DefaultEncoding)
                                             : SystemCodePage());

@@ -8,6 +8,7 @@ namespace zv {
 
 class TCustomIniFile;
 class TZvCustomMemo;
+class TZvMemoStrings;
 
 // Sets the control's option fields and its undo limit from `options`. Caret, text, undo
 // records and per-document choices (wrap, line ends, encoding of the loaded file) stay.
@@ -17,6 +18,8 @@ void ApplyMemoMiscOptions(TZvCustomMemo& memo, const TMemoMiscOptions& options);
 // ("DefaultEncoding"), byte order mark ("DefaultEncodingBOM") and line ends ("TypeUnix": LF,
 // else "TypeMac": CR, else CR LF). Opened documents keep what their file has.
 void ApplyNewDocumentOptions(TZvCustomMemo& memo, const TMemoMiscOptions& options);
+// The same for the rows of a new document that no editor shows yet.
+void ApplyNewDocumentOptions(TZvMemoStrings& lines, const TMemoMiscOptions& options);
 
 // Reads "EditorMisc" from `settings` (a missing key gives the control's default; the
 // default encoding falls back to the system's ANSI code page) and applies it to `memo`.

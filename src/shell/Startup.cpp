@@ -56,12 +56,16 @@ std::filesystem::path UserFilesSource(const std::filesystem::path& programFolder
     return programFolder.parent_path();
 }
 
+// Runs before the tree is laid out: the copies of "Data", "Layouts", "Templates" and the
+// like are made only where the root lacks the folder, so empty folders made first would
+// keep the shipped files out.
 void InstallUserFilesIfNeeded(const std::filesystem::path& root) {
     const auto source = UserFilesSource(ProgramFolder());
     std::error_code ec;
     if (std::filesystem::equivalent(source, root, ec) ||
         ReadInstalledVersion(root) >= kUserFilesVersion)
         return;
+    std::filesystem::create_directories(root, ec);
     InstallUserFiles(source, root);
     WriteInstalledVersion(root, kUserFilesVersion);
 }
@@ -70,8 +74,8 @@ void InstallUserFilesIfNeeded(const std::filesystem::path& root) {
 
 void OpenProgramSettings(const std::filesystem::path& root, const std::filesystem::path& file) {
     TraceEnter("OpenProgramSettings");
-    PrepareDataFolder(root, ProgramFolder());
     InstallUserFilesIfNeeded(root);
+    PrepareDataFolder(root, ProgramFolder());
     OpenSettings(file);
     const auto language =
         SettingsIni().ReadString("Customize", "Language", std::string_view("eng.ini"));
@@ -84,14 +88,19 @@ void OpenProgramSettings(const std::filesystem::path& root, const std::filesyste
         });
 }
 
+void SettingsStarted(const std::filesystem::path& root) {
+    if (SettingsIni().FileName() != SettingsFilePath(root))
+        return; // a file named by /SETTINGS has no backup of its own
+    if (BackupSettingsFile(SettingsFilePath(root), SettingsBackupPath(root)))
+        Trace("SettingsStarted() - backup refreshed");
+}
+
 void CloseProgramSettings(const std::filesystem::path& root) {
     TraceEnter("CloseProgramSettings");
     SetLanguageLookup({});
     WriteStartOptions(root, SettingsIni());
     if (!SettingsIni().UpdateFile())
         Trace("CloseProgramSettings() - settings not written");
-    if (SettingsIni().FileName() == SettingsFilePath(root))
-        BackupSettingsFile(SettingsFilePath(root), SettingsBackupPath(root));
 }
 
 TEntryOutcome RunInstanceCheck(TRunOnce& block, const TEntryParams& params) {
@@ -138,6 +147,7 @@ int RunHeadless(const std::vector<std::string>& argv) {
     TMainFormHelper helper(prompt);
     TMainForm form(helper, nullptr);
     form.FormShow(args);
+    SettingsStarted(GetRootFolder());
     int failures = static_cast<int>(prompt.Log().size());
     for (const auto& doc : helper.Documents())
         if (!helper.SaveFile(doc.get()))

@@ -27,8 +27,11 @@ std::filesystem::path SettingsFileFor(const std::vector<std::string>& argv,
 // Lays out the data folder (restoring the settings file if need be), opens the settings
 // file and the language file they name, and routes the program's texts through it.
 void OpenProgramSettings(const std::filesystem::path& root, const std::filesystem::path& file);
-// Writes StartOptions.ini, then the settings (last, as the shutdown order wants), then
-// refreshes the backup from the file just written.
+// Once the start has succeeded (the arguments are processed, the window shows): copies the
+// main settings file over "Zevrit.ini.bak", so that settings which break the start never
+// displace the good copy. Nothing for a file named by /SETTINGS.
+void SettingsStarted(const std::filesystem::path& root);
+// Writes StartOptions.ini, then the settings (last, as the shutdown order wants).
 void CloseProgramSettings(const std::filesystem::path& root);
 
 enum class TEntryOutcome {

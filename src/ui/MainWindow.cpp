@@ -2,6 +2,7 @@
 #include "ui/MainWindow.h"
 
 #include "common/Trace.h"
+#include "shell/MemoOptions.h"
 #include "shell/RootFolder.h"
 #include "ui/EditorWidget.h"
 
@@ -115,6 +116,7 @@ int TMainWindow::IndexOf(const TDocument& doc) const {
 void TMainWindow::DocumentAdded(TDocument& doc) {
     auto* editor = new TEditorWidget(FTabs);
     editor->SetLines(doc.Lines.get());
+    ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
     editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder());
     BindEditor(*editor, doc);
     FSyncingTabs = true;

@@ -1,6 +1,8 @@
 // The headless run of the real program: files named on its command line are loaded and
 // saved back; unchanged documents must come back byte for byte (checked with cmp).
 #include "TestProcess.h"
+#include "shell/DataFolders.h"
+#include "shell/ZvIniFiles.h"
 #include "support/ZvTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -83,7 +85,7 @@ TEST_F(HeadlessRun, SettingsAreWrittenAtTheEndToTheFileASettingsSwitchNames) {
     auto result = Run({"-headless", QString::fromStdString(kept.string())});
     ASSERT_EQ(result.exitCode, 0) << result.err;
     EXPECT_TRUE(fs::exists(dir / "root" / "Zevrit.ini"));
-    EXPECT_TRUE(fs::exists(dir / "root" / "Zevrit.ini.bak")) << "refreshed after the write";
+    EXPECT_TRUE(fs::exists(dir / "root" / "Zevrit.ini.bak")) << "made once the start succeeded";
     EXPECT_TRUE(fs::exists(dir / "root" / "Data" / "StartOptions.ini"));
     EXPECT_TRUE(fs::exists(dir / "root" / "Syntax" / "c.syx")) << "shipped files installed";
     EXPECT_TRUE(fs::exists(dir / "root" / "Language" / "eng.ini"));
@@ -105,6 +107,48 @@ TEST_F(HeadlessRun, HelpAndVersionPrintAndSucceed) {
     result = Run({"--version"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_NE(result.out.find("Zevrit"), std::string::npos);
+}
+
+// A first start with a root of its own gets the shipped user files (folders that the root
+// lacks are copied whole, so they must not be made empty first) and then the whole tree.
+TEST_F(HeadlessRun, FirstStartInstallsTheShippedFilesAndLaysOutTheWholeTree) {
+    const auto file = Write("a.txt", "a\n");
+    const auto result = Run({"-headless", QString::fromStdString(file.string())});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const fs::path root = dir / "root";
+    for (const auto& folder : zv::DataTreeFolders())
+        EXPECT_TRUE(fs::is_directory(root / folder)) << folder;
+    const fs::path shipped = fs::path(ZV_TEST_TREE);
+    for (const char* name : {"Templates/Syntax/empty.syx", "Templates/Language/empty.ini",
+                             "Syntax/c.syx", "Language/eng.ini"})
+        EXPECT_TRUE(SameBytes(root / name, shipped / name)) << name;
+    EXPECT_TRUE(SameBytes(root / "Zevrit.ini", shipped / "bin" / "_Zevrit.ini"))
+        << "the settings start as the default beside the program";
+}
+
+// The backup is refreshed when a start succeeds; a damaged settings file is set aside and
+// the next start takes the backup.
+TEST_F(HeadlessRun, DamagedSettingsComeBackFromTheBackupOfTheLastGoodStart) {
+    const QStringList args{"-headless", QString::fromStdString(Write("a.txt", "a\n").string())};
+    ASSERT_EQ(Run(args).exitCode, 0);
+    const fs::path settings = dir / "root" / "Zevrit.ini";
+    const fs::path backup = dir / "root" / "Zevrit.ini.bak";
+    {
+        zv::TMemIniFileW ini(settings);
+        ini.WriteString("Customize", "Marker", "edited by hand");
+        ASSERT_TRUE(ini.UpdateFile());
+    }
+    ASSERT_EQ(Run(args).exitCode, 0);
+    EXPECT_EQ(zv::TMemIniFileW(backup).ReadString("Customize", "Marker", ""), "edited by hand");
+
+    const std::string garbage = "half written, no section\n\x01\x02";
+    std::ofstream(settings, std::ios::binary | std::ios::trunc) << garbage;
+    const auto result = Run(args);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(zv::TMemIniFileW(settings).ReadString("Customize", "Marker", ""), "edited by hand");
+    EXPECT_TRUE(SameBytes(settings, backup));
+    std::ifstream aside(dir / "root" / "Zevrit.ini.damaged", std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(aside), {}), garbage);
 }
 
 } // namespace

@@ -1,9 +1,11 @@
 // The main object headless: hand-overs that arrive together open in one sorted pass after
-// the delay, missing files follow their switches, /COMPARE needs two different files.
+// the delay, missing files follow their switches, /COMPARE needs two different files, and
+// the settings decide how documents are loaded and saved.
 #include "shell/MainForm.h"
 #include "platform/Prompt.h"
 #include "shell/HandOver.h"
 #include "shell/MainFormHelper.h"
+#include "shell/Settings.h"
 #include "support/ZvTestSupport.h"
 
 #include <QCoreApplication>
@@ -85,6 +87,56 @@ TEST_F(MainFormTest, CompareNeedsTwoDifferentExistingFiles) {
     form.FormShow({"zevrit", "-compare", b, a});
     EXPECT_EQ(OpenPaths(), (std::vector<std::string>{b, a})) << "file1 first, then file2";
     EXPECT_EQ(prompt.Log().size(), 1u) << "the compare itself is announced as unavailable";
+}
+
+std::string ReadBytes(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// The main object reads the settings object when it is made (as the window's creation
+// does): tab loading, backups on save and the form of new documents follow its keys.
+TEST(MainFormSettings, KeysOfTheSettingsObjectReachLoadingAndSaving) {
+    zvtest::TheApp<QCoreApplication>();
+    zvtest::TTempDir temp{"zv-mainform-settings"};
+    zv::TMemIniFileW& settings = zv::OpenSettings(temp / "Zevrit.ini"); // in memory only
+    settings.WriteBool("Customize", "DelayTabLoad", true);
+    settings.WriteBool("Save", "Backup", true);
+    settings.WriteBool("Save", "BackupExtension", true);
+    settings.WriteInteger("EditorMisc", "DefaultEncoding", 1200);
+    settings.WriteBool("EditorMisc", "DefaultEncodingBOM", true);
+    settings.WriteBool("EditorMisc", "TypeUnix", true);
+    settings.WriteInteger("Theme_Windows", "TextColor", 0x0000FF);
+    zv::THeadlessPrompt prompt{false};
+    zv::TMainFormHelper helper{prompt};
+    EXPECT_FALSE(helper.FDelayTabLoad) << "the defaults until the settings are read";
+    zv::TMainForm form{helper, nullptr};
+    zv::CloseSettings();
+    EXPECT_TRUE(helper.FDelayTabLoad);
+    EXPECT_EQ(zv::TextElement(helper.TextOptions(), u"Text").Color, 0x0000FF);
+
+    const fs::path old = temp / "old.txt";
+    std::ofstream(old, std::ios::binary) << "one\n";
+    const fs::path fresh = temp / "new.txt";
+    form.FormShow({"zevrit", old.string(), fresh.string()});
+    ASSERT_EQ(helper.Documents().size(), 2u);
+    zv::TDocument& created = *helper.Documents()[0];
+    ASSERT_TRUE(created.FIsNew);
+    EXPECT_EQ(created.Lines->CodePage(), 1200u);
+    EXPECT_TRUE(created.Lines->UseBOM());
+    EXPECT_EQ(created.Lines->SysTextType(), zv::sttUnix);
+    ASSERT_TRUE(helper.SaveFile(&created));
+    EXPECT_EQ(ReadBytes(fresh), "\xFF\xFE") << "an empty UTF-16LE document is its mark";
+
+    ASSERT_TRUE(helper.SaveFile(helper.Documents()[1].get()));
+    std::vector<fs::path> backups;
+    for (const auto& entry : fs::directory_iterator(temp.Path()))
+        if (entry.path().filename().string().starts_with("old_"))
+            backups.push_back(entry.path());
+    ASSERT_EQ(backups.size(), 1u) << "Backup=1: the save left a backup beside the file";
+    EXPECT_EQ(backups[0].extension(), ".bak");
+    EXPECT_EQ(ReadBytes(backups[0]), "one\n");
+    EXPECT_EQ(ReadBytes(old), "one\n");
 }
 
 } // namespace

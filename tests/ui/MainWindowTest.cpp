@@ -1,11 +1,13 @@
 // The first window off screen: files of a command line become tabs, tabs follow documents,
 // the editor widget paints rows and scrolls to a line, keys move through a long document,
-// Ctrl+S saves, the modified mark shows, handed-over text is pasted.
+// Ctrl+S saves, the modified mark shows, handed-over text is pasted, editors take the
+// editor keys of the settings.
 #include "ui/MainWindow.h"
 #include "platform/Prompt.h"
 #include "shell/HandOver.h"
 #include "shell/MainForm.h"
 #include "shell/MainFormHelper.h"
+#include "shell/Settings.h"
 #include "support/ZvTestSupport.h"
 #include "ui/EditorWidget.h"
 
@@ -196,6 +198,28 @@ TEST_F(MainWindowTest, CtrlSSavesTheActiveDocument) {
     std::ifstream in(path, std::ios::binary);
     const std::string saved{std::istreambuf_iterator<char>(in), {}};
     EXPECT_EQ(saved, "one\r\ntwo");
+}
+
+// Each editor takes the "EditorMisc" keys read when the main object was made: with
+// AutoIndent off a new row starts at column 0; with the default it keeps the indent.
+TEST_F(MainWindowTest, EditorsTakeTheEditorKeysOfTheSettings) {
+    const auto path = Write("indent.txt", "    x");
+    auto newRowAfterEnter = [&](bool autoIndent) {
+        zv::OpenSettings(dir / "Zevrit.ini").WriteBool("EditorMisc", "AutoIndent", autoIndent);
+        zv::THeadlessPrompt quiet{false};
+        zv::TMainFormHelper own{quiet};
+        zv::TMainWindow window(own);
+        zv::TMainForm form(own, &window);
+        zv::CloseSettings();
+        window.show();
+        form.FormShow({"zevrit", path});
+        auto* editor = window.ActiveEditor();
+        editor->Memo().SetTextCursor(5, 0);
+        QTest::keyClick(editor, Qt::Key_Return);
+        return Utf8(editor->Memo().RowText(1));
+    };
+    EXPECT_EQ(newRowAfterEnter(true), "    ");
+    EXPECT_EQ(newRowAfterEnter(false), "");
 }
 
 } // namespace
