@@ -11,8 +11,10 @@ namespace zv {
 namespace {
 
 std::mutex traceMutex;
-std::atomic<bool> traceOn{false};
-FILE* traceFile = nullptr; // guarded by traceMutex; null when writing to stderr
+std::atomic<bool> traceOn{false}; // a cheap early test; the target below decides
+// Guarded by traceMutex: where lines go now, and the open file when that is File.
+TraceTarget traceTarget = TraceTarget::Off;
+FILE* traceFile = nullptr;
 
 std::map<std::string, std::string> ReadNameValues(const std::filesystem::path& file) {
     std::map<std::string, std::string> values;
@@ -28,9 +30,12 @@ std::map<std::string, std::string> ReadNameValues(const std::filesystem::path& f
     return values;
 }
 
+// A line that races with TraceShutdown is dropped, never sent to another target.
 void WriteLine(std::string_view text) {
     std::lock_guard lock(traceMutex);
-    FILE* out = traceFile ? traceFile : stderr;
+    if (traceTarget == TraceTarget::Off)
+        return;
+    FILE* out = traceTarget == TraceTarget::File ? traceFile : stderr;
     std::fwrite(text.data(), 1, text.size(), out);
     std::fputc('\n', out);
     std::fflush(out);
@@ -46,8 +51,10 @@ TraceTarget TraceConfigure(const std::filesystem::path& programDir,
     if (output == options.end() || (output->second != "1" && output->second != "2"))
         return TraceTarget::Off;
     if (output->second == "2") {
+        std::lock_guard lock(traceMutex);
+        traceTarget = TraceTarget::DebugChannel;
         traceOn = true;
-        return TraceTarget::DebugChannel;
+        return traceTarget;
     }
     const auto append = options.find("LogFileAppend");
     const bool appendMode = append != options.end() && append->second == "1";
@@ -58,8 +65,9 @@ TraceTarget TraceConfigure(const std::filesystem::path& programDir,
     traceFile = std::fopen(path.c_str(), appendMode ? "ab" : "wb");
     if (!traceFile)
         return TraceTarget::Off;
+    traceTarget = TraceTarget::File;
     traceOn = true;
-    return TraceTarget::File;
+    return traceTarget;
 }
 
 bool TraceEnabled() {
@@ -74,13 +82,13 @@ void Trace(std::string_view line) {
 void TraceEnter(std::string_view function) {
     if (!TraceEnabled())
         return;
-    WriteLine("");
-    WriteLine(std::string(">") + std::string(function));
+    WriteLine(std::string("\n>") + std::string(function)); // one write: no line between
 }
 
 void TraceShutdown() {
     std::lock_guard lock(traceMutex);
     traceOn = false;
+    traceTarget = TraceTarget::Off;
     if (traceFile)
         std::fclose(traceFile);
     traceFile = nullptr;

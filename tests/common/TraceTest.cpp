@@ -5,12 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <csignal>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -69,22 +68,6 @@ TEST_F(TraceTest, FileTraceStartsAnewOrAppends) {
     zv::Trace("third");
     zv::TraceShutdown();
     EXPECT_EQ(ReadLog(), "second\nthird\n");
-}
-
-TEST(ActionTrace, KeepsNewestEntriesFromManyThreads) {
-    zv::ActionTraceListClear();
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back([t] {
-            for (int i = 0; i < 300; ++i)
-                zv::ActionTraceListAdd("Worker", std::to_string(t * 1000 + i));
-        });
-    for (auto& th : threads)
-        th.join();
-    const auto list = zv::ActionTraceList();
-    EXPECT_EQ(list.size(), zv::kActionTraceLimit);
-    zv::ActionTraceListAdd("Last", "");
-    EXPECT_EQ(zv::ActionTraceList().back(), "Last");
 }
 
 } // namespace

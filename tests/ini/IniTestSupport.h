@@ -6,9 +6,11 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include "shell/ZvIniFiles.h"
 #include "support/ZvTestSupport.h"
 
 namespace zv::test {
@@ -48,6 +50,22 @@ inline std::vector<std::string> FolderNames(const std::filesystem::path& folder)
         names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
+}
+
+// Writers of a shared settings file: each writes its own keys "<writer>_<i>" = i.
+inline constexpr int kWritesPerWriter = 40;
+
+inline void WriteKeys(TCustomIniFile& ini, const std::string& writer) {
+    for (int i = 0; i < kWritesPerWriter; ++i)
+        ini.WriteInteger("Shared", writer + "_" + std::to_string(i), i);
+}
+
+// Every key of every writer is in the file with its value: no write was lost.
+inline void ExpectAllKeys(const TCustomIniFile& ini, const std::vector<std::string>& writers) {
+    EXPECT_EQ(ini.ReadSection("Shared").size(), writers.size() * kWritesPerWriter);
+    for (const auto& writer : writers)
+        for (int i = 0; i < kWritesPerWriter; ++i)
+            ASSERT_EQ(ini.ReadInteger("Shared", writer + "_" + std::to_string(i), -1), i) << writer;
 }
 
 } // namespace zv::test

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <thread>
 
 namespace zv {
 namespace {
@@ -52,25 +51,6 @@ TEST(IniValues, DateTimeFormsAcceptedAndRefused) {
          {u"2023-02-29", u"2024-13-01", u"2024-02-29T24:00", u"2024-2-9", u"2024-02-29T12:00+25:00",
           u"2024-02-29T12:00Zjunk", u"29.02.2024", u"2024-02-29T12:00:00."})
         EXPECT_EQ(ParseIniDateTime(bad), std::nullopt);
-}
-
-// Const reads change nothing, so threads may share one file (syntax companions are read by
-// the scanner thread and the main thread at once); run under ThreadSanitizer.
-TEST(IniValues, ThreadsReadOneFileAtOnce) {
-    TMemIniFileW ini;
-    for (int i = 0; i < 200; ++i)
-        ini.WriteInteger("Keywords", "Key" + std::to_string(i), i);
-    std::vector<std::thread> readers;
-    std::atomic<int> wrong{0};
-    for (int t = 0; t < 4; ++t)
-        readers.emplace_back([&] {
-            for (int i = 0; i < 200; ++i)
-                if (ini.ReadInteger("keywords", "KEY" + std::to_string(i), -1) != i)
-                    ++wrong;
-        });
-    for (auto& reader : readers)
-        reader.join();
-    EXPECT_EQ(wrong.load(), 0);
 }
 
 } // namespace
