@@ -11,12 +11,17 @@ build_pkgs=(
   libhunspell-dev hunspell-en-us
   googletest libgtest-dev libgmock-dev libbenchmark-dev
 )
+# What the tests start or compare with: a virtual display, encoding and line-end oracles
+# (uconv, iconv of libc-bin, dos2unix, file, xxd, cmp), Python with Pygments and its CJK
+# samples, and the language tools whose keyword lists check the shipped syntax files.
 test_pkgs=(
-  xvfb xauth icu-devtools dos2unix file diffutils python3-pygments
+  xvfb xauth icu-devtools dos2unix file diffutils xxd
+  python3 python3-pygments libpython3.11-testsuite
+  nodejs rustc default-jdk-headless perl
 )
 # Reference tools the benchmark scripts under bench/ run side by side with zvtool.
 bench_pkgs=(
-  bc libkf5syntaxhighlighting-tools
+  bc python3 libkf5syntaxhighlighting-tools
 )
 
 wanted=("${build_pkgs[@]}")
