@@ -7,7 +7,7 @@ ifeq ($(CI),true)
 CMAKE_FLAGS += -DZV_WERROR=ON
 endif
 
-.PHONY: all setup setup-test configure build run test bench format clean
+.PHONY: all setup setup-test setup-bench configure build run test bench format clean
 
 all: build
 
@@ -16,6 +16,9 @@ setup:
 
 setup-test:
 	@scripts/setup.sh test
+
+setup-bench:
+	@scripts/setup.sh bench
 
 configure:
 	@cmake -S . -B $(BUILD) -G Ninja $(CMAKE_FLAGS) > /dev/null
@@ -32,7 +35,7 @@ test: setup-test configure
 	@cmake --build $(BUILD) -j $(JOBS)
 	@scripts/test.sh $(BUILD)
 
-bench: setup configure
+bench: setup-bench configure
 	@cmake --build $(BUILD) -j $(JOBS) --target zv_benchmarks
 	@scripts/bench.sh $(BUILD)
 
