@@ -89,6 +89,7 @@ void OpenProgramSettings(const std::filesystem::path& root, const std::filesyste
 }
 
 void SettingsStarted(const std::filesystem::path& root) {
+    WriteStartOptions(root, SettingsIni());
     if (SettingsIni().FileName() != SettingsFilePath(root))
         return; // a file named by /SETTINGS has no backup of its own
     if (BackupSettingsFile(SettingsFilePath(root), SettingsBackupPath(root)))

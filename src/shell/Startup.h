@@ -27,9 +27,10 @@ std::filesystem::path SettingsFileFor(const std::vector<std::string>& argv,
 // Lays out the data folder (restoring the settings file if need be), opens the settings
 // file and the language file they name, and routes the program's texts through it.
 void OpenProgramSettings(const std::filesystem::path& root, const std::filesystem::path& file);
-// Once the start has succeeded (the arguments are processed, the window shows): copies the
-// main settings file over "Zevrit.ini.bak", so that settings which break the start never
-// displace the good copy. Nothing for a file named by /SETTINGS.
+// Once the start has succeeded (the arguments are processed, the window shows): writes
+// StartOptions.ini from the settings, and copies the main settings file over
+// "Zevrit.ini.bak", so that settings which break the start never displace the good copy
+// (no backup for a file named by /SETTINGS).
 void SettingsStarted(const std::filesystem::path& root);
 // Writes StartOptions.ini, then the settings (last, as the shutdown order wants).
 void CloseProgramSettings(const std::filesystem::path& root);
