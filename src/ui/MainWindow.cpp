@@ -91,10 +91,12 @@ void TMainWindow::AttachForm(TMainForm& form) {
 }
 
 void TMainWindow::PasteHandedOver(const QString& text) {
-    Trace("PasteHandedOver() - " + std::to_string(text.size()) + " characters");
     TEditorWidget* editor = ActiveEditor();
-    if (!editor)
+    const TDocument* doc = FHelper.ActiveDocument();
+    if (!editor || !doc) {
+        Trace("PasteHandedOver() - no document to paste into");
         return;
+    }
     TZvMemo& memo = editor->Memo();
     if (memo.HasSelection()) {
         TZvPos start, end;
@@ -103,6 +105,8 @@ void TMainWindow::PasteHandedOver(const QString& text) {
         memo.SetTextCursor(start.X, start.Y);
     }
     editor->PasteText(text);
+    Trace("PasteHandedOver() - " + std::to_string(text.size()) + " characters into " +
+          doc->FFilePath);
 }
 
 int TMainWindow::IndexOf(const TDocument& doc) const {

@@ -1,8 +1,11 @@
 // Real window processes, off screen: the first opens the files of its command line as tabs
-// and takes the files of a second call, which exits; a killed first instance is taken over.
+// and takes the files of a second call, which exits, and text to paste from a companion; a
+// killed first instance is taken over.
 // What the windows did is read from their diagnostic trace, switched on by DebugOptions.txt
 // beside a private copy of the program.
 #include "TestProcess.h"
+#include "shell/HandOver.h"
+#include "shell/RunOnce.h"
 #include "support/ZvTestSupport.h"
 
 #include <QCoreApplication>
@@ -115,6 +118,20 @@ TEST_F(WindowInstances, FirstWindowOpensItsFilesAndTakesTheFilesOfASecondCall) {
     EXPECT_TRUE(WaitForTrace(TabLine(3, "c.txt"))) << TraceText();
     EXPECT_NE(TraceText().find("RunInstanceCheck() - handed over"), std::string::npos);
     EXPECT_EQ(first.state(), QProcess::Running) << "the first window lives on";
+
+    // A companion process pastes text into the active editor (kind 1009) and names its own
+    // window (kind 1010), through the first window of the block.
+    ::setenv("XDG_RUNTIME_DIR", env.value("XDG_RUNTIME_DIR").toLocal8Bit().constData(), 1);
+    zv::TRunOnce block;
+    EXPECT_FALSE(block.Check(1)) << "the window process holds the block";
+    const uint64_t window = block.GetWinHandle();
+    ASSERT_NE(window, 0u);
+    EXPECT_TRUE(zv::SendHandOver(window, zv::kHandOverPaste, QStringLiteral("pasted"), kWaitMs));
+    EXPECT_TRUE(WaitForTrace("PasteHandedOver() - 6 characters into " +
+                             (dir / "files" / "c.txt").string() + "\n"))
+        << TraceText();
+    EXPECT_TRUE(zv::SendHandOver(window, zv::kHandOverZenWindow, QStringLiteral("4711"), kWaitMs));
+    EXPECT_TRUE(WaitForTrace("HandOverReceived() - kind 1010\n")) << TraceText();
 }
 
 TEST_F(WindowInstances, KilledFirstInstanceIsTakenOverByTheNextStart) {
