@@ -41,9 +41,23 @@ void TTextAttribute::SetEnabled(bool on) {
     FBooleanArray2 = on ? (FBooleanArray2 & ~kDisabled) : (FBooleanArray2 | kDisabled);
 }
 
+std::int32_t TTextAttribute::ChangeHistory() const {
+    const int field = (FBooleanArray2 >> kHistoryShift) & kHistoryMask;
+    if (field == kHistoryInExtra)
+        return Extra().ChangeHistory;
+    return (field ^ kHistoryInExtra) - kHistoryInExtra; // sign-extends the 11 bits
+}
+
 void TTextAttribute::SetChangeHistory(std::int32_t value) {
-    if (value != ChangeHistory())
+    // One form per value, so that equal attributes compare equal.
+    const bool inline_ = value >= -kInlineHistory && value <= kInlineHistory;
+    const auto field = static_cast<std::uint16_t>(inline_ ? value & kHistoryMask : kHistoryInExtra);
+    FBooleanArray2 = static_cast<std::uint16_t>(
+        (FBooleanArray2 & ~(kHistoryMask << kHistoryShift)) | (field << kHistoryShift));
+    if (!inline_)
         MutableExtra().ChangeHistory = value;
+    else if (FExtra)
+        FExtra->ChangeHistory = 0;
 }
 
 void TTextAttribute::SetUndoNr(std::int32_t value) {
@@ -78,7 +92,7 @@ void SetHiddenBit(TTextAttribute& a, bool on) {
 
 void TAttribute::ResetForStore(bool linefeedCR, bool linefeedLF) {
     FBooleanArray &= ~0xFFu;
-    FBooleanArray2 &= static_cast<std::uint16_t>(~0xFFu);
+    FBooleanArray2 &= kDisabled; // public bits and change history cleared
     ChangeLastSavedAt = -100;
     Bookmark = -1;
     FExtra.reset();

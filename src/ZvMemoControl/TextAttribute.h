@@ -107,7 +107,9 @@ public:
     bool Enabled() const { return (FBooleanArray2 & kDisabled) == 0; }
     void SetEnabled(bool on);
 
-    std::int32_t ChangeHistory() const { return Extra().ChangeHistory; }
+    // Kept in FBooleanArray2 while within kInlineHistory, so that editing a million rows
+    // makes no side blocks; beyond that in the side block.
+    std::int32_t ChangeHistory() const;
     void SetChangeHistory(std::int32_t value);
     std::int32_t UndoNr() const { return Extra().UndoNr; }
     void SetUndoNr(std::int32_t value);
@@ -125,8 +127,14 @@ public:
 protected:
     friend class TZvMemoStrings;
     static const TAttributeExtra& DefaultExtra();
-    // Bit 15 is the private "disabled" mark; bits 0-3 are the public set.
+    // Bit 15 is the private "disabled" mark; bits 0-3 are the public set; bits 4-14 hold
+    // ChangeHistory as an 11-bit two's complement value, kHistoryInExtra meaning "see the
+    // side block".
     static constexpr std::uint16_t kDisabled = 0x8000;
+    static constexpr int kHistoryShift = 4;
+    static constexpr std::uint16_t kHistoryMask = 0x7FF;
+    static constexpr std::uint16_t kHistoryInExtra = 0x400;
+    static constexpr std::int32_t kInlineHistory = 1023;
     std::uint16_t FBooleanArray2 = 0;
     std::unique_ptr<TAttributeExtra> FExtra;
 

@@ -6,6 +6,7 @@
 
 #include "ZvMemoControl/MemoState.h"
 #include "ZvMemoControl/ZvMemoEditText.h"
+#include "ZvMemoControl/ZvMemoSavedText.h"
 #include "ZvMemoControl/ZvMemoUndoList.h"
 #include "platform/EditorServices.h"
 
@@ -140,13 +141,15 @@ public:
     bool Redo();
     bool CanUndo() const;
     bool CanRedo() const;
-    // Drops every record; a modified document stays modified until it is saved.
+    // Drops every record; the modified state still compares the text with the saved one.
     void ClearUndoList();
     // The text was saved: this state is the unmodified one from now on.
     void Saved();
-    // True exactly when the text differs from the saved text (as far as edits tell).
+    // True exactly when the text (rows and the line end before each) differs from the text
+    // at the last save or load, or when SetModified(true) forced it. O(1).
     bool Modified() const;
-    // Forces the modified state; false also makes the current state the saved one.
+    // true: modified until the next save, whatever the text; false: the current text becomes
+    // the saved one.
     void SetModified(bool value);
     // Opens an undo group: the edits until EndUndoGroup are one undo step.
     void BeginUndoGroup();
@@ -289,6 +292,7 @@ private:
     TZvMemoStrings* FLines;
     std::unique_ptr<TZvMemoStrings> FOwnLines; // used until SetLines gives one
     std::unique_ptr<TZvUndoList> FUndoList;
+    TSavedText FSavedText; // what the modified state compares against
     TEditorServices FServices;
     std::unique_ptr<ITextBreaks> FBreaks;
     std::unique_ptr<ITextMeasure> FOwnMeasure;

@@ -54,6 +54,7 @@ void TZvCustomMemo::SetLines(TZvMemoStrings* lines) {
     FPrevSelX = FPrevSelY = 0;
     FTopLine = FRealTopLine = 0;
     FUndoList->Clear();
+    FSavedText.Reset(*FLines);
     UpdateModified();
 }
 
@@ -116,13 +117,15 @@ TZvPos TZvCustomMemo::Change(TZvPos from, TZvPos to, const TEditText& text,
     const bool hide = FHideCaret, refresh = FLetRefresh;
     FHideCaret = true;
     FLetRefresh = false;
+    FSavedText.BeforeChange(*FLines, from.Y, to.Y);
     EnsureRow(to.Y);
     TEditText removed;
     if (record && !FUndoList->FIsPerforming)
         removed = ExtractText(*FLines, from, to);
     const TZvPos end = ReplaceText(*FLines, from, to, text);
+    FSavedText.AfterChange(*FLines);
     if (record && !FUndoList->FIsPerforming) {
-        record->SetChange(Unwrapped(from), std::move(removed), text);
+        record->SetChange(Unwrapped(from), from, std::move(removed), text);
         const TZvPos before = Unwrapped(caretBefore), after = Unwrapped(end);
         record->FUndoCurX0 = before.X;
         record->FUndoCurY0 = before.Y;

@@ -1,17 +1,37 @@
 // Splitting, joining and measuring the texts that edits and undo records carry.
 #include "ZvMemoControl/ZvMemoEditText.h"
 
+#include <algorithm>
+
 namespace zv {
 
 TEditText TEditText::FromString(std::u16string_view s, bool documentEnds) {
     TEditText t;
     t.Rows.clear();
+    // All rows view one copy of `s`: a pasted million lines make one allocation, not one
+    // per line.
+    std::size_t breaks = 0;
+    for (char16_t c : s)
+        breaks += c == u'\r' || c == u'\n';
+    if (breaks == 0) {
+        t.Rows.emplace_back(s);
+        return t;
+    }
+    t.Rows.reserve(breaks + 1);
+    t.Ends.reserve(breaks);
+    TTextChunk* chunk = TTextChunk::Create(static_cast<std::uint32_t>(s.size()));
+    std::copy(s.begin(), s.end(), chunk->Data());
+    const TRowText whole(chunk, 0, static_cast<std::uint32_t>(s.size())); // frees it if unused
+    const auto piece = [&](std::size_t from, std::size_t to) {
+        return TRowText(chunk, static_cast<std::uint32_t>(from),
+                        static_cast<std::uint32_t>(to - from));
+    };
     std::size_t start = 0;
     for (std::size_t i = 0; i < s.size(); ++i) {
         const char16_t c = s[i];
         if (c != u'\r' && c != u'\n')
             continue;
-        t.Rows.emplace_back(s.substr(start, i - start));
+        t.Rows.push_back(piece(start, i));
         TLineEnd end = c == u'\n' ? leLF : leCR;
         if (c == u'\r' && i + 1 < s.size() && s[i + 1] == u'\n') {
             end = leCRLF;
@@ -20,7 +40,7 @@ TEditText TEditText::FromString(std::u16string_view s, bool documentEnds) {
         t.Ends.push_back(documentEnds ? leDocument : end);
         start = i + 1;
     }
-    t.Rows.emplace_back(s.substr(start));
+    t.Rows.push_back(piece(start, s.size()));
     return t;
 }
 
@@ -32,6 +52,8 @@ std::u16string_view EndText(TLineEnd end) {
         return u"\n";
     case leCR:
         return u"\r";
+    case leWrap:
+        return u"";
     default:
         return u"\r\n";
     }
@@ -53,7 +75,7 @@ std::u16string TEditText::ToString() const {
 std::u16string TEditText::ToLfString() const {
     std::u16string out;
     for (std::size_t i = 0; i < Rows.size(); ++i) {
-        if (i > 0)
+        if (i > 0 && Ends[i - 1] != leWrap)
             out.push_back(u'\n');
         out.append(Rows[i].View());
     }
@@ -74,6 +96,18 @@ TZvPos TEditText::EndFrom(TZvPos at) const {
     if (Ends.empty())
         return {at.X + last, at.Y};
     return {last, at.Y + BreakCount()};
+}
+
+TZvPos TEditText::LineEndFrom(TZvPos at) const {
+    TZvPos end = at;
+    for (std::size_t i = 0; i < Rows.size(); ++i) {
+        if (i > 0 && Ends[i - 1] != leWrap) {
+            ++end.Y;
+            end.X = 0;
+        }
+        end.X += static_cast<std::int32_t>(Rows[i].Length());
+    }
+    return end;
 }
 
 void TEditText::Append(const TEditText& other) {

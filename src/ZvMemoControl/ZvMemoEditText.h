@@ -27,7 +27,8 @@ enum TLineEnd : std::uint8_t {
     leCRLF,
     leLF,
     leCR,
-    leDocument // the document's own kind (typed or pasted text)
+    leDocument, // the document's own kind (typed or pasted text)
+    leWrap      // no line end: the next row continues the same line (a cut long line)
 };
 
 class TEditText {
@@ -37,17 +38,20 @@ public:
     // Splits at CR LF, CR and LF. With `documentEnds` every line end becomes leDocument;
     // otherwise each keeps its kind, so the text goes back byte for byte.
     static TEditText FromString(std::u16string_view s, bool documentEnds);
-    // The text with each line end written out (leDocument as CR LF).
+    // The text with each line end written out (leDocument as CR LF, leWrap as nothing).
     std::u16string ToString() const;
-    // The text with LF for every line end (the clipboard's form).
+    // The text with LF for every line end, leWrap joining its rows (the clipboard's form).
     std::u16string ToLfString() const;
 
     int BreakCount() const { return static_cast<int>(Ends.size()); }
     bool Empty() const { return Ends.empty() && Rows.front().Empty(); }
     // Units of text, each line end counting as its written length.
     std::size_t Length() const;
-    // Where the text ends when it is inserted at `at`.
+    // Where the text ends when it is inserted at row position `at`.
     TZvPos EndFrom(TZvPos at) const;
+    // The same for an unwrapped position (logical line, column in the line): a continuation
+    // (leWrap) keeps the line and adds its row to the column.
+    TZvPos LineEndFrom(TZvPos at) const;
     // Joins `other` behind this text (its first row continues our last) or in front.
     void Append(const TEditText& other);
     void Prepend(const TEditText& other);

@@ -10,6 +10,8 @@ namespace zv {
 namespace {
 
 TLineEnd EndBefore(const TAttribute& a) {
+    if (a.GetValue(abWrapped))
+        return leWrap;
     const bool cr = a.GetValue2(ab2LinefeedCR), lf = a.GetValue2(ab2LinefeedLF);
     if (cr && !lf)
         return leCR;
@@ -28,7 +30,8 @@ TRowText Slice(const TZvMemoStrings& lines, int row, int from, int to) {
 
 void SetLineEnd(TZvMemoStrings& lines, int row, TLineEnd end, const TAttribute& fresh) {
     TAttribute attribute = fresh;
-    if (end != leDocument) {
+    attribute.SetValue(abWrapped, end == leWrap);
+    if (end != leDocument && end != leWrap) {
         attribute.SetValue2(ab2LinefeedCR, end != leLF);
         attribute.SetValue2(ab2LinefeedLF, end != leCR);
     }
@@ -75,7 +78,7 @@ TZvPos ReplaceText(TZvMemoStrings& lines, TZvPos from, TZvPos to, const TEditTex
     lines.InsertAt(from.Y, text.Rows.front().View(), from.X + 1);
     for (int i = 1; i <= newInner; ++i) {
         const int row = from.Y + i;
-        lines.SetLineString(row, text.Rows[static_cast<std::size_t>(i)].View());
+        lines.SetRowText(row, text.Rows[static_cast<std::size_t>(i)]);
         SetLineEnd(lines, row, text.Ends[static_cast<std::size_t>(i - 1)], fresh);
     }
     lines.InsertAt(end.Y, tail.View(), lines.GetLineLength(end.Y) + 1);

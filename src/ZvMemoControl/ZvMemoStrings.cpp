@@ -440,6 +440,11 @@ void TZvMemoStrings::SetLineString(int row, std::u16string_view s) {
         Item(row)->FString.Assign(s);
 }
 
+void TZvMemoStrings::SetRowText(int row, const TRowText& text) {
+    if (InRange(row))
+        Item(row)->FString = text;
+}
+
 int TZvMemoStrings::InsertAt(int row, std::u16string_view s, int col) {
     if (!InRange(row))
         return 0;

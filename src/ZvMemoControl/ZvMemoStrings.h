@@ -96,6 +96,8 @@ public:
                     const std::function<int(std::u16string_view, std::u16string_view)>& compare);
     void CopyLineTo(int from, int to);
     void SetLineString(int row, std::u16string_view s);
+    // Replaces a row's text by `text`, sharing its buffer (no copy of the characters).
+    void SetRowText(int row, const TRowText& text);
     void SetLineBuffer(int row, const char16_t* buffer, int length) {
         SetLineString(row, std::u16string_view(buffer, length > 0 ? length : 0));
     }

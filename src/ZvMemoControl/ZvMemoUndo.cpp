@@ -15,8 +15,9 @@ bool TUndo::Append(TUndo&) {
     return false;
 }
 
-void TUndo::SetChange(TZvPos at, TEditText removed, TEditText inserted) {
+void TUndo::SetChange(TZvPos at, TZvPos atRow, TEditText removed, TEditText inserted) {
     FAt = at;
+    FAtRow = atRow;
     FRemoved = std::move(removed);
     FInserted = std::move(inserted);
 }
@@ -61,9 +62,20 @@ void TUndo::Redo(TZvCustomMemo& memo) {
     memo.EndReplay(aids);
 }
 
+void TUndo::RowRange(const TZvCustomMemo& memo, const TEditText& text, TZvPos& from,
+                     TZvPos& to) const {
+    if (memo.Unwrapped(FAtRow) == FAt) {
+        from = FAtRow;
+        to = text.EndFrom(FAtRow);
+    } else {
+        from = memo.Wrapped(FAt);
+        to = memo.Wrapped(text.LineEndFrom(FAt));
+    }
+}
+
 void TUndo::PerformUndo(TZvCustomMemo& memo) {
-    const TZvPos from = memo.Wrapped(FAt);
-    const TZvPos to = memo.Wrapped(FInserted.EndFrom(FAt));
+    TZvPos from, to;
+    RowRange(memo, FInserted, from, to);
     memo.Replay(from, to, FRemoved);
     const TZvPos caret = memo.Wrapped({FUndoCurX0, FUndoCurY0});
     if (FUndoSelStartX >= 0 && (FKind == TUndoKind::DeleteBuf || FKind == TUndoKind::Replace))
@@ -74,8 +86,8 @@ void TUndo::PerformUndo(TZvCustomMemo& memo) {
 }
 
 void TUndo::PerformRedo(TZvCustomMemo& memo) {
-    const TZvPos from = memo.Wrapped(FAt);
-    const TZvPos to = memo.Wrapped(FRemoved.EndFrom(FAt));
+    TZvPos from, to;
+    RowRange(memo, FRemoved, from, to);
     memo.Replay(from, to, FInserted);
     const TZvPos caret = memo.Wrapped({FUndoCurX, FUndoCurY});
     memo.SetTextCursor(caret.X, caret.Y);
@@ -108,7 +120,7 @@ void TakeEnd(TUndo& older, const TUndo& newer) {
 
 bool TInsertCharUndo::Append(TUndo& other) {
     if (!Continues(*this, other) || !FRemoved.Empty() || !other.FRemoved.Empty() ||
-        other.FAt != FInserted.EndFrom(FAt))
+        other.FAt != FInserted.LineEndFrom(FAt))
         return false;
     FInserted.Append(other.FInserted);
     TakeEnd(*this, other);
@@ -120,10 +132,11 @@ bool TDeleteCharUndo::Append(TUndo& other) {
         !other.FInserted.Empty())
         return false;
     if (FIsBackspace) {
-        if (other.FRemoved.EndFrom(other.FAt) != FAt)
+        if (other.FRemoved.LineEndFrom(other.FAt) != FAt)
             return false;
         FRemoved.Prepend(other.FRemoved);
         FAt = other.FAt;
+        FAtRow = other.FAtRow;
     } else {
         if (other.FAt != FAt)
             return false;

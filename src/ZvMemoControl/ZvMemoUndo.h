@@ -53,8 +53,9 @@ public:
     TUndoKind Kind() const { return FKind; }
     bool IsGroupMark() const;
 
-    // Fills the change part of the record: where, what went, what came.
-    void SetChange(TZvPos at, TEditText removed, TEditText inserted);
+    // Fills the change part of the record: where (unwrapped and as a row position), what
+    // went, what came.
+    void SetChange(TZvPos at, TZvPos atRow, TEditText removed, TEditText inserted);
 
     TUndoKind FKind;
     std::string FAction;        // three-digit code: key into the language section "UndoActions"
@@ -68,7 +69,9 @@ public:
     bool FDragDrop = false;  // half of a drag move; the list undoes/redoes the other half too
     bool FIsBackspace = false;
     // Invariants: FAt lies in the text as it is after the edit; FInserted starts there.
+    // FAtRow is FAt as a row position while the rows are cut as they were at the edit.
     TZvPos FAt;
+    TZvPos FAtRow;
     TEditText FRemoved;
     TEditText FInserted;
     // Group content (script runs): performed as one step, newest last.
@@ -77,6 +80,9 @@ public:
 protected:
     virtual void PerformUndo(TZvCustomMemo& memo);
     virtual void PerformRedo(TZvCustomMemo& memo);
+    // The rows that `text` covers from the record's position now: by row position while the
+    // rows are cut as at the edit (so replay restores the cuts too), else by line position.
+    void RowRange(const TZvCustomMemo& memo, const TEditText& text, TZvPos& from, TZvPos& to) const;
 };
 
 // A record that restores the selection as it was before the edit.

@@ -31,7 +31,7 @@ bool TZvCustomMemo::Redo() {
 }
 
 void TZvCustomMemo::ClearUndoList() {
-    // Forgetting the history does not make the text equal to the saved one.
+    // The list's own distance from the save point must not claim the saved text back.
     const bool modified = Modified();
     FUndoList->Clear();
     if (modified)
@@ -107,24 +107,33 @@ void TZvCustomMemo::Saved() {
     }
     FModifiedAndSaved = true;
     FUndoList->MarkSaved();
+    FSavedText.Reset(*FLines);
     UpdateModified();
     if (FOnInvalidate && FLetRefresh)
         FOnInvalidate(0, -1);
 }
 
 bool TZvCustomMemo::Modified() const {
-    return FUndoList->IsModified();
+    // After a change too wide to follow row by row, the undo position answers: back at the
+    // save point the text is the saved one; elsewhere it may differ.
+    return FSavedText.Overflowed() ? FUndoList->IsModified() : FSavedText.Differs();
 }
 
 void TZvCustomMemo::SetModified(bool value) {
-    if (value)
+    if (value) {
         FUndoList->FSavePosIndex = TZvUndoList::kUnreachable;
-    else
+        FSavedText.Force();
+    } else {
         FUndoList->MarkSaved();
+        FSavedText.Reset(*FLines);
+    }
     UpdateModified();
 }
 
 void TZvCustomMemo::UpdateModified() {
+    // Between the steps of an undo or redo the list's position is not yet the text's.
+    if (FSavedText.Overflowed() && !FUndoList->FIsPerforming && !FUndoList->IsModified())
+        FSavedText.Reset(*FLines); // exact again from here on
     FModified = Modified();
     if (FModified != FLastModified) {
         FLastModified = FModified;

@@ -9,6 +9,7 @@ zv_engine_library(zv_memo_edit
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoInsert.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoLines.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoRows.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoSavedText.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoUndo.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoUndoList.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoUndoState.cpp

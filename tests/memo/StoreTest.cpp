@@ -206,6 +206,34 @@ TEST(Store, SetLineAttributeCopiesAllButHidden) {
     EXPECT_FALSE(a.Hidden());
 }
 
+// The change count of an edited row needs no side block in the usual range, keeps every
+// value beyond it, and leaves the line-end bits and the enabled mark alone.
+TEST(Store, ChangeHistoryKeepsEveryValueAndTheBitsBesideIt) {
+    TAttribute a;
+    a.SetValue2(ab2LinefeedCR, true);
+    a.SetEnabled(false);
+    for (int v = -70000; v <= 70000; v += (v > -1100 && v < 1100) ? 1 : 997) {
+        a.SetChangeHistory(v);
+        ASSERT_EQ(a.ChangeHistory(), v);
+        TAttribute fresh;
+        fresh.SetChangeHistory(v);
+        ASSERT_EQ(fresh.HasExtra(), v < -1023 || v > 1023) << v;
+        ASSERT_TRUE(a.GetValue2(ab2LinefeedCR));
+        ASSERT_FALSE(a.GetValue2(ab2LinefeedLF));
+        ASSERT_FALSE(a.Enabled());
+        if (v > 1023) { // back into range: one form per value, so copies compare equal
+            TAttribute b = a;
+            b.SetChangeHistory(5);
+            TAttribute c;
+            c.SetValue2(ab2LinefeedCR, true);
+            c.SetEnabled(false);
+            c.SetChangeHistory(5);
+            c.MutableExtra();
+            ASSERT_TRUE(b == c);
+        }
+    }
+}
+
 TEST(Store, RowEditsAndQuietAnswers) {
     TZvMemoStrings store;
     store.Add(u"abcdef");

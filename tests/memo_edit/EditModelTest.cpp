@@ -168,8 +168,49 @@ TEST(EditModel, RandomScriptsMatchThePlainModelAndUndoRedoExactly) {
         for (int guard = 0; m.CanRedo() && guard < 1000; ++guard)
             m.Redo();
         ASSERT_EQ(script.fx->Bytes(), edited) << "redo all, seed " << seed;
-        ASSERT_EQ(m.Modified(), m.UndoList().Count() > 0) << "seed " << seed;
+        ASSERT_EQ(m.Modified(), edited != script.original) << "seed " << seed;
     }
+}
+
+// The modified state says exactly whether the text (with its line ends) differs from the
+// text at the last save, through edits, undo past the save point, redo past it, saves in
+// the middle of the history and edits that put back what was there.
+TEST(EditModel, ModifiedTellsWhetherTheTextDiffersFromTheSavedText) {
+    constexpr int kScripts = 1500;
+    int returnsToSaved = 0;
+    for (unsigned seed = 1; seed <= kScripts; ++seed) {
+        TScript script(seed);
+        TZvMemo& m = script.fx->memo;
+        std::u16string saved = script.fx->Text();
+        const int steps = script.Rand(1, 60);
+        for (int i = 0; i < steps; ++i) {
+            const int roll = script.Rand(0, 19);
+            if (roll < 11) {
+                script.Step();
+            } else if (roll < 15) {
+                for (int n = script.Rand(1, 3); n > 0; --n)
+                    m.Undo();
+            } else if (roll < 18) {
+                for (int n = script.Rand(1, 3); n > 0; --n)
+                    m.Redo();
+            } else if (roll == 18) {
+                m.Saved();
+                saved = script.fx->Text();
+            } else { // type a character and take it back: the text is the same again
+                const char16_t c = kPieces[script.Rand(0, 11)].front();
+                m.ClearSelection();
+                m.InsertChar(c);
+                m.Backspace();
+            }
+            if (roll >= 11 && roll < 18) // undo and redo leave the plain model behind
+                script.model = std::make_unique<TEditModel>(script.fx->Text());
+            const std::u16string now = script.fx->Text();
+            returnsToSaved += i > 0 && now == saved && m.UndoList().Count() > 0;
+            ASSERT_EQ(m.Modified(), now != saved) << "seed " << seed << " step " << i;
+        }
+    }
+    // The scripts came back to the saved text often, not only by undoing everything.
+    EXPECT_GT(returnsToSaved, kScripts / 4);
 }
 
 // Backspace and Delete step over whole clusters, never leaving half a surrogate pair or a
@@ -210,6 +251,64 @@ TEST(EditModel, DeletionNeverSplitsAClusterOrAPair) {
         if (!nothingToDelete) {
             ASSERT_EQ(n + 1, before.size()) << "seed " << seed;
         }
+    }
+}
+
+// Lines longer than 4096 units load as a row and continuation rows. Edits across the cuts
+// take the continuations along in their records: undo gives the loaded bytes back (no line
+// end appears where a row was cut), redo the edited ones, and the edit itself matches the
+// same edit on the plain string at the logical offsets the rows stand for.
+TEST(EditModel, EditsAcrossCutLongLinesUndoToTheExactBytes) {
+    for (unsigned seed = 1; seed <= 60; ++seed) {
+        std::mt19937 rng(seed);
+        const auto rand = [&](int lo, int hi) {
+            return std::uniform_int_distribution<int>(lo, hi)(rng);
+        };
+        std::string start;
+        for (int line = rand(1, 4); line > 0; --line) {
+            const int len = line == 1 || rand(0, 1) ? rand(4097, 13000) : rand(0, 30);
+            for (int i = 0; i < len; ++i)
+                start += static_cast<char>('a' + (i * 7 + line) % 26);
+            start += "\n";
+        }
+        TMemoFixture fx(start);
+        ASSERT_GE(fx.lines.Count(), 3) << "seed " << seed; // a cut line and the last row
+        ASSERT_EQ(fx.Bytes(), start) << "seed " << seed;
+        std::u16string text = Utf8ToUtf16(start);
+        // Row position to offset in the plain text: continuation rows add no line end.
+        const auto offset = [&](TZvPos p) {
+            std::size_t at = 0;
+            for (int row = 0; row < p.Y; ++row)
+                at += fx.lines.Get(row).size() + (fx.lines.IsLineWrapped(row + 1) ? 0 : 1);
+            return at + static_cast<std::size_t>(p.X);
+        };
+        const auto randomPos = [&] {
+            const int y = rand(0, fx.lines.Count() - 1);
+            return TZvPos{rand(0, static_cast<int>(fx.lines.Get(y).size())), y};
+        };
+        for (int step = rand(1, 6); step > 0; --step) {
+            TZvPos a = randomPos(), b = randomPos();
+            if (b < a)
+                std::swap(a, b);
+            const std::u16string paste = rand(0, 1) ? u"" : u"new\nrow";
+            const std::size_t from = offset(a), to = offset(b);
+            fx.memo.SetSelection(a, b);
+            if (paste.empty())
+                fx.memo.DeleteSelection();
+            else
+                fx.memo.InsertText(paste);
+            text.replace(from, to - from, paste);
+            ASSERT_TRUE(Utf8ToUtf16(fx.Bytes()) == text) << "seed " << seed; // no huge dumps
+        }
+        const std::string edited = fx.Bytes();
+        while (fx.memo.CanUndo())
+            fx.memo.Undo();
+        ASSERT_EQ(fx.Bytes(), start) << "seed " << seed;
+        ASSERT_FALSE(fx.memo.Modified()) << "seed " << seed;
+        while (fx.memo.CanRedo())
+            fx.memo.Redo();
+        ASSERT_EQ(fx.Bytes(), edited) << "seed " << seed;
+        ASSERT_EQ(fx.memo.Modified(), edited != start) << "seed " << seed;
     }
 }
 

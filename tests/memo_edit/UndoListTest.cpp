@@ -2,6 +2,8 @@
 // modified flag, action texts, line history, and the failure path.
 #include "MemoFixture.h"
 
+#include "common/Utf.h"
+
 #include <gtest/gtest.h>
 
 namespace zv::test {
@@ -70,7 +72,21 @@ TEST(UndoList, UndoToTheSavePointClearsModifiedAndRedoSetsIt) {
     EXPECT_EQ(told, (std::vector<bool>{true, false, true, false, true, false, true}));
 }
 
-TEST(UndoList, CuttingTheRedoBranchPastTheSaveKeepsTheDocumentModified) {
+TEST(UndoList, TypingAndBackspacingBackToTheSavedTextIsUnmodified) {
+    TMemoFixture fx("one\ntwo");
+    fx.memo.SetTextCursor(1, 1);
+    Type(fx.memo, u"x");
+    EXPECT_TRUE(fx.memo.Modified());
+    fx.memo.Backspace();
+    EXPECT_FALSE(fx.memo.Modified());
+    EXPECT_EQ(fx.memo.UndoList().Count(), 2); // the history keeps both steps
+    fx.memo.EnterPress();
+    EXPECT_TRUE(fx.memo.Modified());
+    fx.memo.Backspace(); // joins the rows again
+    EXPECT_FALSE(fx.memo.Modified());
+}
+
+TEST(UndoList, ASavedTextThatUndoCannotReachIsStillRecognised) {
     TMemoFixture fx("");
     Type(fx.memo, u"a");
     fx.memo.Saved();
@@ -80,9 +96,12 @@ TEST(UndoList, CuttingTheRedoBranchPastTheSaveKeepsTheDocumentModified) {
     EXPECT_TRUE(fx.memo.Modified());
     fx.memo.Redo();
     EXPECT_TRUE(fx.memo.Modified());
+    fx.memo.Backspace();
+    Type(fx.memo, u"a"); // but typing it again gives the saved text
+    EXPECT_FALSE(fx.memo.Modified());
 }
 
-TEST(UndoList, TheLimitDropsTheOldestAndLosesTheSavePoint) {
+TEST(UndoList, TheLimitDropsTheOldestRecords) {
     TMemoFixture fx("");
     fx.memo.UndoList().SetLimit(100);
     for (int i = 0; i < 101; ++i) {
@@ -92,7 +111,7 @@ TEST(UndoList, TheLimitDropsTheOldestAndLosesTheSavePoint) {
     EXPECT_EQ(fx.memo.UndoList().Count(), 100);
     while (fx.memo.CanUndo())
         fx.memo.Undo();
-    EXPECT_EQ(fx.Text(), u"x");
+    EXPECT_EQ(fx.Text(), u"x"); // the oldest record can't be undone: the text stays changed
     EXPECT_TRUE(fx.memo.Modified());
 }
 
@@ -215,6 +234,40 @@ TEST(UndoList, UndoRecordsShareRowTextWithTheStore) {
     ASSERT_EQ(record->FRemoved.BreakCount(), 980);
     fx.memo.Undo();
     EXPECT_EQ(fx.Bytes(), big);
+}
+
+// Changes wider than the saved-row window: the window is given up and the undo position
+// answers until the text is the saved one again; from there on the answer is exact again.
+TEST(UndoList, ModifiedStaysTrueThroughAWindowTooWideToFollow) {
+    std::string text;
+    for (int i = 0; i < TSavedText::kMaxWindowRows + 10; ++i)
+        text += "ab\n";
+    TMemoFixture fx(text);
+    const int last = fx.lines.Count() - 1;
+    fx.memo.SetTextCursor(0, 0);
+    Type(fx.memo, u"x");
+    fx.memo.SetTextCursor(0, last);
+    Type(fx.memo, u"y"); // the window would hold every row
+    EXPECT_TRUE(fx.memo.Modified());
+    fx.memo.Undo();
+    EXPECT_TRUE(fx.memo.Modified());
+    fx.memo.Undo(); // back at the load
+    EXPECT_FALSE(fx.memo.Modified());
+    fx.memo.SetTextCursor(1, 1);
+    Type(fx.memo, u"z");
+    EXPECT_TRUE(fx.memo.Modified());
+    fx.memo.Backspace(); // exact again: the text is the saved one
+    EXPECT_FALSE(fx.memo.Modified());
+
+    // Saved right after pasting the rows: undoing the paste is one change wider than the
+    // window, made while the list still stands at the save point.
+    TMemoFixture small("top\n");
+    small.memo.InsertText(Utf8ToUtf16(text));
+    small.memo.Saved();
+    small.memo.Undo();
+    EXPECT_TRUE(small.memo.Modified());
+    small.memo.Redo();
+    EXPECT_FALSE(small.memo.Modified());
 }
 
 } // namespace

@@ -167,6 +167,34 @@ TEST_F(EditorWidgetTest, ModifiedSignalFollowsTheSavedState) {
     EXPECT_FALSE(spy[3][0].toBool());
 }
 
+// Ctrl+S writes through the codec: the file's encoding, BOM and line ends stay; a key and
+// Backspace that give the saved text back leave the document unmodified.
+TEST_F(EditorWidgetTest, CtrlSKeepsTheFilesEncodingAndTypingBackIsUnmodified) {
+    zvtest::TTempDir dir("zv-editor");
+    const std::string path = (dir / "u16.txt").string();
+    const auto utf16le = [](std::u16string_view s) {
+        std::string bytes = "\xFF\xFE";
+        for (char16_t c : s)
+            bytes += {static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
+        return bytes;
+    };
+    std::ofstream(path, std::ios::binary) << utf16le(u"\u00e9t\u00e9\r\nline\r\n");
+    lines.SetCodePage(50001);
+    ASSERT_TRUE(lines.LoadFromFile(path));
+    widget.SetLines(&lines);
+    QTest::keyClick(&widget, Qt::Key_Down);
+    QTest::keyClicks(&widget, "x");
+    EXPECT_TRUE(widget.IsModified());
+    QTest::keyClick(&widget, Qt::Key_Backspace);
+    EXPECT_FALSE(widget.IsModified());
+    QTest::keyClicks(&widget, "new ");
+    QTest::keyClick(&widget, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(widget.IsModified());
+    std::ifstream in(path, std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}),
+              utf16le(u"\u00e9t\u00e9\r\nnew line\r\n"));
+}
+
 TEST_F(EditorWidgetTest, CaretStaysInViewWhileTypingDownALongDocument) {
     std::string text;
     for (int i = 0; i < 2000; ++i)

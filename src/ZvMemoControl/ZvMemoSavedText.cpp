@@ -1,0 +1,90 @@
+// The saved-text window: widened by each change, narrowed by comparing its edge rows.
+#include "ZvMemoControl/ZvMemoSavedText.h"
+
+#include "ZvMemoControl/ZvMemoStrings.h"
+
+#include <algorithm>
+
+namespace zv {
+
+int TSavedText::Rows(const TZvMemoStrings& lines) {
+    return std::max(lines.Count(), 1);
+}
+
+// 0 for the first row (nothing stands before it); else bit 0 for a continuation, or the
+// line end's CR and LF bits.
+std::uint8_t TSavedText::Break(const TZvMemoStrings& lines, int row) {
+    if (row <= 0 || row >= lines.Count())
+        return 0;
+    const TAttribute& a = lines.GetLineAttribute(row);
+    if (a.GetValue(abWrapped))
+        return 1;
+    return static_cast<std::uint8_t>(2 | (a.GetValue2(ab2LinefeedCR) ? 4 : 0) |
+                                     (a.GetValue2(ab2LinefeedLF) ? 8 : 0));
+}
+
+TSavedText::TSavedRow TSavedText::Take(const TZvMemoStrings& lines, int row) const {
+    return {row < lines.Count() ? lines.GetRowText(row) : TRowText(), Break(lines, row)};
+}
+
+bool TSavedText::Same(const TZvMemoStrings& lines, int row, const TSavedRow& saved, int savedRow) {
+    // What stands before the first row has no meaning; a first row and a later one differ.
+    if ((row == 0) != (savedRow == 0))
+        return false;
+    if (row > 0 && Break(lines, row) != saved.Break)
+        return false;
+    const std::u16string_view now = lines.Get(row), then = saved.Text.View();
+    return now.size() == then.size() && (now.data() == then.data() || now == then);
+}
+
+void TSavedText::Reset(const TZvMemoStrings& lines) {
+    FMid.clear();
+    FRows = Rows(lines);
+    FTop = FRows;
+    FTail = 0;
+    FForced = false;
+    FOverflowed = false;
+}
+
+void TSavedText::BeforeChange(const TZvMemoStrings& lines, int first, int last) {
+    if (FOverflowed)
+        return;
+    FRows = Rows(lines);
+    first = std::clamp(first, 0, FRows - 1);
+    last = std::clamp(last, first, FRows - 1);
+    if (FMid.empty() && FTop + FTail == FRows) { // no window: open an empty one at the change
+        FTop = first;
+        FTail = FRows - first;
+    }
+    const std::int64_t taken =
+        std::int64_t(std::max(FTop - first, 0)) + std::max(last - (FRows - FTail) + 1, 0);
+    if (std::int64_t(FMid.size()) + taken > kMaxWindowRows) {
+        FMid.clear();
+        FOverflowed = true;
+        return;
+    }
+    for (; FTop > first; --FTop)
+        FMid.push_front(Take(lines, FTop - 1));
+    for (int next = FRows - FTail; next <= last; ++next, --FTail)
+        FMid.push_back(Take(lines, next));
+}
+
+void TSavedText::AfterChange(const TZvMemoStrings& lines) {
+    if (FOverflowed)
+        return;
+    FRows = Rows(lines);
+    while (!FMid.empty() && FTop < FRows - FTail && Same(lines, FTop, FMid.front(), FTop)) {
+        FMid.pop_front();
+        ++FTop;
+    }
+    while (!FMid.empty() && FTop < FRows - FTail) {
+        const int row = FRows - FTail - 1;
+        const int savedRow = FTop + static_cast<int>(FMid.size()) - 1;
+        if (!Same(lines, row, FMid.back(), savedRow))
+            break;
+        FMid.pop_back();
+        ++FTail;
+    }
+}
+
+} // namespace zv
