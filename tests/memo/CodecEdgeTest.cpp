@@ -229,7 +229,7 @@ TEST(CodecEdge, JohabIsRefusedClearly) {
     EXPECT_FALSE(std::filesystem::exists(dir / "out.txt"));
 }
 
-TEST(CodecEdge, SaveKeepsModeAndSymlinkAndIsAtomic) {
+TEST(CodecEdge, SaveKeepsModeOwnerAndSymlinkAndIsAtomic) {
     test::TTempDir dir;
     const auto real = dir / "real.txt", link = dir / "link.txt";
     WriteAll(real, "old text\n");
@@ -244,6 +244,15 @@ TEST(CodecEdge, SaveKeepsModeAndSymlinkAndIsAtomic) {
     struct stat st {};
     ASSERT_EQ(::stat(real.c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 0777, 0640u);
+    if (::geteuid() == 0) { // only root can give the file to someone else
+        ASSERT_EQ(::chown(real.c_str(), 4321, 4322), 0);
+        store.SetLineString(0, u"third text");
+        ASSERT_TRUE(store.SaveToFile(link.string())) << store.LastError();
+        ASSERT_EQ(::stat(real.c_str(), &st), 0);
+        EXPECT_EQ(st.st_uid, 4321u);
+        EXPECT_EQ(st.st_gid, 4322u);
+        EXPECT_EQ(ReadAll(real), "third text\n");
+    }
     // No temporary file is left behind.
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()),
                             std::filesystem::directory_iterator()),

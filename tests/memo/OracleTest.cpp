@@ -160,6 +160,57 @@ TEST(Oracle, LineEndCountsAndBomAgreeWithDos2unix) {
     }
 }
 
+// Every flag of zvtool convert against dos2unix's own converters on the same file: --eol
+// gives the bytes of unix2dos/dos2unix/unix2mac (which also keep or add the BOM as told),
+// --bom/--no-bom the BOM that dos2unix --info then reports, and code-page names work as
+// well as numbers.
+TEST(Oracle, ConvertFlagsAgreeWithTheDos2unixConverters) {
+    for (const char* tool : {"dos2unix", "unix2dos", "unix2mac"})
+        if (!test::HaveProgram(tool))
+            GTEST_SKIP() << tool << " is not installed";
+    test::TTempDir dir;
+    std::mt19937 rng(5);
+    struct TEol {
+        const char* Flag;
+        const char* Tool;
+    };
+    const TEol eols[] = {{"crlf", "unix2dos"}, {"lf", "dos2unix"}, {"cr", "unix2mac"}};
+    for (int round = 0; round < 6; ++round) {
+        const auto in = dir / "in.txt", ours = dir / "ours.txt", theirs = dir / "theirs.txt";
+        // dos2unix's converters take one kind of line end as input; start from LF.
+        std::string text;
+        for (int i = 0; i < 5 + round; ++i)
+            text += "line " + std::to_string(rng() % 1000) + " \xC3\xA9t\xC3\xA9\n";
+        WriteAll(in, text);
+        for (const auto& eol : eols) {
+            for (const bool bom : {false, true}) {
+                SCOPED_TRACE(std::string(eol.Flag) + (bom ? " bom" : " no bom"));
+                ASSERT_EQ(Shell(kTool + " convert --from utf-8 --to 65001 " +
+                                (bom ? "--bom" : "--no-bom") + " --eol " + eol.Flag + " " +
+                                Quote(in) + " " + Quote(ours)),
+                          0);
+                ASSERT_EQ(Shell(std::string(eol.Tool) + (bom ? " --add-bom" : " --remove-bom") +
+                                " -q -n " + Quote(in) + " " + Quote(theirs)),
+                          0);
+                EXPECT_EQ(ReadAll(ours), ReadAll(theirs));
+                int status = 0;
+                const std::string info = RunOutput("dos2unix --info " + Quote(ours), status);
+                EXPECT_NE(info.find(bom ? "UTF-8" : "no_bom"), std::string::npos) << info;
+            }
+        }
+        // A name for the target and UTF-16LE with a BOM: dos2unix reads it and counts alike.
+        ASSERT_EQ(Shell(kTool + " convert --to utf-16le --bom " + Quote(in) + " " + Quote(ours)),
+                  0);
+        int status = 0;
+        std::istringstream counts(RunOutput("dos2unix --info=ub " + Quote(ours), status));
+        long lf = -1;
+        std::string bomWord;
+        counts >> lf >> bomWord;
+        EXPECT_EQ(lf, 5 + round);
+        EXPECT_EQ(bomWord, "UTF-16LE");
+    }
+}
+
 TEST(Oracle, LineEndKindsAgreeWithFile) {
     if (!test::HaveProgram("file"))
         GTEST_SKIP() << "file is not installed";
