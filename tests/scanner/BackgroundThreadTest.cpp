@@ -158,6 +158,65 @@ TEST(BackgroundThread, AFullScanStoppedByAnEditIsAskedForAgain) {
     d.ExpectStatesFresh("after the full scan");
 }
 
+TEST(BackgroundThread, ARescanRequestDuringASweepIsServed) {
+    TScanDoc d("c", Program(60000));
+    std::atomic<bool> requested{false};
+    std::atomic<int> fullScansAfter{0}, incomplete{0};
+    TBackgroundCallbacks host;
+    host.OnTask = [&](TBackgroundTask task, bool) {
+        if (task != TBackgroundTask::FullScan || !requested.load())
+            return;
+        ++fullScansAfter;
+        incomplete += !d.Scanner->Complete();
+    };
+    TBackgroundThread thread(*d.Scanner, host, kFast);
+    thread.SuspendThread(false);
+    const auto limit = std::chrono::steady_clock::now() + 20s;
+    while (d.Scanner->States().ValidRows() < 1000 && std::chrono::steady_clock::now() < limit)
+        std::this_thread::yield();
+    // Row 100 changes (its end state becomes an open comment) while the thread is far below
+    // it, and the request to rescan comes only after the thread has resumed its sweep.
+    thread.SuspendThread(true);
+    d.Store.InsertAt(100, u"/* ", 1);
+    thread.SuspendThread(false);
+    const bool duringSweep = d.Scanner->States().ValidRows() < d.Store.Count();
+    requested = true;
+    thread.RequestFullScan(100);
+    ASSERT_TRUE(thread.WaitComplete(30s));
+    while (fullScansAfter.load() == 0 && std::chrono::steady_clock::now() < limit)
+        std::this_thread::sleep_for(1ms);
+    thread.StopBackgroundThread(true);
+    EXPECT_TRUE(duringSweep) << "the request did not arrive during the sweep";
+    EXPECT_GE(fullScansAfter.load(), 1) << "the request was served by a full scan";
+    EXPECT_EQ(incomplete.load(), 0);
+    d.ExpectStatesFresh("after the request");
+}
+
+// The generation counter: a state computed before an invalidation is dropped, and stores
+// from the watermark on extend it again.
+TEST(LineStates, AStateReadBeforeAnInvalidationIsNeverStoredAfterIt) {
+    TLineStates states;
+    states.Reset(10);
+    TStyle s;
+    ClearStyle(s, true);
+    for (int row = 0; row < 10; ++row)
+        ASSERT_TRUE(states.Store(row, s, states.Generation()));
+    ASSERT_EQ(states.ValidRows(), 10);
+    const std::uint64_t before = states.Generation();
+    states.ClearFrom(4, 10); // the request arrives while row 4 is being scanned
+    EXPECT_EQ(states.ValidRows(), 4);
+    s.Properties.Set(spInComment, true);
+    EXPECT_FALSE(states.Store(4, s, before)) << "computed before the request";
+    EXPECT_EQ(states.ValidRows(), 4);
+    TStyle stored;
+    EXPECT_FALSE(states.Get(4, stored));
+    EXPECT_FALSE(stored.Properties.Get(spInComment));
+    EXPECT_TRUE(states.Store(4, s, states.Generation()));
+    EXPECT_EQ(states.ValidRows(), 5);
+    EXPECT_TRUE(states.Store(7, s, states.Generation())); // kept, but not below the watermark
+    EXPECT_EQ(states.ValidRows(), 5);
+}
+
 TEST(BackgroundSchedule, APauseRaisesOnlyTheCountersOfTheLaterTasks) {
     TBackgroundSchedule s;
     for (int i = 0; i < 40; ++i)

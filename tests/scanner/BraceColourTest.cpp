@@ -1,4 +1,5 @@
-// Brace and tag-pair matching, depth colours of braces, and colour values in text.
+// Brace and tag-pair matching, depth colours of braces, colour values in text, and the
+// queries by position (token, set, tag or block, comment or string).
 #include "ScanTestSupport.h"
 
 #include "syntax/BraceMatch.h"
@@ -76,6 +77,38 @@ TEST(ColourValue, FormsBySyntax) {
     };
     EXPECT_EQ(GetColorAtXY(u"color: red;", 8, u"Html", named), u"#ff0000");
     EXPECT_EQ(GetColorAtXY(u"#12", 1, u"css"), u"#ffffff");
+}
+
+TEST(TokenQueries, AnswerByTheWalkUpToThePosition) {
+    TScanDoc d("html", u"<div class=\"a\">text</div>\n<script>\nvar s = \"q\"; /* c\n*/ x = 1;"
+                       u"</script>\n<style>p { margin: 0 }</style>");
+    const auto& host = d.Host;
+    ASSERT_TRUE(host.FHtmlStyleJS && host.FHtmlStyleCSS);
+    // The set in force: HTML outside, the embedded language inside its element.
+    EXPECT_EQ(GetStyleAt(*d.Scanner, 2, 0), host.FStyles.get());
+    EXPECT_EQ(GetStyleAt(*d.Scanner, 1, 2), host.FHtmlStyleJS.get());
+    EXPECT_EQ(GetStyleAt(*d.Scanner, 3, 3), host.FHtmlStyleJS.get());
+    EXPECT_EQ(GetStyleAt(*d.Scanner, 11, 4), host.FHtmlStyleCSS.get());
+    // The token under a position and the one ending left of it.
+    const TTokenAt var = TokenAtXY(*d.Scanner, 2, 2);
+    EXPECT_TRUE(var.Found);
+    EXPECT_EQ(var.Kind, TTokenKind::Keyword);
+    EXPECT_EQ(var.Start, 0);
+    EXPECT_EQ(var.Length, 3);
+    const TTokenAt left = TokenAtLeftOfXY(*d.Scanner, 3, 2);
+    EXPECT_EQ(left.Kind, TTokenKind::Keyword);
+    EXPECT_EQ(left.Start, 0);
+    EXPECT_FALSE(TokenAtLeftOfXY(*d.Scanner, 0, 2).Found);
+    EXPECT_FALSE(TokenAtXY(*d.Scanner, 99, 2).Found);
+    EXPECT_EQ(TokenAtXY(*d.Scanner, 9, 2).Kind, TTokenKind::String);
+    EXPECT_EQ(TokenAtXY(*d.Scanner, 0, 3).Kind, TTokenKind::Comment); // the comment's second row
+    // Tag or block, comment or string: the state behind the position.
+    EXPECT_TRUE(IsInTagOrBlock(*d.Scanner, 6, 0));   // in "<div class"
+    EXPECT_FALSE(IsInTagOrBlock(*d.Scanner, 17, 0)); // in "text"
+    EXPECT_TRUE(IsInCommentOrString(*d.Scanner, 10, 2));
+    EXPECT_FALSE(IsInCommentOrString(*d.Scanner, 4, 2));
+    EXPECT_TRUE(IsInCommentOrString(*d.Scanner, 16, 2)); // behind "/* c"
+    EXPECT_FALSE(IsInCommentOrString(*d.Scanner, 4, 3)); // behind "*/ x"
 }
 
 } // namespace

@@ -163,6 +163,22 @@ TEST(ScanRules, TypingThatKeepsTheEndStateRedrawsOneRowAndKeepsTheRest) {
     EXPECT_THAT(sh.Tokens(2), ElementsAre("string:echo c"));
 }
 
+TEST(ScanRules, AnEndStateChangeBeyondCommentsAndStringsRedrawsEveryRowBelow) {
+    // An opening brace changes only the nesting depth of the end state, which the brace
+    // colours of every row below depend on.
+    TScanDoc d("c", u"int a;\nint b;\nf(x);\ng(y);");
+    d.SweepAll();
+    d.Store.InsertAt(1, u"(", 1);
+    d.Scanner->ClearLineStylesFrom(1);
+    EXPECT_EQ(d.Scanner->InvalidateLine(1), (TRedrawRange{1, -1}));
+    TStyle end;
+    const auto runs = RowRuns(*d.Scanner, 3, &end);
+    ASSERT_FALSE(runs.empty());
+    EXPECT_EQ(end.Properties.Brace1Level, 1) << "g(y) lies inside the new parenthesis";
+    d.SweepAll();
+    d.ExpectStatesFresh("brace");
+}
+
 TEST(ScanRules, CacheWalkStartsFreshAtABlankRowFarUp) {
     std::u16string text = u"/* open\n\n";
     for (int i = 0; i < 150; ++i)

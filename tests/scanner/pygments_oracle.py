@@ -5,7 +5,9 @@ system (C headers, Python modules, shell scripts, CSS, JavaScript, JSON, HTML, X
 Each character gets a class: comment, string, number, keyword or other. Characters where the
 two tools follow different designs on purpose (see docs/scanner.md) are left out. For each
 file, of the characters either tool calls a comment (or a string), at least 99% must be
-called so by both. Exit 77 (skipped) without Pygments.
+called so by both. The same share for numbers and keywords is printed per language, for
+information only: the keyword lists of the two tools differ by design. Exit 77 (skipped)
+without Pygments.
 
 usage: pygments_oracle.py ZVTOOL
 """
@@ -140,8 +142,12 @@ def py_classes(lexer, text, lines):
     return classes
 
 
+GATED = ("comment", "string")
+CLASSES = GATED + ("number", "keyword")
+
+
 def compare(zv, py, lines):
-    counts = {c: [0, 0] for c in ("comment", "string")}  # [either, both]
+    counts = {c: [0, 0] for c in CLASSES}  # [either, both]
     samples = {c: [] for c in counts}
     for row, line in enumerate(lines):
         for col, ch in enumerate(line.encode("utf-16-le").decode("utf-16-le", "replace")):
@@ -167,7 +173,7 @@ def main():
         return 2
     zvtool = sys.argv[1]
     failures, checked = 0, 0
-    totals = {}  # class -> [either, both] over all files
+    totals = {}  # (syntax, class) -> [either, both] over the files of a syntax
     for syntax, lexer, globs in CASES:
         files = pick(globs)
         if not files:
@@ -181,9 +187,12 @@ def main():
                                       py_classes(lexer, text, lines), lines)
             checked += 1
             for cls, (either, both) in counts.items():
-                total = totals.setdefault(cls, [0, 0])
-                total[0] += either
-                total[1] += both
+                for key in ((syntax, cls), ("all", cls)):
+                    total = totals.setdefault(key, [0, 0])
+                    total[0] += either
+                    total[1] += both
+                if cls not in GATED:
+                    continue
                 share = both / either if either else 1.0
                 ok = share >= 0.99
                 print(f"{'ok  ' if ok else 'FAIL'} {syntax:10} {cls:7} {share:7.2%} "
@@ -192,8 +201,14 @@ def main():
                     failures += 1
                     for s in samples[cls]:
                         print("       " + s)
-    for cls, (either, both) in totals.items():
-        print(f"all files  {cls:7} {both / either if either else 1.0:7.2%} of {either} chars")
+    print("per language, share of the characters either tool puts in a class that both do:")
+    print(f"{'':10} " + " ".join(f"{c:>17}" for c in CLASSES))
+    for syntax in [s for s in dict.fromkeys(s for s, _ in totals) if s != "all"] + ["all"]:
+        cells = []
+        for cls in CLASSES:
+            either, both = totals[(syntax, cls)]
+            cells.append(f"{both / either if either else 1.0:7.2%} of {either:7}")
+        print(f"{syntax:10} " + " ".join(cells))
     print(f"{checked} files compared, {failures} below 99%")
     return 1 if failures or not checked else 0
 

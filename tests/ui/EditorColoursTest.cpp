@@ -10,9 +10,11 @@
 #include "ui/RunPainter.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QImage>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -178,6 +180,64 @@ TEST_F(EditorColoursTest, HtmlFileShowsTagsAndMarksTheTagPair) {
     editor->Memo().SetTextCursor(0, 5); // the empty last row: no tag
     EXPECT_EQ(editor->TagPair().StartY, -1);
     EXPECT_EQ(PixelsOf(editor, 2, mark), 0);
+}
+
+// The first sweep of a big file runs beside the window: the event loop keeps turning, keys
+// typed meanwhile (a new row included) are handled at once, and the sweep still ends with
+// the states a fresh scan gives.
+TEST_F(EditorColoursTest, TheWindowKeepsRunningDuringTheFirstSweep) {
+    constexpr int kRows = 300'000; // the sweep yields 1 ms every 500 rows: 0.6 s at least
+    std::u16string text;
+    for (int i = 0; i < kRows; ++i)
+        text += i % 5 == 0   ? u"/* a comment\n"
+                : i % 5 == 1 ? u"   ends here */\n"
+                             : u"int f(int a) { return a + 1; }\n";
+    zv::TZvMemoStrings lines;
+    lines.SetTextStr(text);
+    zv::TEditorWidget editor;
+    editor.SetBackgroundTiming({0ms, 1ms, 100ms, 500ms});
+    editor.resize(600, 400);
+    editor.SetLines(&lines);
+    editor.SetSyntaxForFile(dir / "big.c", ZV_TEST_TREE);
+    ASSERT_NE(editor.Scan(), nullptr);
+    editor.show();
+    const zv::TLineScanner& scanner = editor.Scan()->Scanner();
+
+    int turns = 0; // turns of the event loop while the sweep is past the screen, not done
+    QEventLoop loop;
+    QTimer tick;
+    tick.setInterval(1);
+    QObject::connect(&tick, &QTimer::timeout, [&] {
+        const int valid = scanner.States().ValidRows();
+        if (valid > 1000 && valid < lines.Count() && ++turns == 5) {
+            QTest::keyClicks(&editor, "x");
+            QTest::keyClick(&editor, Qt::Key_Return);
+        }
+        if (scanner.Complete() && turns >= 5)
+            loop.quit();
+    });
+    QTimer::singleShot(60s, &loop, &QEventLoop::quit);
+    tick.start();
+    loop.exec();
+    EXPECT_GE(turns, 5) << "the event loop stood still during the sweep";
+    ASSERT_EQ(lines.Get(0), u"x");
+    ASSERT_EQ(lines.Count(), kRows + 2); // the text's last line end leaves an empty row
+    ASSERT_TRUE(editor.Scan()->Thread().WaitComplete(30s));
+
+    editor.Scan()->Pause();
+    zv::TStyle fresh;
+    zv::ClearStyle(fresh, true);
+    zv::TScanScratch scratch;
+    for (int row = 0; row < lines.Count(); ++row) {
+        zv::TScanRequest request;
+        request.Text = lines.Get(row);
+        zv::ScanRow(editor.Scan()->Context(), request, fresh, scratch);
+        fresh.FBooleanArray |= 1u;
+        zv::TStyle stored;
+        ASSERT_TRUE(scanner.States().Get(row, stored)) << row;
+        ASSERT_TRUE(stored == fresh) << "row " << row;
+    }
+    editor.Scan()->Resume();
 }
 
 } // namespace
