@@ -26,8 +26,7 @@ struct TPass {
             flags.hex = true;
             flags.binary = false;
         } else if (auto line = SwitchValue(arg, "L:")) {
-            if (!line->empty())
-                state.FLine = StrToInt(*line);
+            state.FLine = StrToInt(*line); // an empty value is no number either
         } else if (IsSwitch(arg, "L") || IsSwitch(arg, "CP")) {
             // without ":" or "=" the switch changes nothing
         } else if (IsSwitch(arg, "RL")) {
@@ -37,8 +36,7 @@ struct TPass {
         } else if (IsSwitch(arg, "MONITOR")) {
             flags.monitor = true;
         } else if (auto cp = SwitchValue(arg, "CP=")) {
-            if (!cp->empty())
-                flags.codePage = StrToInt(*cp);
+            flags.codePage = StrToInt(*cp);
         } else if (IsSwitch(arg, "C")) {
             flags.close = true;
         } else {

@@ -101,9 +101,15 @@ TEST(ArgumentPass, NonNumericValueEndsThePassBeforeAnyFileOpens) {
     Pass l;
     EXPECT_THROW(l.Run({"/L:x1"}), zv::EConvertError);
     Pass bare;
-    bare.Run({"/L", "/CP=", "/L:", "a"});
-    EXPECT_EQ(bare.state.FLine, 0);
+    bare.Run({"/L", "/CP", "a"});
+    EXPECT_EQ(bare.state.FLine, 0) << "without its separator the switch changes nothing";
     EXPECT_EQ(bare.host.opened.at(0).flags.codePage, 50001);
+    EXPECT_FALSE(bare.host.opened.at(0).flags.close) << "/CP is not taken for /C";
+    for (const char* empty : {"/CP=", "-L:"}) {
+        Pass withEmpty;
+        EXPECT_THROW(withEmpty.Run({"a", empty}), zv::EConvertError)
+            << "an empty value is no number";
+    }
 }
 
 TEST(ArgumentPass, DirConsumesItsValueAndSettingsIsSkipped) {
