@@ -3,6 +3,7 @@
 #include "ZvMemoControl/ZvMemoStyles.h"
 
 #include "ZvMemoControl/CaseFold.h"
+#include "ZvMemoControl/StyleCssHelp.h"
 #include "common/Utf.h"
 #include "shell/ZvIniFiles.h"
 
@@ -94,6 +95,15 @@ void TZvCustomMemoStyles::LoadKeyListDepth(std::u16string_view section, std::u16
         return;
     if (list.capacity() < 64)
         list.reserve(64);
+    if (IsCssFamily() && key.find(u'@') == key.npos) {
+        for (const TCssValue& v : CssHelp().Values(key)) {
+            TCompletionItem item = CreateBitmap(u'v');
+            item.Name = item.Insert = v.Name;
+            item.Detail = v.Syntax;
+            list.push_back(std::move(item));
+        }
+        return;
+    }
     const bool tagComplete = section == kTagComplete;
     std::u16string value = SynIni->ReadString(section, key, u"");
     if (value.empty() && !tagComplete) {
@@ -180,6 +190,14 @@ void TZvCustomMemoStyles::LoadHintList() {
 void TZvCustomMemoStyles::LoadUserMenu(TCompletionList& list, bool skipFlag) {
     if (!SynIni)
         return;
+    if (!FMenuLoaded && IsCssFamily()) {
+        FMenuLoaded = true;
+        for (const std::u16string& property : CssHelp().Properties()) {
+            TCompletionItem item = CreateBitmap(u'p');
+            item.Name = item.Insert = property;
+            FMenuList.push_back(std::move(item));
+        }
+    }
     if (!FMenuLoaded) {
         FMenuLoaded = true;
         for (const std::u16string& line : SynIni->ReadSectionValues(u"UserMenu")) {
@@ -203,6 +221,24 @@ void TZvCustomMemoStyles::LoadUserMenu(TCompletionList& list, bool skipFlag) {
         }
         list.push_back(std::move(item));
     }
+}
+
+const TCssHelp& TZvCustomMemoStyles::CssHelp() {
+    if (!FCSSXML) {
+        std::filesystem::path path(Utf16ToUtf8(FSyntaxPathName));
+        path.replace_extension(".xml");
+        std::error_code ec;
+        FCSSFileDate = std::filesystem::last_write_time(path, ec);
+        if (ec)
+            FCSSFileDate = {};
+        FCSSXML = std::make_shared<const TCssHelp>(path);
+    }
+    return *FCSSXML;
+}
+
+std::u16string TZvCustomMemoStyles::LoadCSSHint(std::u16string_view property,
+                                                std::u16string_view value) {
+    return IsCssFamily() ? CssHelp().Hint(property, value) : std::u16string();
 }
 
 void TZvCustomMemoStyles::LoadSection(std::u16string_view section, TStringList& list) const {

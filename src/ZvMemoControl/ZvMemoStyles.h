@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@
 namespace zv {
 
 class TMemIniFileW;
+class TCssHelp;
 
 using TStringList = std::vector<std::u16string>;
 
@@ -102,7 +104,9 @@ public:
 
     // Completion data from the companion file; all do nothing without one.
     // A "@" reference to itself recurses without end: definition files must not do that
-    // (references deeper than 32 levels are cut off).
+    // (references deeper than 32 levels are cut off). In a CSS-family syntax a key without
+    // "@" is a property, answered with its values from the CSS help file, and the user menu
+    // lists the help file's properties.
     void LoadKeyList(std::u16string_view section, std::u16string_view key, TCompletionList& list);
     void LoadTagList(TCompletionList& list);
     void LoadStopTagList(TCompletionList& list);
@@ -114,6 +118,11 @@ public:
     TCompletionItem CreateBitmap(char16_t iconChar) const;
     bool HasCompanion() const { return SynIni != nullptr; }
     bool IsCssFamily() const;
+
+    // The hint while a CSS value is typed (TCssHelp::Hint); empty outside a CSS-family syntax.
+    std::u16string LoadCSSHint(std::u16string_view property, std::u16string_view value);
+    // The CSS help file (the definition's path with ".xml"), parsed on first use.
+    const TCssHelp& CssHelp();
 
     // Identity
     std::u16string FSyntaxName, FSyntaxPathName, FFileName;
@@ -211,6 +220,10 @@ public:
            FHint2ColorBk = kNoColor, FHint3Color = kNoColor, FHint3ColorBk = kNoColor;
     std::u16string FAutoCloseBraceStart, FAutoCloseBraceEnd, FAutoCloseBlockStart,
         FAutoCloseBlockEnd, FFAutoCloseBlocksEnd;
+
+    // CSS help: parsed once, on the main thread, when a CSS-family completion first needs it
+    std::shared_ptr<const TCssHelp> FCSSXML;
+    std::filesystem::file_time_type FCSSFileDate{}; // of the file parsed; zero when missing
 
     // Flags without a file key
     bool FAllowCmdEF = false, FAllowCmdIN = false, FAllowCmdLF = false;

@@ -1,4 +1,4 @@
-# Style tables of one syntax and the per-row scanner state (engine: ICU and PCRE2, no Qt).
+# Style tables of one syntax and the per-row scanner state (engine: ICU, PCRE2 and pugixml, no Qt).
 zv_engine_library(zv_styles
   SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/CaseFold.cpp
@@ -6,6 +6,7 @@ zv_engine_library(zv_styles
     ${CMAKE_CURRENT_LIST_DIR}/LineStyle.cpp
     ${CMAKE_CURRENT_LIST_DIR}/MemoStyleHost.cpp
     ${CMAKE_CURRENT_LIST_DIR}/StyleCompanion.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/StyleCssHelp.cpp
     ${CMAKE_CURRENT_LIST_DIR}/StyleRegex.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStyles.cpp
-  DEPS zv_ini PkgConfig::PCRE2 ICU::uc)
+  DEPS zv_ini PkgConfig::PCRE2 ICU::uc pugixml::pugixml)

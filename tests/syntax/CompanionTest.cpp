@@ -2,6 +2,7 @@
 // the user menu; and the style sets built by code.
 #include "SyntaxTestFiles.h"
 
+#include "ZvMemoControl/StyleCssHelp.h"
 #include "syntax/ZvSyntax.h"
 
 #include <gtest/gtest.h>
@@ -108,6 +109,63 @@ TEST_F(Companion, WithoutACompanionTheLoadersDoNothing) {
     FMemo.FStyles->LoadTagList(list);
     EXPECT_TRUE(list.empty());
     EXPECT_FALSE(FMemo.FStyles->HasCompanion());
+}
+
+constexpr std::string_view kCssHelp =
+    "<?xml version=\"1.0\"?>\n<css><properties>\n"
+    "<property name=\"@global\"><value name=\"inherit\" version=\"2.0\"/></property>\n"
+    "<property name=\"@color\"><value name=\"red\"/><value name=\"$(color)\"/>"
+    "<value name=\"$(length)\"/></property>\n"
+    "<property name=\"@length\"><value name=\"0\"/><value name=\"$(color)\"/></property>\n"
+    "<property name=\"color\"><value name=\"$(color)\"/>"
+    "<value name=\"currentcolor\" syntax=\"the text colour\" version=\"3.0\"/></property>\n"
+    "<property name=\"display\"><value name=\"block\"/><value name=\"$(missing)\"/>"
+    "<value name=\"$(global)\"/></property>\n"
+    "</properties></css>\n";
+
+TEST_F(Companion, CssPropertiesAreAnsweredFromTheHelpFile) {
+    WriteFile(FDir.Path() / "css.xml", kCssHelp);
+    auto s =
+        Load("[AutoComplete]\ncolor=not|from the companion+p\n@at=media|media rule+k\n", "css");
+    TCompletionList list;
+    s->LoadKeyList(u"AutoComplete", u"Color:", list); // trailing ":" and case do not matter
+    // The list "@color" (before the property of that name), references taken once, then the
+    // values every property takes.
+    EXPECT_EQ(Names(list),
+              (std::vector<std::u16string>{u"red", u"0", u"currentcolor", u"inherit"}));
+    EXPECT_EQ(list[2].Detail, u"the text colour");
+    EXPECT_EQ(list[2].Insert, u"currentcolor");
+    list.clear();
+    s->LoadKeyList(u"AutoComplete", u"display", list); // a dangling reference is skipped
+    EXPECT_EQ(Names(list), (std::vector<std::u16string>{u"block", u"inherit"}));
+    list.clear();
+    s->LoadKeyList(u"AutoComplete", u"@color", list); // lists are no properties; "@" keys
+    EXPECT_TRUE(list.empty());                        // are read from the companion
+    s->LoadKeyList(u"AutoComplete", u"@at", list);
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_EQ(list[0].Insert, u"media"); // in a CSS syntax: first part inserted
+    EXPECT_EQ(list[0].Detail, u"media rule");
+    TCompletionList menu;
+    s->LoadUserMenu(menu, false);
+    EXPECT_EQ(Names(menu), (std::vector<std::u16string>{u"color", u"display"}));
+    EXPECT_EQ(s->LoadCSSHint(u"color", u"CURRENTCOLOR"),
+              u"currentcolor: the text colour (CSS 3.0)");
+    EXPECT_EQ(s->LoadCSSHint(u"display:", u""), u"block | inherit");
+    EXPECT_EQ(s->CssHelp().DanglingReferences(), TStringList{u"display: missing"});
+}
+
+TEST_F(Companion, OtherSyntaxesAndAMissingHelpFileGiveNoCssValues) {
+    WriteFile(FDir.Path() / "lang.xml", kCssHelp);
+    auto s = Load("[AutoComplete]\ncolor=mine|mine+p\n");
+    TCompletionList list;
+    s->LoadKeyList(u"AutoComplete", u"color", list); // not a CSS syntax: the companion answers
+    EXPECT_EQ(Names(list), std::vector<std::u16string>{u"mine"});
+    EXPECT_TRUE(s->LoadCSSHint(u"color", u"").empty());
+    s = Load("[AutoComplete]\ncolor=mine|mine+p\n", "less"); // no less.xml
+    list.clear();
+    s->LoadKeyList(u"AutoComplete", u"color", list);
+    EXPECT_TRUE(list.empty());
+    EXPECT_TRUE(s->CssHelp().Empty());
 }
 
 TEST(BuiltinSyntaxes, SyntaxFileHighlightingKnowsHeadersAndOptionKeys) {

@@ -2,11 +2,14 @@
 // the files claim.
 #include "SyntaxTestFiles.h"
 
+#include "ZvMemoControl/StyleCssHelp.h"
 #include "shell/ZvIniFiles.h"
 #include "syntax/SyntaxSetCheck.h"
 #include "syntax/ZvSyntax.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace zv {
 namespace {
@@ -54,6 +57,30 @@ TEST(ShippedSet, HtmlCarriesCssJavaScriptAndPhp) {
     EXPECT_GE(memo.FHtmlStyleJS->FindKeyword(u"const", true), 0);
     EXPECT_GE(memo.FHtmlStylePHP->FindKeyword(u"echo", false), 0);
     EXPECT_GE(memo.FStyles->FindTag(u"DIV", false), 0);
+}
+
+TEST(ShippedSet, CssHelpKnowsEveryColouredPropertyAndEachHasValues) {
+    TZvSyntax syntax;
+    TMemoStyleHost memo;
+    ASSERT_TRUE(
+        syntax.LoadStyleFromFile(&memo, U16(ShippedSyntaxFolder() / "css.syx"), u"CSS", 1, u""));
+    TZvCustomMemoStyles& css = *memo.FStyles;
+    const TCssHelp& help = css.CssHelp();
+    EXPECT_TRUE(help.DanglingReferences().empty());
+    std::vector<std::u16string> coloured = css.FKeyWords.at(0).KeyWords.Words();
+    std::vector<std::u16string> helped = help.Properties();
+    std::sort(helped.begin(), helped.end());
+    EXPECT_EQ(helped, coloured); // the keyword group is sorted by its table
+    for (const std::u16string& property : helped) {
+        TCompletionList values;
+        css.LoadKeyList(u"AutoComplete", property, values);
+        EXPECT_FALSE(values.empty()) << Utf16ToUtf8(property);
+    }
+    TCompletionList display;
+    css.LoadKeyList(u"AutoComplete", u"display:", display);
+    EXPECT_TRUE(std::any_of(display.begin(), display.end(),
+                            [](const TCompletionItem& i) { return i.Insert == u"flex"; }));
+    EXPECT_NE(css.LoadCSSHint(u"color", u"oklch()").find(u"lightness"), std::u16string::npos);
 }
 
 } // namespace
