@@ -1,7 +1,10 @@
 // Instance block over an mmap'ed file with flock telling whether the first instance lives.
 #include "shell/RunOnce.h"
 
+#include "common/Trace.h"
+
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -16,12 +19,23 @@ std::string InstanceFolder() {
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     std::string folder = runtime && *runtime ? std::string(runtime) + "/zevrit"
                                              : "/tmp/zevrit-" + std::to_string(getuid());
-    ::mkdir(folder.c_str(), 0700);
+    if (::mkdir(folder.c_str(), 0700) != 0 && errno == EEXIST) {
+        struct stat st {};
+        if (::lstat(folder.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && st.st_uid == ::getuid())
+            ::chmod(folder.c_str(), 0700); // ours, but made looser by hand
+    }
     return folder;
 }
 
+bool IsPrivateFolder(const std::string& folder) {
+    struct stat st {};
+    return ::lstat(folder.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && st.st_uid == ::getuid() &&
+           (st.st_mode & 077) == 0;
+}
+
 TRunOnce::TRunOnce(std::string name, std::string folder)
-    : FFilemapName(std::move(name)), fName(folder + "/" + FFilemapName) {}
+    : FFilemapName(std::move(name)), FFolder(std::move(folder)),
+      fName(FFolder + "/" + FFilemapName) {}
 
 TRunOnce::~TRunOnce() {
     if (InstanceInfo)
@@ -33,6 +47,11 @@ TRunOnce::~TRunOnce() {
 bool TRunOnce::MapBlock() {
     if (InstanceInfo)
         return true;
+    if (!IsPrivateFolder(FFolder)) {
+        // Another user could read or plant the block and the sockets beside it.
+        Trace("TRunOnce::MapBlock() - " + FFolder + " is not a folder of mode 0700 of ours");
+        return false;
+    }
     mappingHandle = ::open(fName.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (mappingHandle < 0)
         return false;

@@ -22,15 +22,19 @@ using PInstanceInfo = TInstanceInfo*;
 inline constexpr int kMaxInstanceWindows = 11;
 
 // The folder of the instance block and the hand-over sockets:
-// $XDG_RUNTIME_DIR/zevrit, else /tmp/zevrit-$UID; made with mode 0700.
+// $XDG_RUNTIME_DIR/zevrit, else /tmp/zevrit-$UID; made with mode 0700 (an existing one of
+// ours is set to 0700).
 std::string InstanceFolder();
+// True if folder is a real folder (no link) of this user that no one else may enter.
+bool IsPrivateFolder(const std::string& folder);
 
 // Owns a view of the block. The block is a file in InstanceFolder() mapped with mmap; the
 // first instance holds an exclusive flock on it for its life, so a crash frees the role.
 // The block itself is used without a lock: windows change only at process start and exit.
 class TRunOnce {
 public:
-    // name: the block's file name, "ZvFileMap" by default (tests use their own).
+    // name: the block's file name, "ZvFileMap" by default (tests use their own). The block
+    // is only used in a private folder (IsPrivateFolder); elsewhere Check fails.
     explicit TRunOnce(std::string name = "ZvFileMap", std::string folder = InstanceFolder());
     ~TRunOnce();
     TRunOnce(const TRunOnce&) = delete;
@@ -65,7 +69,8 @@ private:
 
     uint64_t FAppHandle = 0;
     std::string FFilemapName;
-    std::string fName; // full path of the block file
+    std::string FFolder; // the folder holding the block
+    std::string fName;   // full path of the block file
     bool fFirstInstance = false;
     uint64_t FOtherWindowHandle = 0;
     PInstanceInfo InstanceInfo = nullptr; // mapped view, null when the block could not be made

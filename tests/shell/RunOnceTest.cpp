@@ -7,14 +7,18 @@
 
 #include <cstring>
 #include <fstream>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-// The blocks of this test program; the folder goes when the program ends.
+// The blocks of this test program, in a private folder as the block needs; the folder
+// goes when the program ends.
 std::string TestFolder() {
     static const zvtest::TTempDir folder("zv-runonce");
+    static const bool private_ = ::chmod(folder.Path().c_str(), 0700) == 0;
+    EXPECT_TRUE(private_);
     return folder.Path().string();
 }
 
@@ -80,6 +84,23 @@ TEST(RunOnce, WindowTableAddUpdateRemove) {
     EXPECT_EQ(block.GetWinCount(), 1u);
     EXPECT_EQ(block.GetWinHandle(), 0u);
     EXPECT_EQ(U64At(RawBlock("block-c"), 0), 9u);
+}
+
+// A folder others may enter, or a link to one, could let them read or plant the block.
+TEST(RunOnce, BlockOnlyInAPrivateFolder) {
+    const std::string loose = TestFolder() + "/loose";
+    ASSERT_EQ(::mkdir(loose.c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(loose.c_str(), 0755), 0); // whatever the umask
+    zv::TRunOnce open("block-d", loose);
+    EXPECT_FALSE(open.Check(1));
+    EXPECT_FALSE(std::ifstream(loose + "/block-d").good()) << "no block made there";
+    const std::string link = TestFolder() + "/link";
+    ASSERT_EQ(::chmod(loose.c_str(), 0700), 0);
+    ASSERT_EQ(::symlink(loose.c_str(), link.c_str()), 0);
+    EXPECT_FALSE(zv::IsPrivateFolder(link));
+    EXPECT_TRUE(zv::IsPrivateFolder(loose));
+    zv::TRunOnce now("block-d", loose);
+    EXPECT_TRUE(now.Check(1));
 }
 
 TEST(RunOnce, NoBlockAnswersZero) {
