@@ -2,6 +2,10 @@
 #include "syntax/BackgroundThread.h"
 
 namespace zv {
+namespace {
+// How long a sweep of a big document rests every few hundred rows.
+constexpr std::chrono::milliseconds kSweepYield{1};
+} // namespace
 
 TBackgroundThread::TBackgroundThread(TLineScanner& scanner, IBackgroundHost& host,
                                      TBackgroundTiming timing)
@@ -104,10 +108,23 @@ bool TBackgroundThread::SweepRows() {
     // The row count is read only with the read permission: an edit may be changing it.
     if (!BeginReading())
         return false;
-    const bool complete = FScanner.Complete() || FScanner.Sweep(FHalt, [this](int first, int last) {
-        FHost.RowsScanned(first, last);
-    });
-    EndReading();
+    bool reading = true;
+    const auto scanned = [this](int first, int last) { FHost.RowsScanned(first, last); };
+    // The sweep's pauses give up the read permission, so an edit arriving then waits for
+    // nothing; a pause or stop asked for meanwhile ends the pass.
+    const auto yield = [this, &reading] {
+        EndReading();
+        reading = false;
+        {
+            std::unique_lock lock(FMutex);
+            FWake.wait_for(lock, kSweepYield, [&] { return FPauses > 0 || FTerminated; });
+        }
+        reading = BeginReading();
+        return reading;
+    };
+    const bool complete = FScanner.Complete() || FScanner.Sweep(FHalt, scanned, yield);
+    if (reading)
+        EndReading();
     return complete;
 }
 

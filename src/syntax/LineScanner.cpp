@@ -115,7 +115,8 @@ TRedrawRange TLineScanner::InvalidateLine(int line) {
 }
 
 bool TLineScanner::Sweep(const std::atomic<bool>& halt,
-                         const std::function<void(int, int)>& scanned) {
+                         const std::function<void(int, int)>& scanned,
+                         const std::function<bool()>& yield) {
     int first = -1, last = -1; // the stored rows not yet reported
     auto report = [&] {
         if (first >= 0 && scanned)
@@ -149,8 +150,15 @@ bool TLineScanner::Sweep(const std::atomic<bool>& halt,
             report();
             return false;
         }
-        if (count > kYieldRowThreshold && row % kYieldEveryRows == kYieldEveryRows - 1)
+        if (count <= kYieldRowThreshold || row % kYieldEveryRows != kYieldEveryRows - 1)
+            continue;
+        if (!yield) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            continue;
+        }
+        report();
+        if (!yield())
+            return false;
     }
 }
 

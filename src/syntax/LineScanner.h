@@ -62,9 +62,12 @@ public:
     // pass lowers the watermark and the pass goes on from there, so no request is lost. A
     // document over 5,000 rows yields 1 ms every 500 rows. `scanned`, when given, is told the
     // stored rows in batches (first, last; at most kSweepReportRows rows, and whatever was
-    // stored when the pass ends), never once per row.
+    // stored when the pass ends or yields), never once per row. `yield`, when given, replaces
+    // the 1 ms sleep: it may let others change the store meanwhile (every row count, state
+    // and watermark is read again after it) and returns false to end the pass as halted.
     bool Sweep(const std::atomic<bool>& halt,
-               const std::function<void(int first, int last)>& scanned = {});
+               const std::function<void(int first, int last)>& scanned = {},
+               const std::function<bool()>& yield = {});
     static constexpr int kSweepReportRows = 4096;
 
     // True when every row holds a valid state.

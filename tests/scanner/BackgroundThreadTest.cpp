@@ -79,7 +79,7 @@ TEST(BackgroundThread, SweepsTheDocumentAndReportsIt) {
 
 TEST(BackgroundThread, EditsWhileTheThreadSweepsEndInFreshStates) {
     std::mt19937 rng(7);
-    TScanDoc d("c", Program(4000));
+    TScanDoc d("c", Program(6000)); // over 5,000 rows: the sweep rests, giving the rows up
     TCountingHost host;
     TBackgroundThread thread(*d.Scanner, host.Callbacks, kFast);
     thread.SuspendThread(false);
