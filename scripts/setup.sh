@@ -17,7 +17,7 @@ build_pkgs=(
 test_pkgs=(
   xvfb xauth icu-devtools dos2unix file diffutils xxd
   python3 python3-pygments libpython3.11-testsuite
-  nodejs rustc default-jdk-headless perl
+  nodejs rustc default-jdk-headless perl lua5.4 ruby php-cli golang-go
 )
 # Reference tools the benchmark scripts under bench/ run side by side with zvtool.
 bench_pkgs=(
