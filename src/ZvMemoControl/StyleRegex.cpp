@@ -34,6 +34,11 @@ TStyleRegex::TStyleRegex(std::u16string_view pattern, bool caseless) {
     pcre2_jit_compile(FCode, PCRE2_JIT_COMPLETE); // falls back to the interpreter on failure
 }
 
+bool TStyleRegex::Jitted() const {
+    std::size_t size = 0;
+    return FCode && pcre2_pattern_info(FCode, PCRE2_INFO_JITSIZE, &size) == 0 && size > 0;
+}
+
 TStyleRegex::~TStyleRegex() {
     pcre2_code_free(FCode);
 }

@@ -35,6 +35,8 @@ public:
     TStyleRegex& operator=(const TStyleRegex&) = delete;
 
     bool Valid() const { return FCode != nullptr; }
+    // True when the expression runs as machine code (PCRE2's JIT compiled it).
+    bool Jitted() const;
     const std::string& Error() const { return FError; }
 
     // Length of the match that starts exactly at `offset` of `subject`, or -1 for none (also

@@ -133,6 +133,15 @@ TEST_F(SyxReader, KeywordCaseVariantsAndRegularExpressionGroups) {
     TRegexMatch scratch;
     EXPECT_EQ(re.CompiledRegEx->MatchAt(u"x = 12.5;", 4, scratch), 4);
     EXPECT_EQ(re.CompiledRegEx->MatchAt(u"x = 12.5;", 0, scratch), -1);
+    // Compiled to machine code once at load, and matching over invalid UTF-16 (a lone
+    // surrogate in a row) instead of refusing the subject.
+    EXPECT_TRUE(re.CompiledRegEx->Jitted());
+    const std::u16string broken = u"\xD800 7 \xDC00 12";
+    int length = 0;
+    EXPECT_EQ(re.CompiledRegEx->Find(broken, 0, scratch, length), 2);
+    EXPECT_EQ(length, 1);
+    EXPECT_EQ(re.CompiledRegEx->Find(broken, 3, scratch, length), 6);
+    EXPECT_EQ(length, 2);
     EXPECT_FALSE(s->FKeyWords[2].CompiledRegEx->Valid());
     EXPECT_TRUE(HasWarning("bad regular expression in #Bad"));
 }
