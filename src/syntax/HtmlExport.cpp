@@ -1,6 +1,8 @@
 // HTML export: escaping, spans, anchors and the page around the rows.
 #include "syntax/HtmlExport.h"
 
+#include <algorithm>
+
 namespace zv {
 namespace {
 
@@ -26,63 +28,92 @@ void AppendUtf8(std::string& out, char32_t c) {
 
 // Escaped UTF-8 of text; a lone surrogate becomes U+FFFD.
 void AppendEscaped(std::string& out, std::u16string_view t) {
-    for (std::size_t i = 0; i < t.size(); ++i) {
-        const char16_t c = t[i];
+    for (std::size_t i = 0; i < t.size();) {
+        // Plain ASCII, the bulk of source text, is copied a stretch at a time.
+        std::size_t j = i;
+        while (j < t.size() && t[j] < 0x80 && t[j] != u'<' && t[j] != u'&')
+            ++j;
+        if (j > i) {
+            const std::size_t at = out.size();
+            out.resize(at + (j - i));
+            std::transform(t.begin() + i, t.begin() + j, out.begin() + at,
+                           [](char16_t c) { return char(c); });
+            i = j;
+            continue;
+        }
+        const char16_t c = t[i++];
         if (c == u'<')
             out += "<samp><</samp>";
         else if (c == u'&')
             out += "&amp;";
-        else if (c < 0x80)
-            out.push_back(char(c));
-        else if (c >= 0xD800 && c < 0xDC00 && i + 1 < t.size() && t[i + 1] >= 0xDC00 &&
-                 t[i + 1] < 0xE000) {
-            AppendUtf8(out, 0x10000 + ((char32_t(c) - 0xD800) << 10) + (t[i + 1] - 0xDC00));
-            ++i;
-        } else if (c >= 0xD800 && c < 0xE000)
+        else if (c >= 0xD800 && c < 0xDC00 && i < t.size() && t[i] >= 0xDC00 && t[i] < 0xE000)
+            AppendUtf8(out, 0x10000 + ((char32_t(c) - 0xD800) << 10) + (t[i++] - 0xDC00));
+        else if (c >= 0xD800 && c < 0xE000)
             AppendUtf8(out, 0xFFFD);
         else
             AppendUtf8(out, c);
     }
 }
 
+void AppendHtmlColour(std::string& out, TColor c) {
+    static constexpr char kHex[] = "0123456789abcdef";
+    char s[7] = {'#'};
+    for (int i = 0; i < 3; ++i) {
+        const unsigned byte = (c >> (8 * i)) & 0xFF;
+        s[1 + 2 * i] = kHex[byte >> 4];
+        s[2 + 2 * i] = kHex[byte & 15];
+    }
+    out.append(s, sizeof s);
+}
+
 void AppendStyledRun(std::string& out, std::u16string_view text, const TCharStyle& style) {
     if (style.FBkColor != kNoColor) {
         out += "<span style=\"background-color: ";
-        out += HtmlColour(style.FBkColor);
+        AppendHtmlColour(out, style.FBkColor);
         out += ";color: ";
     } else
         out += "<span style=\"color: ";
-    out += HtmlColour(style.FTextColor);
+    AppendHtmlColour(out, style.FTextColor);
     out += ";\">";
     AppendEscaped(out, text);
     out += "</span>";
 }
 
+bool SameColours(const TCharStyle& a, const TCharStyle& b) {
+    return a.FTextColor == b.FTextColor && a.FBkColor == b.FBkColor;
+}
+
 } // namespace
 
 std::string HtmlColour(TColor c) {
-    static constexpr char kHex[] = "0123456789abcdef";
-    std::string s = "#";
-    for (int shift : {0, 8, 16}) {
-        const unsigned byte = (c >> shift) & 0xFF;
-        s.push_back(kHex[byte >> 4]);
-        s.push_back(kHex[byte & 15]);
-    }
+    std::string s;
+    AppendHtmlColour(s, c);
     return s;
 }
 
 void AppendHtmlRow(std::u16string_view text, const std::vector<TColourRun>& runs,
                    const THtmlExportOptions& options, std::string& out) {
-    for (const TColourRun& run : runs) {
-        const auto piece = text.substr(run.Start, run.Length);
+    // Neighbouring runs of the same colours (a symbol beside plain text of its colour, say)
+    // are written as one span: the page shows the same, and is smaller.
+    std::size_t k = 0;
+    while (k < runs.size()) {
+        const TColourRun& run = runs[k++];
+        int end = run.Start + run.Length;
         if (run.Info.Kind == TTokenKind::Url) {
+            const auto piece = text.substr(run.Start, run.Length);
             out += "<a href=\"";
             AppendEscaped(out, piece);
             out += "\">";
             AppendEscaped(out, piece);
             out += "</a>";
-        } else
-            AppendStyledRun(out, piece, RunStyle(run, options.Colour));
+            continue;
+        }
+        const TCharStyle style = RunStyle(run, options.Colour);
+        for (; k < runs.size() && runs[k].Start == end && runs[k].Info.Kind != TTokenKind::Url &&
+               SameColours(RunStyle(runs[k], options.Colour), style);
+             ++k)
+            end += runs[k].Length;
+        AppendStyledRun(out, text.substr(run.Start, end - run.Start), style);
     }
 }
 

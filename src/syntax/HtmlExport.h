@@ -1,6 +1,7 @@
-// HTML export of a document or one row: every run becomes a span with its colour, a URL an
-// anchor; "<" is written as "<samp><</samp>" and "&" as "&amp;". The black-and-white form
-// expands tabs, writes blanks as U+00A0 and keeps only the "<" and "&" rules. Output UTF-8.
+// HTML export of a document or one row: every run becomes a span with its colour (neighbours
+// of the same colours share one), a URL an anchor; "<" is written as "<samp><</samp>" and "&"
+// as "&amp;". The black-and-white form expands tabs, writes blanks as U+00A0 and keeps only
+// the "<" and "&" rules. Output UTF-8.
 #pragma once
 
 #include "syntax/ColourWalk.h"

@@ -163,7 +163,7 @@ TEST(ScanProperties, HtmlExportWithoutTagsIsTheText) {
         for (unsigned seed = 40; seed < 44; ++seed) {
             std::mt19937 rng(seed);
             std::u16string text = RandomText(rng, c, 25);
-            text += u"see https://example.org/a?b=1&c=2 here \u00e9\u4e2d\U0001F600";
+            text += u"\tsee\t https://example.org/a?b=1&c=2 here \u00e9\u4e2d\U0001F600";
             TScanDoc d(c.Syntax, text);
             std::string page;
             GetAsHtml(*d.Ctx, d.Store, {}, [&](std::string_view s) { page += s; });
@@ -176,9 +176,21 @@ TEST(ScanProperties, HtmlExportWithoutTagsIsTheText) {
                 rows += (row ? u"\n" : u"") + std::u16string(d.Store.Get(row));
             EXPECT_EQ(StripHtml(std::string_view(page).substr(body, end - body)), Utf16ToUtf8(rows))
                 << c.Syntax << " seed " << seed;
-            for (int row = 0; row < d.Store.Count(); ++row)
-                EXPECT_EQ(StripHtml(GetHTMLLine(*d.Scanner, row, {})),
-                          Utf16ToUtf8(d.Store.Get(row)));
+            THtmlExportOptions bw;
+            bw.Colours = false;
+            bw.TabSize = 4;
+            for (int row = 0; row < d.Store.Count(); ++row) {
+                const std::u16string_view t = d.Store.Get(row);
+                EXPECT_EQ(StripHtml(GetHTMLLine(*d.Scanner, row, {})), Utf16ToUtf8(t));
+                // Black and white: tabs expanded to the next multiple of 4, blanks as U+00A0.
+                std::u16string shown;
+                for (char16_t ch : t)
+                    if (ch == u'\t')
+                        shown.append(4 - shown.size() % 4, u'\u00A0');
+                    else
+                        shown += ch == u' ' ? u'\u00A0' : ch;
+                EXPECT_EQ(StripHtml(GetHTMLLine(*d.Scanner, row, bw)), Utf16ToUtf8(shown));
+            }
         }
 }
 
