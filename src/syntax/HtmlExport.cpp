@@ -2,6 +2,7 @@
 #include "syntax/HtmlExport.h"
 
 #include <algorithm>
+#include <array>
 
 namespace zv {
 namespace {
@@ -66,15 +67,43 @@ void AppendHtmlColour(std::string& out, TColor c) {
     out.append(s, sizeof s);
 }
 
+// The opening tags of recent colour pairs, so that opening a span is one copy. Direct-mapped:
+// a source file uses a handful of colours.
+class TSpanOpenings {
+public:
+    std::string_view Get(const TCharStyle& style) {
+        TEntry& e = FEntries[(style.FTextColor * 31u + style.FBkColor) % FEntries.size()];
+        if (e.Length == 0 || e.Text != style.FTextColor || e.Bk != style.FBkColor)
+            Build(e, style);
+        return {e.Chars.data(), e.Length};
+    }
+
+private:
+    struct TEntry {
+        TColor Text = 0, Bk = 0;
+        std::size_t Length = 0; // 0: empty
+        std::array<char, 64> Chars{};
+    };
+    static void Build(TEntry& e, const TCharStyle& style) {
+        std::string s = style.FBkColor != kNoColor ? "<span style=\"background-color: " : "";
+        if (style.FBkColor != kNoColor) {
+            AppendHtmlColour(s, style.FBkColor);
+            s += ";color: ";
+        } else
+            s = "<span style=\"color: ";
+        AppendHtmlColour(s, style.FTextColor);
+        s += ";\">";
+        e.Text = style.FTextColor;
+        e.Bk = style.FBkColor;
+        e.Length = s.size();
+        std::copy(s.begin(), s.end(), e.Chars.begin());
+    }
+    std::array<TEntry, 16> FEntries;
+};
+
 void AppendStyledRun(std::string& out, std::u16string_view text, const TCharStyle& style) {
-    if (style.FBkColor != kNoColor) {
-        out += "<span style=\"background-color: ";
-        AppendHtmlColour(out, style.FBkColor);
-        out += ";color: ";
-    } else
-        out += "<span style=\"color: ";
-    AppendHtmlColour(out, style.FTextColor);
-    out += ";\">";
+    static thread_local TSpanOpenings openings;
+    out += openings.Get(style);
     AppendEscaped(out, text);
     out += "</span>";
 }
@@ -109,10 +138,17 @@ void AppendHtmlRow(std::u16string_view text, const std::vector<TColourRun>& runs
             continue;
         }
         const TCharStyle style = RunStyle(run, options.Colour);
-        for (; k < runs.size() && runs[k].Start == end && runs[k].Info.Kind != TTokenKind::Url &&
-               SameColours(RunStyle(runs[k], options.Colour), style);
-             ++k)
-            end += runs[k].Length;
+        for (; k < runs.size() && runs[k].Start == end && runs[k].Info.Kind != TTokenKind::Url;
+             ++k) {
+            const TColourRun& next = runs[k];
+            // The common case, a neighbour of the same kind and set, has the same colours.
+            if ((next.Info.Kind != run.Info.Kind || next.Info.Set != run.Info.Set ||
+                 next.Info.Index != run.Info.Index || next.Info.Block != run.Info.Block ||
+                 next.Info.Kind == TTokenKind::Brace) &&
+                !SameColours(RunStyle(next, options.Colour), style))
+                break;
+            end += next.Length;
+        }
         AppendStyledRun(out, text.substr(run.Start, end - run.Start), style);
     }
 }
