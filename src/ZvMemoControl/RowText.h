@@ -40,6 +40,9 @@ public:
     }
     std::uint32_t Length() const { return FLength; }
     bool Empty() const { return FLength == 0; }
+    // The buffer the row views (nullptr when empty): rows of one buffer lie in one block of
+    // memory, in the order they were cut from it.
+    const TTextChunk* Chunk() const { return FChunk; }
 
     void Reset();
     void Assign(std::u16string_view text);

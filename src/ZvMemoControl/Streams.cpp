@@ -92,6 +92,14 @@ void TZvFdOutStream::WriteAll(const char* data, std::size_t count) {
         done += static_cast<std::size_t>(n);
     }
     FWritten += static_cast<std::int64_t>(done);
+    if (FStartWriteback && FWritten - FWritebackFrom >= kWritebackStep)
+        StartWriteback();
+}
+
+void TZvFdOutStream::StartWriteback() {
+    // Only a hint: a descriptor that can't take it (a pipe, /dev/null) just skips it.
+    (void)::sync_file_range(FFd, FWritebackFrom, FWritten - FWritebackFrom, SYNC_FILE_RANGE_WRITE);
+    FWritebackFrom = FWritten;
 }
 
 } // namespace zv

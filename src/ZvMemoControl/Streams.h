@@ -68,7 +68,12 @@ private:
 // Buffered writes to an open descriptor (not owned). Throws std::system_error on failure.
 class TZvFdOutStream : public TZvOutStream {
 public:
-    explicit TZvFdOutStream(int fd) : FFd(fd) { FBuffer.reserve(kBufferSize); }
+    // With `startWriteback` the system starts writing each few megabytes to the disk while
+    // later ones are still being produced, so a closing fsync finds little left to do.
+    explicit TZvFdOutStream(int fd, bool startWriteback = false)
+        : FFd(fd), FStartWriteback(startWriteback) {
+        FBuffer.reserve(kBufferSize);
+    }
     ~TZvFdOutStream() override;
     void Write(const char* data, std::size_t count) override;
     std::int64_t Size() const override {
@@ -78,10 +83,14 @@ public:
 
 private:
     void WriteAll(const char* data, std::size_t count);
+    void StartWriteback();
 
     static constexpr std::size_t kBufferSize = 1 << 20;
     static constexpr std::size_t kDirectWriteSize = 64 << 10;
+    static constexpr std::int64_t kWritebackStep = 8 << 20;
     int FFd;
+    bool FStartWriteback;
+    std::int64_t FWritebackFrom = 0; // bytes before this offset were handed to writeback
     std::string FBuffer;
     std::int64_t FWritten = 0;
 };

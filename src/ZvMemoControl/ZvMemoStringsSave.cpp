@@ -6,7 +6,9 @@
 #include "ZvMemoControl/Converter.h"
 #include "ZvMemoControl/Streams.h"
 #include "common/AtomicFile.h"
+#include "common/Utf8Stream.h"
 
+#include <algorithm>
 #include <bit>
 #include <memory>
 
@@ -35,21 +37,40 @@ std::u16string_view LineEndOf(TSysTextType kind) {
     }
 }
 
-// Collects UTF-16 text and hands it, in large batches, to the byte form of the target.
+// Hands the rows' text, in large batches, to the byte form of the target. UTF-8 (the usual
+// case) is encoded row by row straight into the byte batch; other targets collect UTF-16
+// first.
 class TBatchWriter {
 public:
     TBatchWriter(TZvOutStream& out, std::uint32_t codePage, bool lowBytes)
-        : FOut(out), FCodePage(codePage), FLowBytes(lowBytes) {
+        : FOut(out), FCodePage(codePage), FLowBytes(lowBytes),
+          FUtf8(!lowBytes && codePage == cpUTF8) {
+        if (FUtf8) {
+            FRaw.reset(new char[kBatchBytes]); // not zero-filled: only written parts are read
+            FEnd = FRaw.get();
+            return;
+        }
         if (!lowBytes && codePage != cpUTF16LE && codePage != cpUTF16BE)
             FEncoder = std::make_unique<TZvEncoder>(codePage);
         FText.reserve(kBatchUnits + 4096);
     }
     void Add(std::u16string_view s) {
+        if (FUtf8) {
+            AddUtf8(s);
+            return;
+        }
         FText.append(s);
         if (FText.size() >= kBatchUnits)
             Flush(false);
     }
     void Flush(bool end) {
+        if (FUtf8) {
+            if (end)
+                FEnd = EncodeUtf8({}, true, FPendingHigh, FEnd, FSubstitutions);
+            FOut.Write(FRaw.get(), static_cast<std::size_t>(FEnd - FRaw.get()));
+            FEnd = FRaw.get();
+            return;
+        }
         FBytes.clear();
         if (!FEncoder && !FLowBytes && FCodePage == NativeUtf16()) {
             // The units in memory are already the file's bytes.
@@ -74,15 +95,97 @@ public:
         FOut.Write(FBytes);
         FText.clear();
     }
-    bool Lossy() const { return FEncoder && FEncoder->Lossy(); }
+    bool Lossy() const { return FUtf8 ? FSubstitutions > 0 : FEncoder && FEncoder->Lossy(); }
 
 private:
+    static constexpr std::size_t kBatchBytes = 1 << 20;
+
+    // A row longer than the batch goes in pieces; a surrogate pair cut between two pieces
+    // waits in FPendingHigh.
+    void AddUtf8(std::u16string_view s) {
+        if (s.size() <= 2 && FPendingHigh == 0 && kBatchBytes - (FEnd - FRaw.get()) >= 2) {
+            // A line end: ASCII, one byte per unit.
+            for (char16_t c : s) {
+                if (c >= 0x80)
+                    return AddUtf8Pieces(s);
+            }
+            for (char16_t c : s)
+                *FEnd++ = static_cast<char>(c);
+            return;
+        }
+        AddUtf8Pieces(s);
+    }
+    void AddUtf8Pieces(std::u16string_view s) {
+        while (!s.empty()) {
+            const std::size_t left = kBatchBytes - static_cast<std::size_t>(FEnd - FRaw.get());
+            const std::size_t room = left > kUtf8Slack ? (left - kUtf8Slack) / kUtf8PerUnit : 0;
+            if (room < std::min<std::size_t>(s.size(), 4096)) {
+                Flush(false);
+                continue;
+            }
+            const std::size_t take = std::min(room, s.size());
+            FEnd = EncodeUtf8(s.substr(0, take), false, FPendingHigh, FEnd, FSubstitutions);
+            s.remove_prefix(take);
+        }
+    }
+
     TZvOutStream& FOut;
     std::uint32_t FCodePage;
     bool FLowBytes;
+    bool FUtf8;
     std::unique_ptr<TZvEncoder> FEncoder;
     std::u16string FText;
     std::string FBytes;
+    // UTF-8: the byte batch [FRaw, FEnd) and the encoder's state.
+    std::unique_ptr<char[]> FRaw;
+    char* FEnd = nullptr;
+    char16_t FPendingHigh = 0;
+    std::size_t FSubstitutions = 0;
+};
+
+// Joins what is to be written into runs of adjacent memory. The rows of a load view one
+// decoded block with their line ends still between them, so where the line end to write is
+// the one in the block, a row, its line end and the next row go to the writer as one run:
+// a few long runs instead of two short pieces per row.
+class TRunJoiner {
+public:
+    explicit TRunJoiner(TBatchWriter& writer) : FWriter(writer) {}
+    void Row(const TRowText& row) {
+        if (row.Empty())
+            return; // what stands between two rows may still join them
+        const std::u16string_view text = row.View();
+        if (row.Chunk() == FChunk && Follows(text)) {
+            FRun = {FRun.data(), FRun.size() + FBetween.size() + text.size()};
+        } else {
+            Flush();
+            FRun = text;
+            FChunk = row.Chunk();
+        }
+        FBetween.clear();
+    }
+    void LineEnd(std::u16string_view end) { FBetween.append(end); }
+    void Flush() {
+        if (!FRun.empty())
+            FWriter.Add(FRun);
+        if (!FBetween.empty())
+            FWriter.Add(FBetween);
+        FRun = {};
+        FChunk = nullptr;
+        FBetween.clear();
+    }
+
+private:
+    // `text` (in the run's block) starts right behind the run and what stands between.
+    bool Follows(std::u16string_view text) const {
+        const char16_t* end = FRun.data() + FRun.size();
+        return text.data() == end + FBetween.size() &&
+               std::equal(FBetween.begin(), FBetween.end(), end);
+    }
+
+    TBatchWriter& FWriter;
+    std::u16string_view FRun; // Invariant: empty, or units of FChunk's block
+    const TTextChunk* FChunk = nullptr;
+    std::u16string FBetween; // line ends after the run, not yet written
 };
 
 } // namespace
@@ -91,16 +194,18 @@ void TZvMemoStrings::WriteRows(TZvOutStream& stream, std::uint32_t codePage) {
     const TZvMemoState& memo = Memo();
     const bool lowBytes = memo.FBinaryMode || memo.FIsASCII;
     TBatchWriter writer(stream, codePage, lowBytes);
+    TRunJoiner runs(writer);
     const bool mixed = IsMixed(FSysTextType);
     const std::u16string_view fixedEnd = LineEndOf(FSysTextType);
     for (std::size_t i = 0; i < FCount; ++i) {
         if (!Item(i)->FObject.Enabled())
             continue;
-        writer.Add(Item(i)->FString.View());
+        runs.Row(Item(i)->FString);
         if (memo.FBinaryMode || i + 1 >= FCount || Item(i + 1)->FObject.Wrapped())
             continue;
-        writer.Add(mixed ? LineEndBefore(Item(i + 1)->FObject) : fixedEnd);
+        runs.LineEnd(mixed ? LineEndBefore(Item(i + 1)->FObject) : fixedEnd);
     }
+    runs.Flush();
     writer.Flush(true);
     FLossy = writer.Lossy();
 }
@@ -138,7 +243,7 @@ bool TZvMemoStrings::SaveToFile(const std::string& fileName) {
         return false;
     }
     const auto writeRows = [this](int fd) {
-        TZvFdOutStream out(fd);
+        TZvFdOutStream out(fd, true);
         SaveTextToStream(out);
         out.Flush();
         return true;

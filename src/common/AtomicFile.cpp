@@ -9,6 +9,8 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <system_error>
+#include <thread>
 #include <unistd.h>
 
 namespace zv {
@@ -31,6 +33,12 @@ public:
     TFd(const TFd&) = delete;
     TFd& operator=(const TFd&) = delete;
     int Get() const { return FFd; }
+    // Gives the descriptor up without closing it.
+    int Release() {
+        const int fd = FFd;
+        FFd = -1;
+        return fd;
+    }
     // Closes now, reporting the result (a delayed write error shows here).
     bool Close() {
         const int fd = FFd;
@@ -96,6 +104,28 @@ void SyncFolder(const fs::path& folder) {
         ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (dir.Get() >= 0)
         ::fsync(dir.Get());
+}
+
+// The file about to be replaced, opened when it is large: held open across the rename, its
+// blocks are freed by the last close, not by the rename. -1 for a small or missing file.
+int OpenLargeReplaced(const fs::path& real) {
+    constexpr off_t kLarge = 16 << 20;
+    struct stat st {};
+    if (::stat(real.c_str(), &st) != 0 || !S_ISREG(st.st_mode) || st.st_size < kLarge)
+        return -1;
+    return ::open(real.c_str(), O_RDONLY | O_CLOEXEC);
+}
+
+// Freeing a replaced file of a hundred megabytes takes tens of milliseconds; a background
+// thread spends them, not the caller waiting for the save.
+void CloseInBackground(int fd) {
+    if (fd < 0)
+        return;
+    try {
+        std::thread([fd] { ::close(fd); }).detach();
+    } catch (const std::system_error&) {
+        ::close(fd); // no thread to be had: close here
+    }
 }
 
 bool Fail(const fs::path& target, const std::string& step, const std::string& why,
@@ -175,7 +205,8 @@ bool WriteFileAtomically(const fs::path& target, const TFileContentWriter& write
         failedStep = "syncing";
     else if (!fd.Close())
         failedStep = "closing";
-    else if (Injected(TAtomicStep::Rename) || ::rename(temp.c_str(), real.c_str()) != 0)
+    TFd replaced(failedStep ? -1 : OpenLargeReplaced(real));
+    if (!failedStep && (Injected(TAtomicStep::Rename) || ::rename(temp.c_str(), real.c_str()) != 0))
         failedStep = "renaming";
     if (failedStep) {
         if (why.empty())
@@ -183,6 +214,7 @@ bool WriteFileAtomically(const fs::path& target, const TFileContentWriter& write
         ::unlink(temp.c_str());
         return Fail(real, failedStep, why, error);
     }
+    CloseInBackground(replaced.Release());
     SyncFolder(real.parent_path());
     return true;
 }

@@ -46,6 +46,16 @@ inline void NarrowAsciiRun(const char16_t*& p, const char16_t* end, char*& out) 
 #if defined(__SSE2__)
     const __m128i zero = _mm_setzero_si128();
     const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
+    while (end - p >= 16) {
+        const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 8));
+        if (_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(_mm_or_si128(a, b), high), zero)) !=
+            0xFFFF)
+            break;
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(a, b));
+        out += 16;
+        p += 16;
+    }
     while (end - p >= 8) {
         const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
         if (_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(v, high), zero)) != 0xFFFF)
@@ -130,9 +140,14 @@ std::size_t TUtf8Decoder::Decode(std::string_view bytes, bool flush, char16_t* d
 
 void EncodeUtf8(std::u16string_view text, bool flush, char16_t& pendingHigh, std::string& out,
                 std::size_t& substitutions) {
-    std::size_t used = out.size();
-    out.resize(used + text.size() * 3 + 8);
-    char* o = out.data() + used;
+    const std::size_t used = out.size();
+    out.resize(used + text.size() * kUtf8PerUnit + kUtf8Slack);
+    char* end = EncodeUtf8(text, flush, pendingHigh, out.data() + used, substitutions);
+    out.resize(static_cast<std::size_t>(end - out.data()));
+}
+
+char* EncodeUtf8(std::u16string_view text, bool flush, char16_t& pendingHigh, char* o,
+                 std::size_t& substitutions) {
     std::size_t i = 0;
     if (pendingHigh) {
         if (!text.empty() && (text[0] & 0xFC00) == 0xDC00) {
@@ -171,7 +186,7 @@ void EncodeUtf8(std::u16string_view text, bool flush, char16_t& pendingHigh, std
             ++substitutions;
         }
     }
-    out.resize(static_cast<std::size_t>(o - out.data()));
+    return o;
 }
 
 } // namespace zv

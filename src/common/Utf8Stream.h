@@ -31,5 +31,11 @@ private:
 // `substitutions`); a high surrogate at the end waits in `pendingHigh` unless `flush`.
 void EncodeUtf8(std::u16string_view text, bool flush, char16_t& pendingHigh, std::string& out,
                 std::size_t& substitutions);
+// The same into raw memory: writes at most kUtf8PerUnit * text.size() + kUtf8Slack bytes
+// from `out` and returns the end of what it wrote.
+constexpr std::size_t kUtf8PerUnit = 3;
+constexpr std::size_t kUtf8Slack = 4;
+char* EncodeUtf8(std::u16string_view text, bool flush, char16_t& pendingHigh, char* out,
+                 std::size_t& substitutions);
 
 } // namespace zv

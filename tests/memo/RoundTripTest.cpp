@@ -7,6 +7,7 @@
 #include "ZvMemoControl/Converter.h"
 #include "ZvMemoControl/Streams.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
+#include "common/Utf.h"
 
 #include <gtest/gtest.h>
 
@@ -154,6 +155,54 @@ TEST(RoundTrip, LongLineAcrossSlicesKeepsItsBytes) {
     TZvMemoStrings store;
     EXPECT_EQ(LoadSave(bytes, cpUTF8, store), bytes);
     EXPECT_TRUE(store.Memo().FHasTabs);
+}
+
+// UTF-8 written from rows equals a plain code-point-by-code-point encoding, also for rows
+// longer than the writer's batch (pairs cut between two pieces) and for lone surrogates,
+// which become "?" and mark the save as lossy.
+TEST(RoundTrip, Utf8SaveEqualsAPlainEncoding) {
+    const auto plain = [](std::u16string_view text) {
+        std::string out;
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            char32_t cp = text[i];
+            if ((cp & 0xFC00) == 0xD800 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00)
+                cp = 0x10000 + ((cp - 0xD800) << 10) + (text[++i] - 0xDC00);
+            else if ((cp & 0xF800) == 0xD800)
+                cp = '?';
+            AppendUtf8(out, cp);
+        }
+        return out;
+    };
+    std::mt19937 rng(21);
+    for (const bool lone : {false, true}) {
+        TZvMemoStrings store;
+        store.SetCodePage(cpUTF8);
+        std::u16string all;
+        for (int row = 0; row < 4; ++row) {
+            std::u16string text;
+            const std::size_t length = row == 1 ? 900000 : rng() % 5000; // one row past a batch
+            while (text.size() < length) {
+                switch (rng() % 6) {
+                case 0:
+                    text += u"\U0001F600";
+                    break;
+                case 1:
+                    text += u"\u00e9\u4e2d";
+                    break;
+                case 2:
+                    if (lone)
+                        text += rng() % 2 ? u'\xD83D' : u'\xDE00';
+                    break;
+                default:
+                    text += u"abc ";
+                }
+            }
+            store.Add(text);
+            all += (row ? u"\r\n" : u"") + text;
+        }
+        ASSERT_EQ(store.SaveToBytes(), plain(all)) << lone;
+        EXPECT_EQ(store.Lossy(), lone);
+    }
 }
 
 } // namespace
