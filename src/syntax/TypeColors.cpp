@@ -208,22 +208,27 @@ void ApplyTextOptions(TZvCustomMemoStyles& s, const TTextOptions& options) {
         s.FTextStyle = static_cast<TFontStyles>(text.Style & 0xF);
         s.FTextBoldness = text.Boldness;
     }
-    const TThemeElement& selection = TextElement(options, u"Selection");
-    set(s.FSelColor, selection.Color);
-    set(s.FSelBkColor, selection.ColorBk);
-    const TThemeElement& control = TextElement(options, u"ControlChar");
-    set(s.FControlCharColor, control.Color);
-    set(s.FControlCharColorBk, control.ColorBk);
-    const TThemeElement& sync = TextElement(options, u"SyncEdit");
-    set(s.FSyncEditColor, sync.Color);
-    set(s.FSyncEditBkColor, sync.ColorBk);
+    // Theme elements that give a text and a background colour, each to its own pair.
+    const struct {
+        std::u16string_view element;
+        TColor TZvCustomMemoStyles::*text;
+        TColor TZvCustomMemoStyles::*back;
+    } pairs[] = {
+        {u"Selection", &TZvCustomMemoStyles::FSelColor, &TZvCustomMemoStyles::FSelBkColor},
+        {u"ControlChar", &TZvCustomMemoStyles::FControlCharColor,
+         &TZvCustomMemoStyles::FControlCharColorBk},
+        {u"SyncEdit", &TZvCustomMemoStyles::FSyncEditColor, &TZvCustomMemoStyles::FSyncEditBkColor},
+        {u"BraceHighlight", &TZvCustomMemoStyles::FBraceHighlightTextColor,
+         &TZvCustomMemoStyles::FBraceHighlightColor},
+        {u"BraceHighlightError", &TZvCustomMemoStyles::FBraceHighlightTextColorE,
+         &TZvCustomMemoStyles::FBraceHighlightColorE},
+    };
+    for (const auto& pair : pairs) {
+        const TThemeElement& element = TextElement(options, pair.element);
+        set(s.*pair.text, element.Color);
+        set(s.*pair.back, element.ColorBk);
+    }
     set(s.FLineHighlightColor, TextElement(options, u"LineHighlight").ColorBk);
-    const TThemeElement& brace = TextElement(options, u"BraceHighlight");
-    set(s.FBraceHighlightTextColor, brace.Color);
-    set(s.FBraceHighlightColor, brace.ColorBk);
-    const TThemeElement& braceError = TextElement(options, u"BraceHighlightError");
-    set(s.FBraceHighlightTextColorE, braceError.Color);
-    set(s.FBraceHighlightColorE, braceError.ColorBk);
 }
 
 } // namespace zv
