@@ -85,12 +85,13 @@ private:
         std::array<char, 64> Chars{};
     };
     static void Build(TEntry& e, const TCharStyle& style) {
-        std::string s = style.FBkColor != kNoColor ? "<span style=\"background-color: " : "";
+        std::string s = "<span style=\"";
         if (style.FBkColor != kNoColor) {
+            s += "background-color: ";
             AppendHtmlColour(s, style.FBkColor);
-            s += ";color: ";
-        } else
-            s = "<span style=\"color: ";
+            s += ";";
+        }
+        s += "color: ";
         AppendHtmlColour(s, style.FTextColor);
         s += ";\">";
         e.Text = style.FTextColor;
