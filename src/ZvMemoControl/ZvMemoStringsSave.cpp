@@ -154,7 +154,7 @@ public:
         if (row.Empty())
             return; // what stands between two rows may still join them
         const std::u16string_view text = row.View();
-        if (row.Chunk() == FChunk && Follows(text)) {
+        if (row.Chunk() == FChunk && FRun.size() < kMaxRun && Follows(text)) {
             FRun = {FRun.data(), FRun.size() + FBetween.size() + text.size()};
         } else {
             Flush();
@@ -175,11 +175,19 @@ public:
     }
 
 private:
+    // A run is encoded while what joining it touched is still in the cache.
+    static constexpr std::size_t kMaxRun = 1 << 14;
+
     // `text` (in the run's block) starts right behind the run and what stands between.
+    // Compared unit by unit: what stands between is a line end or two, too short for memcmp.
     bool Follows(std::u16string_view text) const {
         const char16_t* end = FRun.data() + FRun.size();
-        return text.data() == end + FBetween.size() &&
-               std::equal(FBetween.begin(), FBetween.end(), end);
+        if (text.data() != end + FBetween.size())
+            return false;
+        for (std::size_t i = 0; i < FBetween.size(); ++i)
+            if (end[i] != FBetween[i])
+                return false;
+        return true;
     }
 
     TBatchWriter& FWriter;
