@@ -170,11 +170,11 @@ TRunPainter& TEditorWidget::Painter() {
     return *FPainter;
 }
 
-std::vector<TColourRun> TEditorWidget::PaintRuns(int row) {
+std::vector<TColourRun> TEditorWidget::PaintRuns(int row, TStyle& state) {
     if (!FLines || row < 0 || row >= FLines->Count())
         return {};
     if (FScan)
-        return RowRuns(FScan->Scanner(), row);
+        return RowRunsFrom(FScan->Scanner(), row, state);
     const int length = FLines->GetLineLength(row);
     if (length == 0)
         return {};
@@ -371,8 +371,7 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
             painter.fillRect(gutter, y, viewport()->width(), lineHeight,
                              palette().color(QPalette::AlternateBase));
         painter.setClipRect(gutter, y, viewport()->width() - gutter, lineHeight);
-        PaintRow(painter, row, y,
-                 FScan ? RowRunsFrom(FScan->Scanner(), row, state) : PaintRuns(row));
+        PaintRow(painter, row, y, PaintRuns(row, state));
     }
     painter.setClipping(false);
     painter.fillRect(0, 0, gutter - 4, viewport()->height(), palette().color(QPalette::Window));

@@ -48,9 +48,6 @@ public:
     void SetBackgroundTiming(TBackgroundTiming timing) { FTiming = timing; }
     // The attached scan, or null without a syntax.
     TEditorScan* Scan() const { return FScan.get(); }
-    // The colour runs the widget paints for `row`: the colouring walk from the state stored
-    // above it (computed on demand for rows the thread has not reached), or one plain run.
-    std::vector<TColourRun> PaintRuns(int row);
     // The brace pair marked at the caret (Left.x -1: none), and the tag pair (tag mode).
     TBracePair BracePair();
     TTagPosData TagPair();
@@ -123,6 +120,9 @@ private:
     void EnsureCaretVisible();
     void RestartBlink();
     void StartDrag();
+    // The colour runs painted for `row`: the colouring walk from `state` (the state after the
+    // row above, advanced past this row), or one plain run without a syntax.
+    std::vector<TColourRun> PaintRuns(int row, TStyle& state);
     void PaintRow(QPainter& painter, int row, int y, const std::vector<TColourRun>& runs);
     void AttachScan(); // builds the scan for FLines and FStyleHost
     void DetachScan();
