@@ -48,15 +48,24 @@ function(zv_gtest name)
     ZV_TOOL_PATH="${ZV_TREE}/bin/zvtool" ZV_APP_PATH="${ZV_TREE}/bin/zevrit")
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
     PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
-  # Labels are set by a file CTest reads after the discovered tests: passed through the
-  # discovery, a list of labels would be split into separate (wrong) properties.
+  # Labels (and the leak checker's suppressions) are set by a file CTest reads after the
+  # discovered tests: passed through the discovery, a list would be split into separate
+  # (wrong) properties.
+  set(properties "")
   if(ARG_LABELS)
-    set(labels_file ${CMAKE_CURRENT_BINARY_DIR}/${name}_labels.cmake)
-    file(WRITE ${labels_file}
-      "if(${name}_TESTS)\n"
-      "  set_tests_properties(\${${name}_TESTS} PROPERTIES LABELS \"${ARG_LABELS}\")\n"
-      "endif()\n")
-    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${labels_file})
+    string(APPEND properties
+      "  set_tests_properties(\${${name}_TESTS} PROPERTIES LABELS \"${ARG_LABELS}\")\n")
+  endif()
+  if(ZV_SANITIZE STREQUAL "address")
+    string(APPEND properties
+      "  set_tests_properties(\${${name}_TESTS} PROPERTIES ENVIRONMENT "
+      "\"QT_QPA_PLATFORM=offscreen;"
+      "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp\")\n")
+  endif()
+  if(properties)
+    set(properties_file ${CMAKE_CURRENT_BINARY_DIR}/${name}_properties.cmake)
+    file(WRITE ${properties_file} "if(${name}_TESTS)\n${properties}endif()\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${properties_file})
   endif()
 endfunction()
 

@@ -45,7 +45,8 @@ void TZvMemoStrings::SetCapacity(std::size_t capacity) {
         mem = std::malloc(wanted);
         if (!mem)
             throw std::bad_alloc();
-        std::memcpy(mem, static_cast<void*>(FList), FCount * sizeof(TRowItem));
+        if (FCount) // FList is null before the first rows
+            std::memcpy(mem, static_cast<void*>(FList), FCount * sizeof(TRowItem));
         ReleaseList();
         FListBytes = 0;
     } else {
@@ -56,7 +57,8 @@ void TZvMemoStrings::SetCapacity(std::size_t capacity) {
             mem =
                 ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
             if (mem != MAP_FAILED) {
-                std::memcpy(mem, static_cast<void*>(FList), FCount * sizeof(TRowItem));
+                if (FCount)
+                    std::memcpy(mem, static_cast<void*>(FList), FCount * sizeof(TRowItem));
                 ReleaseList();
             }
         }

@@ -118,7 +118,8 @@ std::size_t TUtf8Decoder::Decode(std::string_view bytes, bool flush, char16_t* d
         unsigned char joined[8];
         std::memcpy(joined, FPending, FPendingLength);
         const std::size_t take = std::min<std::size_t>(4, bytes.size());
-        std::memcpy(joined + FPendingLength, p, take);
+        if (take) // an empty slice may have no data pointer
+            std::memcpy(joined + FPendingLength, p, take);
         const bool last = flush && take == bytes.size();
         std::size_t consumed = 0;
         written = DecodeRun(joined, joined + FPendingLength + take, last, dst, consumed);
@@ -134,7 +135,8 @@ std::size_t TUtf8Decoder::Decode(std::string_view bytes, bool flush, char16_t* d
     written += DecodeRun(p, end, flush, dst + written, consumed);
     p += consumed;
     FPendingLength = static_cast<std::size_t>(end - p);
-    std::memcpy(FPending, p, FPendingLength);
+    if (FPendingLength) // p may be null for an empty slice
+        std::memcpy(FPending, p, FPendingLength);
     return written;
 }
 

@@ -42,6 +42,10 @@ TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
 
 TMainWindow::~TMainWindow() {
     FHelper.SetListener(nullptr);
+    // The editors die in the base class's destructor, when this is no longer a TMainWindow:
+    // what they signal then must not reach it.
+    for (QObject* child : findChildren<QObject*>())
+        child->disconnect(this);
 }
 
 void TMainWindow::CreateMenus() {
