@@ -5,6 +5,7 @@
 
 #include "ZvMemoControl/ZvMemo.h"
 #include "syntax/BraceMatch.h"
+#include "syntax/ZvSyntax.h"
 #include "ui/EditorScan.h"
 #include "ui/QtClipboard.h"
 #include "ui/QtPrompt.h"
@@ -40,8 +41,9 @@ public:
     // starts at once. The host is kept alive by the widget while it is in use.
     void SetSyntax(std::shared_ptr<const TMemoStyleHost> host);
     // The syntax the extension of `fileName` selects, loaded from the data folder `root`
-    // and coloured by the settings' theme; plain text when none is mapped.
-    void SetSyntaxForFile(const std::filesystem::path& fileName, const std::filesystem::path& root);
+    // and coloured by `colors` (read only during the call); plain text when none is mapped.
+    void SetSyntaxForFile(const std::filesystem::path& fileName, const std::filesystem::path& root,
+                          const IStyleColorSource& colors);
     // Both at once, with one scanner rebuild.
     void SetDocument(TZvMemoStrings* lines, std::shared_ptr<const TMemoStyleHost> host);
     // Timing of background threads made from now on (tests and benchmarks shorten it).

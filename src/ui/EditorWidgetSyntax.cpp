@@ -1,18 +1,17 @@
 // The editor widget's syntax by file name: the extension map of the data root chooses the
-// definition file, the colour scheme of the settings' theme colours it.
+// definition file, the window's colour scheme colours it.
 #include "ui/EditorWidget.h"
 
 #include "shell/Settings.h"
 #include "syntax/SyntaxSelect.h"
-#include "syntax/TypeColors.h"
 
 #include <system_error>
 
 namespace zv {
 
 void TEditorWidget::SetSyntaxForFile(const std::filesystem::path& fileName,
-                                     const std::filesystem::path& root) {
-    const TTypeColors colors(root / "Syntax" / "Colors.ini", SettingsIni());
+                                     const std::filesystem::path& root,
+                                     const IStyleColorSource& colors) {
     TZvSyntax loader;
     loader.SetColorSource(&colors);
     TSyntaxEnvironment env;

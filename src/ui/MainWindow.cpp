@@ -4,6 +4,7 @@
 #include "common/Trace.h"
 #include "shell/MemoOptions.h"
 #include "shell/RootFolder.h"
+#include "shell/Settings.h"
 #include "ui/EditorWidget.h"
 
 #include <QAction>
@@ -125,13 +126,20 @@ void TMainWindow::DocumentAdded(TDocument& doc) {
     auto* editor = new TEditorWidget(FTabs);
     editor->SetLines(doc.Lines.get());
     ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
-    editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder());
+    editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder(), Colors());
     BindEditor(*editor, doc);
     FSyncingTabs = true;
     const int index = FTabs->addTab(editor, TabCaption(doc));
     FTabs->setTabToolTip(index, QString::fromStdString(doc.FFilePath));
     FSyncingTabs = false;
     Trace("DocumentAdded() - tab " + std::to_string(index + 1) + ": " + doc.FFilePath);
+}
+
+const TTypeColors& TMainWindow::Colors() {
+    if (!FColors)
+        FColors = std::make_unique<const TTypeColors>(GetRootFolder() / "Syntax" / "Colors.ini",
+                                                      SettingsIni());
+    return *FColors;
 }
 
 void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {

@@ -6,7 +6,11 @@
 #include "shell/MainForm.h"
 #include "shell/MainFormHelper.h"
 
+#include "syntax/TypeColors.h"
+
 #include <QMainWindow>
+
+#include <memory>
 
 class QTabWidget;
 
@@ -54,10 +58,13 @@ private:
     void ModifiedChanged(TDocument& doc, bool modified);
     void UpdateCaption(const TDocument& doc);
     void UpdateTitle();
+    // The colour scheme of the settings' theme, read once for every document of the window.
+    const TTypeColors& Colors();
 
     TMainFormHelper& FHelper;
     QTabWidget* FTabs;
-    bool FSyncingTabs = false; // set while the helper drives the tab group
+    bool FSyncingTabs = false;                  // set while the helper drives the tab group
+    std::unique_ptr<const TTypeColors> FColors; // made on the first document
 };
 
 } // namespace zv

@@ -198,7 +198,9 @@ TEST_F(EditorColoursTest, TheWindowKeepsRunningDuringTheFirstSweep) {
     editor.SetBackgroundTiming({0ms, 1ms, 100ms, 500ms});
     editor.resize(600, 400);
     editor.SetLines(&lines);
-    editor.SetSyntaxForFile(dir / "big.c", ZV_TEST_TREE);
+    const zv::TTypeColors colors(std::filesystem::path(ZV_TEST_TREE) / "Syntax" / "Colors.ini",
+                                 nullptr, u"Light");
+    editor.SetSyntaxForFile(dir / "big.c", ZV_TEST_TREE, colors);
     ASSERT_NE(editor.Scan(), nullptr);
     editor.show();
     const zv::TLineScanner& scanner = editor.Scan()->Scanner();
