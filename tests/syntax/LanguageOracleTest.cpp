@@ -20,6 +20,7 @@ using test::ShippedSyntaxFolder;
 using test::U16;
 
 // The blank-separated words a shell command prints; nullopt when it fails or prints nothing.
+// A lone "." is left out: the scripts print it last, so an empty list still answers.
 std::optional<std::set<std::string>> WordsOf(const std::string& command) {
     FILE* pipe = popen((command + " 2>/dev/null").c_str(), "r");
     if (!pipe)
@@ -33,7 +34,8 @@ std::optional<std::set<std::string>> WordsOf(const std::string& command) {
     std::set<std::string> words;
     std::istringstream in(out);
     for (std::string w; in >> w;)
-        words.insert(w);
+        if (w != ".")
+            words.insert(w);
     return words;
 }
 
@@ -84,7 +86,7 @@ TEST(LanguageOracle, ShellReservedWordsAndBuiltinsMatchBash) {
     auto builtins = WordsOf("bash -c 'compgen -b'");
     if (!reserved || !builtins)
         GTEST_SKIP() << "bash is not installed";
-    for (const char* punctuation : {"{", "}", "!", "[[", "]]", ".", ":", "["})
+    for (const char* punctuation : {"{", "}", "!", "[[", "]]", ":", "["})
         reserved->erase(punctuation), builtins->erase(punctuation);
     EXPECT_EQ(Missing(*reserved, ShippedWords("shell.syx", u"Reserved")), "");
     EXPECT_EQ(Missing(*builtins, ShippedWords("shell.syx", u"Builtins")), "");
@@ -133,7 +135,6 @@ TEST(LanguageOracle, JavaScriptReservedWordsCannotNameAVariable) {
                          Arguments(ours));
     if (!names)
         GTEST_SKIP() << "node is not installed";
-    names->erase(".");
     // Keywords only in their place: they stay names elsewhere, even in strict code.
     const std::set<std::string> contextual{"async", "await", "from", "get", "of", "set"};
     EXPECT_EQ(Missing(*names, contextual), "");
@@ -194,7 +195,6 @@ TEST(LanguageOracle, PerlWordsWeColourAreCoreKeywordsOrFunctions) {
                            Arguments(ours));
     if (!unknown)
         GTEST_SKIP() << "perl is not installed";
-    unknown->erase(".");
     EXPECT_EQ(Missing(*unknown, {}), "");
 }
 
@@ -216,7 +216,6 @@ TEST(LanguageOracle, JavaReservedWordsAreKeywordsAndContextualOnesAreNot) {
     auto keywords = WordsOf("java '" + program.string() + "'" + Arguments(all));
     if (!keywords)
         GTEST_SKIP() << "java is not installed";
-    keywords->erase(".");
     std::set<std::string> expected = reserved;
     expected.insert(constants.begin(), constants.end());
     EXPECT_EQ(Missing(expected, *keywords), ""); // each is reserved by the compiler
@@ -266,8 +265,6 @@ TEST(LanguageOracle, LuaReservedWordsAndLibraryNames) {
                              Arguments(all));
     if (!refused || !undefined)
         GTEST_SKIP() << "lua5.4 is not installed";
-    refused->erase(".");
-    undefined->erase(".");
     std::set<std::string> keywords = reserved;
     keywords.insert({"true", "false", "nil"});
     EXPECT_EQ(Missing(keywords, *refused), "");
@@ -294,8 +291,6 @@ TEST(LanguageOracle, RubyReservedWordsCannotBeAssignedAndMethodsExist) {
                            Arguments(methods));
     if (!refused || !unknown)
         GTEST_SKIP() << "ruby is not installed";
-    refused->erase(".");
-    unknown->erase(".");
     EXPECT_EQ(Missing(reserved, *refused), ""); // each is a keyword
     EXPECT_FALSE(methods.empty());
     EXPECT_EQ(Missing(*unknown, {}), ""); // each is a method every object or class has
@@ -317,8 +312,6 @@ TEST(LanguageOracle, PhpReservedWordsAreTokensAndConstantsAreDefined) {
                            Arguments(constants));
     if (!names || !unknown)
         GTEST_SKIP() << "php is not installed";
-    names->erase(".");
-    unknown->erase(".");
     EXPECT_EQ(Missing(*names, {}), "");
     // Class names with a special meaning inside a class.
     EXPECT_EQ(Missing(*unknown, {"self", "parent"}), "");
