@@ -50,15 +50,8 @@ TEST(BraceMatch, MultiColourBracesTakeTheirDepth) {
 
 TEST(TagPair, OpeningTagFindsItsClosingTagOverNestingAndVoidTags) {
     TScanDoc d("html", u"<div id=\"a\">\n <div><br><img src=x></div>\n</div>");
-    const TTagPosData t = CheckTagsToHighlight(*d.Scanner, 1, 0);
-    EXPECT_EQ(t.StartY, 0);
-    EXPECT_EQ(t.StartX, 0);
-    EXPECT_EQ(t.StartLen, 4);
-    EXPECT_EQ(t.StartEndY, 0);
-    EXPECT_EQ(t.StartEndX, 11);
-    EXPECT_EQ(t.EndY, 2);
-    EXPECT_EQ(t.EndX, 0);
-    EXPECT_EQ(t.EndLen, 5);
+    // "<div" at (0, 0), its ">" at (11, 0), "</div" at (0, 2).
+    EXPECT_EQ(CheckTagsToHighlight(*d.Scanner, 1, 0), (TTagPosData{0, 0, 4, 0, 11, 1, 2, 0, 5}));
     EXPECT_EQ(CheckTagsToHighlight(*d.Scanner, 6, 1).EndY, -1); // <br> has no partner
 }
 

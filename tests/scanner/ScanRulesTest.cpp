@@ -10,50 +10,65 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::Not;
 
-TEST(ScanRules, NumbersHexAndExponents) {
-    TScanDoc d("c", u"a = 0x1F + 0x1FG + 1e + 1e5 + 2.5f + 1'000;");
-    EXPECT_THAT(d.Tokens(0), Contains("hexnumber:0x1F"));
-    EXPECT_THAT(d.Tokens(0), Not(Contains("hexnumber:0x1FG")));
-    EXPECT_THAT(d.Tokens(0), Contains("number:1")); // "1e" colours the "1" only
-    EXPECT_THAT(d.Tokens(0), Contains("number:1e5"));
-    EXPECT_THAT(d.Tokens(0), Contains("number:2.5f"));
-    EXPECT_THAT(d.Tokens(0), Contains("number:1'000")); // a digit separator is no char literal
-}
-
-TEST(ScanRules, StringsCommentsAndKeywords) {
-    TScanDoc d("c", u"return \"a\\\"b // no\" + 'x'; // yes \"\n/* one\n two */ int");
-    EXPECT_THAT(d.Tokens(0), ElementsAre("keyword:return", "string:\"a\\\"b // no\"", "symbol:+",
-                                         "char:'x'", "symbol:;", "linecomment:// yes \""));
-    EXPECT_THAT(d.Tokens(1), ElementsAre("comment:/* one"));
-    EXPECT_THAT(d.Tokens(2), ElementsAre("comment: two */", "keyword:int"));
-}
-
-TEST(ScanRules, StringLeftOpenOnALineDoesNotColourTheNext) {
-    TScanDoc d("c", u"s = \"open\nint x;");
-    EXPECT_THAT(d.Tokens(0), Contains("string:\"open"));
-    EXPECT_THAT(d.Tokens(1), Contains("keyword:int"));
-}
-
-TEST(ScanRules, ShellSingleQuotesKnowNoEscapesDoubleQuotesDo) {
-    TScanDoc d("shell", u"a='\\' # one\nb=\"\\\" # in\" # two");
-    EXPECT_THAT(d.Tokens(0), Contains("char:'\\'"));
-    EXPECT_THAT(d.Tokens(0), Contains("linecomment:# one"));
-    EXPECT_THAT(d.Tokens(1), Contains("string:\"\\\" # in\""));
-    EXPECT_THAT(d.Tokens(1), Contains("linecomment:# two"));
-}
-
-TEST(ScanRules, DocGroupNeverColoursAPlainWord) {
-    TScanDoc d("c", u"x = @param;\n/** @param a */");
-    EXPECT_THAT(d.Tokens(0), Not(Contains("keyword:param")));
-    EXPECT_THAT(d.Tokens(1), ElementsAre("doccomment:/** @param a */"));
-}
-
-TEST(ScanRules, LongWordIsNeverAKeyword) {
-    const std::u16string word = u"int" + std::u16string(48, u'x');
-    TScanDoc d("c", u"int " + word);
-    EXPECT_THAT(d.Tokens(0), ElementsAre("keyword:int"));
+// The coloured runs of every row of a document, as "kind:text" items.
+TEST(ScanRules, RowsColourAsAReaderOfTheFileExpects) {
+    using TRows = std::vector<std::vector<std::string>>;
+    const struct {
+        const char* Syntax;
+        std::u16string Text;
+        TRows Rows;
+    } cases[] = {
+        // Numbers: "1e" colours the "1" only; a digit separator is no char literal.
+        {"c",
+         u"a = 0x1F + 0x1FG + 1e + 1e5 + 2.5f + 1'000;",
+         {{"symbol:=", "hexnumber:0x1F", "symbol:+", "symbol:+", "number:1", "symbol:+",
+           "number:1e5", "symbol:+", "number:2.5f", "symbol:+", "number:1'000", "symbol:;"}}},
+        {"c",
+         u"return \"a\\\"b // no\" + 'x'; // yes \"\n/* one\n two */ int",
+         {{"keyword:return", "string:\"a\\\"b // no\"", "symbol:+", "char:'x'", "symbol:;",
+           "linecomment:// yes \""},
+          {"comment:/* one"},
+          {"comment: two */", "keyword:int"}}},
+        // A string left open on a line does not colour the next.
+        {"c", u"s = \"open\nint x;", {{"symbol:=", "string:\"open"}, {"keyword:int", "symbol:;"}}},
+        // Shell: single quotes know no escapes, double quotes do.
+        {"shell",
+         u"a='\\' # one\nb=\"\\\" # in\" # two",
+         {{"symbol:=", "char:'\\'", "linecomment:# one"},
+          {"symbol:=", "string:\"\\\" # in\"", "linecomment:# two"}}},
+        // The documentation group never colours a plain word.
+        {"c",
+         u"x = @param;\n/** @param a */",
+         {{"symbol:=", "symbol:;"}, {"doccomment:/** @param a */"}}},
+        // A word longer than any keyword is never one, whatever it starts with.
+        {"c", u"int int" + std::u16string(48, u'x'), {{"keyword:int"}}},
+        // The preprocessor line block ends with its row.
+        {"c",
+         u"#include \"a.h\" /* c */\nint x;",
+         {{"block:#include ", "string:\"a.h\"", "block: ", "comment:/* c */"},
+          {"keyword:int", "symbol:;"}}},
+        // Python's triple quotes span rows as one string.
+        {"python",
+         u"x = \"\"\"Don't\nstop # here\n\"\"\" # real",
+         {{"symbol:=", "block:\"\"\"Don't"},
+          {"block:stop # here"},
+          {"block:\"\"\"", "linecomment:# real"}}},
+        // A shell here-document runs to its word.
+        {"shell",
+         u"cat <<'EOF' | sort\nbody # not a comment \"\n  EOF\necho # c",
+         {{"string:<<'EOF'", "symbol:|"},
+          {"string:body # not a comment \""},
+          {"string:EOF"},
+          {"keyword:echo", "linecomment:# c"}}},
+    };
+    for (const auto& c : cases) {
+        TScanDoc d(c.Syntax, c.Text);
+        TRows rows;
+        for (int row = 0; row < d.Store.Count(); ++row)
+            rows.push_back(d.Tokens(row));
+        EXPECT_EQ(rows, c.Rows) << c.Syntax << ": " << Utf16ToUtf8(c.Text);
+    }
 }
 
 TEST(ScanRules, UrlInsideACommentIsOneRun) {
@@ -66,14 +81,6 @@ TEST(ScanRules, UrlInsideACommentIsOneRun) {
     EXPECT_THAT(d.Tokens(1), Contains("url:http://a.b/c")); // its "//" opens no comment
 }
 
-TEST(ScanRules, PreprocessorLineBlockEndsWithTheRow) {
-    TScanDoc d("c", u"#include \"a.h\" /* c */\nint x;");
-    EXPECT_THAT(d.Tokens(0),
-                ElementsAre("block:#include ", "string:\"a.h\"", "block: ", "comment:/* c */"));
-    EXPECT_THAT(d.Tokens(1), Contains("keyword:int"));
-    EXPECT_EQ(d.Scanner->GetUpStyle(0).Block.Id, -1);
-}
-
 TEST(ScanRules, PartialScanLeavesALineBlockOpen) {
     TScanDoc d("c", u"#define X 1");
     TStyle state;
@@ -82,20 +89,6 @@ TEST(ScanRules, PartialScanLeavesALineBlockOpen) {
     EXPECT_EQ(state.Block.Id, 0);
     d.Scanner->GetUpLineStyle(0, 0, -1, state);
     EXPECT_EQ(state.Block.Id, -1);
-}
-
-TEST(ScanRules, PythonTripleQuotesSpanRowsAsOneString) {
-    TScanDoc d("python", u"x = \"\"\"Don't\nstop # here\n\"\"\" # real");
-    EXPECT_THAT(d.Tokens(1), ElementsAre("block:stop # here"));
-    EXPECT_THAT(d.Tokens(2), ElementsAre("block:\"\"\"", "linecomment:# real"));
-}
-
-TEST(ScanRules, ShellHereDocumentRunsToItsWord) {
-    TScanDoc d("shell", u"cat <<'EOF' | sort\nbody # not a comment \"\n  EOF\necho # c");
-    EXPECT_THAT(d.Tokens(0), Contains("string:<<'EOF'"));
-    EXPECT_THAT(d.Tokens(1), ElementsAre("string:body # not a comment \""));
-    EXPECT_THAT(d.Tokens(2), ElementsAre("string:EOF"));
-    EXPECT_THAT(d.Tokens(3), Contains("linecomment:# c"));
 }
 
 TEST(ScanRules, HtmlWithEmbeddedScriptStyleAndPhp) {
@@ -131,52 +124,31 @@ TEST(ScanRules, LineCommentContinuesOnItsWrappedRow) {
     EXPECT_THAT(d.Tokens(first + 2), Contains("keyword:int"));
 }
 
-TEST(ScanRules, OpeningABlockCommentRecoloursEveryRowBelow) {
-    TScanDoc d("c", u"int a;\nint b;\nint c;\nint d;");
-    d.SweepAll();
-    d.Store.InsertAt(1, u"/* ", 1);
-    d.Scanner->ClearLineStylesFrom(1);
-    EXPECT_EQ(d.Scanner->InvalidateLine(1), (TRedrawRange{1, -1}));
-    EXPECT_THAT(d.Tokens(3), ElementsAre("comment:int d;"));
-    // Closing it on the last row needs no further keystroke for the rows in between.
-    d.Store.InsertAt(3, u" */", 7);
-    d.Scanner->ClearLineStylesFrom(3);
-    d.Scanner->InvalidateLine(3);
-    d.SweepAll();
-    d.ExpectStatesFresh("closed");
-}
-
-TEST(ScanRules, TypingThatKeepsTheEndStateRedrawsOneRowAndKeepsTheRest) {
-    TScanDoc d("c", u"int a;\nint b;\nint c;");
-    d.SweepAll();
-    d.Store.InsertAt(1, u"x", 5);
-    d.Scanner->ClearLineStylesFrom(1);
-    EXPECT_EQ(d.Scanner->InvalidateLine(1), (TRedrawRange{1, 1}));
-    EXPECT_EQ(d.Scanner->States().ValidRows(), d.Store.Count());
-    d.ExpectStatesFresh("typed");
-    // A here-document opener changes the end state: everything below is redrawn.
-    TScanDoc sh("shell", u"echo a\necho b\necho c");
-    sh.SweepAll();
-    sh.Store.InsertAt(0, u" <<END", 7);
-    sh.Scanner->ClearLineStylesFrom(0);
-    EXPECT_EQ(sh.Scanner->InvalidateLine(0), (TRedrawRange{0, -1}));
-    EXPECT_THAT(sh.Tokens(2), ElementsAre("string:echo c"));
-}
-
-TEST(ScanRules, AnEndStateChangeBeyondCommentsAndStringsRedrawsEveryRowBelow) {
-    // An opening brace changes only the nesting depth of the end state, which the brace
-    // colours of every row below depend on.
-    TScanDoc d("c", u"int a;\nint b;\nf(x);\ng(y);");
-    d.SweepAll();
-    d.Store.InsertAt(1, u"(", 1);
-    d.Scanner->ClearLineStylesFrom(1);
-    EXPECT_EQ(d.Scanner->InvalidateLine(1), (TRedrawRange{1, -1}));
-    TStyle end;
-    const auto runs = RowRuns(*d.Scanner, 3, &end);
-    ASSERT_FALSE(runs.empty());
-    EXPECT_EQ(end.Properties.Brace1Level, 1) << "g(y) lies inside the new parenthesis";
-    d.SweepAll();
-    d.ExpectStatesFresh("brace");
+// The edit rule's reach: typing that keeps a row's end state redraws that row alone; one that
+// changes it (a comment or here-document opened, or only the brace depth, which the brace
+// colours below depend on) redraws every row below. Rows below the reach keep their states
+// over random edits: ScanProperties.
+TEST(ScanRules, AnEditRedrawsToWhereTheEndStateStopsChanging) {
+    const struct {
+        const char* Syntax;
+        std::u16string_view Text, Typed;
+        int Row, Column;
+        TRedrawRange Expected;
+    } cases[] = {
+        {"c", u"int a;\nint b;\nint c;", u"x", 1, 5, {1, 1}},
+        {"c", u"int a;\nint b;\nint c;\nint d;", u"/* ", 1, 1, {1, -1}},
+        {"c", u"int a;\nint b;\nf(x);\ng(y);", u"(", 1, 1, {1, -1}},
+        {"shell", u"echo a\necho b\necho c", u" <<END", 0, 7, {0, -1}},
+    };
+    for (const auto& c : cases) {
+        TScanDoc d(c.Syntax, c.Text);
+        d.SweepAll();
+        d.Store.InsertAt(c.Row, c.Typed, c.Column);
+        d.Scanner->ClearLineStylesFrom(c.Row);
+        EXPECT_EQ(d.Scanner->InvalidateLine(c.Row), c.Expected) << Utf16ToUtf8(c.Typed);
+        d.SweepAll();
+        d.ExpectStatesFresh(c.Syntax);
+    }
 }
 
 TEST(ScanRules, CacheWalkStartsFreshAtABlankRowFarUp) {
