@@ -23,16 +23,15 @@ TEST(LineStyle, CopiesAreIndependentValues) {
     EXPECT_EQ(rebuilt, original);
 }
 
-TEST(LineStyle, PropertyBitsAreIndependent) {
-    TStyleProperties p;
-    for (TStylePropertyBit bit : {spStringEnd, spInComment, spURL, spHyperscript}) {
-        p.Set(bit, true);
-        EXPECT_TRUE(p.Get(bit));
+TEST(LineStyle, EachPropertyBitIsSetAndClearedAlone) {
+    for (int bit = spStringEnd; bit <= spHyperscript; ++bit) {
+        TStyleProperties p;
+        p.Set(TStylePropertyBit(bit), true);
+        for (int other = spStringEnd; other <= spHyperscript; ++other)
+            EXPECT_EQ(p.Get(TStylePropertyBit(other)), other == bit) << bit << " " << other;
+        p.Set(TStylePropertyBit(bit), false);
+        EXPECT_EQ(p.FBooleanArray, 0u) << bit;
     }
-    p.Set(spInComment, false);
-    EXPECT_FALSE(p.Get(spInComment));
-    EXPECT_TRUE(p.Get(spURL));
-    EXPECT_FALSE(p.Get(spInTag));
 }
 
 TEST(LineStyle, ClearKeepsFoldWordsUnlessFull) {

@@ -29,7 +29,6 @@ TEST(ShippedSet, EveryLanguageIsThereAndTheSetIsClean) {
         EXPECT_TRUE(
             std::filesystem::is_regular_file(ShippedSyntaxFolder() / (std::string(name) + ".syx")))
             << name;
-    EXPECT_EQ(report.Files, 26);
     for (const char* ext : {".c", ".cpp", ".py", ".rs", ".go", ".html", ".json", ".yml", ".md",
                             ".sql", ".sh", ".makefile", ".cmake", ".diff", ".txt"})
         EXPECT_TRUE(report.Extensions.count(ext)) << ext;

@@ -34,47 +34,12 @@ protected:
     TMemoStyleHost FMemo;
 };
 
-TEST_F(SyxReader, OptionsStringsCharactersAndExactBooleans) {
-    auto s = Load("[Options]\n"
-                  "LineCommentA=//\nLineCommentB=#\nCommentStartA=/*\nCommentEndA=*/\n"
-                  "CommentStartB=(*\nCommentEndB=*) -line\nCommentDocA=/**\nCommentDocB=///\n"
-                  "Char='\nString=\"\nString2=\nStringOnLine=true\nVerbatimStringStart=@x\n"
-                  "HexIdentifier=0x\nEscape=\\\nSymbols=+-0123456789\nNumbers=0123456789\n"
-                  "Case=1\nCaseTags=1\nHighlightUrl=1\nAutoCompleteTags=1\n"
-                  "OnlyLineCommentIfFirstChar=2\nOnlyLineCommentIfFirstCharB=3\n"
-                  "AutoCompleteSort=x\nSymbolWordsA=  and or \nHintCharStart=(\n"
-                  "AllowNestedComments=1\nDigitSeparator=_\nUnknownKey=1\n");
+// Each key's value rules: SyxKeysTest. Here what involves two keys, and unknown keys.
+TEST_F(SyxReader, NumbersAmongTheSymbolsMakeDigitsSymbolsAndUnknownKeysWarn) {
+    auto s = Load("[Options]\nSymbols=+-0123456789\nNumbers=0123456789\nUnknownKey=1\n");
     ASSERT_TRUE(s);
-    EXPECT_EQ(s->FLineCommentA, u"//");
-    EXPECT_EQ(s->FCommentEndA, u"*/");
-    EXPECT_FALSE(s->FCommentEndA_Line);
-    EXPECT_EQ(s->FCommentEndB, u"*)");
-    EXPECT_TRUE(s->FCommentEndB_Line);
-    EXPECT_EQ(s->FCharSymbol, u'\'');
-    EXPECT_EQ(s->FStringSymbol, u'"');
-    EXPECT_EQ(s->FString2Symbol, 0);          // empty value: unset
-    EXPECT_FALSE(s->FStringLine);             // only "1" is true here
-    EXPECT_EQ(s->FVerbatimStringStart, u'@'); // first character only
-    EXPECT_TRUE(s->FKeywordCase);
-    EXPECT_TRUE(FMemo.CaseSensitive);
-    EXPECT_TRUE(FMemo.FTagsCaseSensitive);
-    EXPECT_TRUE(FMemo.FUrlAware);
-    EXPECT_TRUE(FMemo.FXML);
-    EXPECT_EQ(s->FOnlyLineCommentIfFirstChar, 2);
-    EXPECT_EQ(s->FOnlyLineCommentIfFirstCharB, 0);
-    EXPECT_EQ(s->FAutoCompleteSort, 1);
-    EXPECT_EQ(s->FSymbolWordsA, u" and or ");
-    EXPECT_EQ(s->FHintParameter.FStartchar, u'(');
-    EXPECT_TRUE(s->FAllowNestedComments);
     EXPECT_TRUE(s->FNumbersAsSymbols);
     EXPECT_TRUE(HasWarning("UnknownKey"));
-}
-
-TEST_F(SyxReader, CommentEndLineMarkDropsOneSeparator) {
-    auto s = Load("[Options]\nCommentEndA=--> -line\n");
-    ASSERT_TRUE(s);
-    EXPECT_EQ(s->FCommentEndA, u"-->");
-    EXPECT_TRUE(s->FCommentEndA_Line);
 }
 
 TEST_F(SyxReader, ALoadResetsWhatOptionsWouldSetEvenWithoutTheSection) {
@@ -83,10 +48,6 @@ TEST_F(SyxReader, ALoadResetsWhatOptionsWouldSetEvenWithoutTheSection) {
     EXPECT_TRUE(s->FNumericChars.empty()); // no Numbers key: digits are plain text
     EXPECT_EQ(s->FAutoCompleteSort, 0);    // only entering [Options] makes it 1
     EXPECT_FALSE(s->FNumbersAsSymbols);
-    s = Load("[Options]\nAutoCompleteSort=0\n");
-    EXPECT_EQ(s->FAutoCompleteSort, 0);
-    s = Load("[Options]\nAutoCompleteSort=2\n");
-    EXPECT_EQ(s->FAutoCompleteSort, 2);
 }
 
 TEST_F(SyxReader, BlankLineEndsASectionAndRepeatedSectionsAddUp) {
@@ -168,58 +129,27 @@ TEST_F(SyxReader, TagsSwitchTheEditorToTagModeEvenWhenEmpty) {
     EXPECT_FALSE(FMemo.IsHtml); // a syntax without tags leaves tag mode
 }
 
-TEST_F(SyxReader, BlocksOpenAtNameAndUseGeneralBooleans) {
+// The block, fold and region keys one by one: SyxKeysTest. Here the faults and the
+// regular-expression forms.
+TEST_F(SyxReader, BlockFaultsWarnAndRegularExpressionBlocksCompile) {
     auto s = Load("[Block]\n"
                   "B1_OnLine=1\n" // before any Name: ignored
-                  "B1_Name=Pre\nB1_Start=#\nB1_FirstOnLine=TRUE\nB1_OnLine=1\n"
-                  "B1_HighlightKeywords=False\nB1_OnlyAfter==(\n"
-                  "NoUnderscore=1\n"
+                  "B1_Name=Pre\nNoUnderscore=1\n"
                   "B2_Name=#Heredoc\nB2_Start=<<(\\w+)\nB2_End=^END$\nB2_AsString=maybe\n");
     ASSERT_TRUE(s);
     ASSERT_EQ(s->FBlocks.size(), 2u);
-    const TBlock& b = s->FBlocks[0];
-    EXPECT_EQ(b.Start, u"#");
-    EXPECT_TRUE(b.FirstOnLine);
-    EXPECT_TRUE(b.LineBlock);
-    EXPECT_FALSE(b.HighlightKeywords);
-    EXPECT_TRUE(b.HighlightSymbols);
-    EXPECT_EQ(b.OnlyAfter, u"=(");
-    EXPECT_FALSE(s->FBlocks[1].ForceColor);
+    EXPECT_FALSE(s->FBlocks[0].LineBlock);
     EXPECT_TRUE(s->FBlocks[1].StartRegEx && s->FBlocks[1].StartRegEx->Valid());
     EXPECT_TRUE(s->FHasRegExKeywords);
     EXPECT_EQ(FSyntax.Blocks, (TStringList{u"Pre", u"#Heredoc"}));
-    EXPECT_TRUE(HasWarning("before the first Name"));
-    EXPECT_TRUE(HasWarning("without \"_\""));
-    EXPECT_TRUE(HasWarning("not a boolean"));
+    for (const char* w : {"before the first Name", "without \"_\"", "not a boolean"})
+        EXPECT_TRUE(HasWarning(w)) << w;
 }
 
-TEST_F(SyxReader, FoldsRegionsAndFoldOptions) {
-    auto s = Load("[FoldOptions]\nFoldLineComments=0\nList_Exclude=if|for\nCase=1\n\n"
-                  "[Region]\nStart=#region|//{\nEnd=#endregion\nCommentStart=//\n\n"
-                  "[Fold]\n"
-                  "F1_Id=~class\nF1_ListItem=CEClass\nF1_Name=Classes\n"
-                  "F2_Id=func\nF2_Begin=@begin|do\nF2_End=end\nF2_Level=NltRegion\n"
-                  "F2_ListItem=ceFunction\nF2_Name=Functions\n"
-                  "F3_Id=sub\nF3_ListItem=ceMethod\nF3_Name=Subs\nF3_Level=deep\n");
+TEST_F(SyxReader, UnknownFoldLevelWarnsAndFoldsNothing) {
+    auto s = Load("[Fold]\nF_Id=sub\nF_Level=deep\n");
     ASSERT_TRUE(s);
-    EXPECT_FALSE(s->FNodeOpt_FoldLineComments);
-    EXPECT_TRUE(s->FNodeOpt_FoldOnIndention);
-    EXPECT_TRUE(s->FNodeOpt_Case);
-    EXPECT_EQ(s->FFoldListExclude, (TStringList{u"if", u"for"}));
-    EXPECT_EQ(s->FNodeOpt_AutoIdExcludes, s->FFoldListExclude);
-    EXPECT_EQ(s->FRgn_Start, (TStringList{u"#region", u"//{"}));
-    ASSERT_EQ(s->FNodes.size(), 3u);
-    EXPECT_EQ(s->FNodes[0].wId, u"~class");
-    EXPECT_EQ(s->FNodes[0].list_Item, ceClass);
-    EXPECT_EQ(s->FNodes[1].wStart, u"@begin\ndo");
-    EXPECT_EQ(s->FNodes[1].level, nltRegion);
-    EXPECT_EQ(s->FNodes[2].level, nltNone);
-    for (std::u16string_view w : {u"class", u"begin", u"do", u"end", u"#region", u"//", u"func"})
-        EXPECT_TRUE(s->NodeIdList.Contains(w, true)) << Utf16ToUtf8(w);
-    EXPECT_FALSE(s->NodeIdList.Contains(u"~class", true));
-    EXPECT_FALSE(s->NodeIdList.Contains(u"@begin", true));
-    // The first definition of a kind names it: functions and methods share digit 1.
-    EXPECT_EQ(s->FCodeExplorerHintList, (TStringList{u"1=Functions"}));
+    EXPECT_EQ(s->FNodes.at(0).level, nltNone);
     EXPECT_TRUE(HasWarning("unknown fold Level"));
 }
 
