@@ -2,13 +2,12 @@
 #include "common/Trace.h"
 #include "common/ActionTrace.h"
 #include "common/CrashReport.h"
+#include "support/ZvTestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,27 +17,14 @@ namespace {
 
 class TraceTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        dir = fs::temp_directory_path() /
-              ("zv-trace-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-               "-" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(dir);
-        fs::create_directories(dir / "bin");
-    }
-    void TearDown() override {
-        zv::TraceShutdown();
-        fs::remove_all(dir);
-    }
+    void SetUp() override { fs::create_directories(dir / "bin"); }
+    void TearDown() override { zv::TraceShutdown(); }
     void WriteOptions(const std::string& text) {
-        std::ofstream(dir / "bin" / "DebugOptions.txt") << text;
+        zvtest::WriteAll(dir / "bin" / "DebugOptions.txt", text);
     }
-    std::string ReadLog() {
-        std::ifstream in(dir / "Data" / "DebugOutput.txt");
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
-    }
-    fs::path dir;
+    std::string ReadLog() { return zvtest::ReadAll(dir / "Data" / "DebugOutput.txt"); }
+    zvtest::TTempDir temp{"zv-trace"};
+    const fs::path dir = temp.Path();
 };
 
 TEST_F(TraceTest, OffWithoutOptionsFileOrWithOtherValue) {
@@ -70,10 +56,6 @@ TEST_F(TraceTest, FileTraceStartsAnewOrAppends) {
     EXPECT_EQ(ReadLog(), "second\nthird\n");
 }
 
-} // namespace
-
-namespace {
-
 TEST(ActionTrace, LongEntriesAreCutAndOrderIsKept) {
     zv::ActionTraceListClear();
     zv::ActionTraceListAdd("LoadFile", std::string(1000, 'x'));
@@ -86,8 +68,8 @@ TEST(ActionTrace, LongEntriesAreCutAndOrderIsKept) {
 }
 
 TEST(CrashReport, FatalSignalWritesTheRecentActions) {
-    const auto report = fs::temp_directory_path() / ("zv-crash-" + std::to_string(::getpid()));
-    fs::remove(report);
+    zvtest::TTempDir temp("zv-crash");
+    const auto report = temp / "crash.txt";
     const pid_t child = ::fork();
     if (child == 0) {
         zv::ActionTraceListClear();
@@ -100,12 +82,9 @@ TEST(CrashReport, FatalSignalWritesTheRecentActions) {
     int status = 0;
     ::waitpid(child, &status, 0);
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGSEGV) << "the signal still ends it";
-    std::ifstream in(report);
-    std::stringstream text;
-    text << in.rdbuf();
-    EXPECT_EQ(text.str(), "Zevrit stopped on signal 11. Recent actions, oldest first:\n"
-                          "LoadFile: big.log\n");
-    fs::remove(report);
+    EXPECT_EQ(zvtest::ReadAll(report),
+              "Zevrit stopped on signal 11. Recent actions, oldest first:\n"
+              "LoadFile: big.log\n");
 }
 
 } // namespace

@@ -21,15 +21,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
+using zvtest::ReadAll;
+
 constexpr int kThreads = 4;
 constexpr int kLinesPerThread = 300;
-
-std::string ReadAll(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;

@@ -1,48 +1,21 @@
-// Helpers shared by the line-store and codec tests: temporary folders, whole-file reads and
-// writes, running an outside program, random text from a code page's repertoire.
+// Helpers shared by the line-store and codec tests: temporary folders and whole files (from
+// the common support), running an outside program, random text from a code page's repertoire.
 #pragma once
 
 #include "ZvMemoControl/Converter.h"
+#include "support/ZvTestSupport.h"
 
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
 
 namespace zv::test {
 
-// A fresh folder below the system's temporary folder, removed with the object.
-class TTempDir {
-public:
-    TTempDir() {
-        std::random_device rd;
-        FPath = std::filesystem::temp_directory_path() /
-                ("zv_memo_" + std::to_string(rd()) + std::to_string(rd()));
-        std::filesystem::create_directories(FPath);
-    }
-    ~TTempDir() {
-        std::error_code ec;
-        std::filesystem::remove_all(FPath, ec);
-    }
-    std::filesystem::path operator/(const std::string& name) const { return FPath / name; }
-    const std::filesystem::path& Path() const { return FPath; }
-
-private:
-    std::filesystem::path FPath;
-};
-
-inline std::string ReadAll(const std::filesystem::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-inline void WriteAll(const std::filesystem::path& p, const std::string& bytes) {
-    std::ofstream(p, std::ios::binary | std::ios::trunc) << bytes;
-}
+using zvtest::ReadAll;
+using zvtest::TTempDir;
+using zvtest::WriteAll;
 
 // Runs a shell-free command line of fixed words and returns its standard output; `status`
 // gets the exit code (-1 when it could not run).

@@ -1,8 +1,11 @@
-// Shared test fixtures: the one Qt application object of a test program and a temporary
-// folder that removes itself.
+// Shared test fixtures: the one Qt application object of a test program, a temporary
+// folder that removes itself, whole-file reads and writes.
 #pragma once
 
+#include <atomic>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <unistd.h>
 
@@ -19,13 +22,13 @@ template <typename TApp> TApp& TheApp() {
     return *app;
 }
 
-// A fresh folder under the system temp folder, named by stem and process id; removed with
-// everything in it when the object dies.
+// A fresh folder under the system temp folder, named by stem, process id and a count (so
+// two alive at once never share one); removed with everything in it when the object dies.
 class TTempDir {
 public:
-    explicit TTempDir(const std::string& stem)
+    explicit TTempDir(const std::string& stem = "zv-test")
         : FPath(std::filesystem::temp_directory_path() /
-                (stem + "-" + std::to_string(::getpid()))) {
+                (stem + "-" + std::to_string(::getpid()) + "-" + std::to_string(NextNumber()))) {
         std::filesystem::remove_all(FPath);
         std::filesystem::create_directories(FPath);
     }
@@ -39,7 +42,21 @@ public:
     std::filesystem::path operator/(const std::string& name) const { return FPath / name; }
 
 private:
+    static int NextNumber() {
+        static std::atomic<int> count{0};
+        return count++;
+    }
     std::filesystem::path FPath;
 };
+
+inline std::string ReadAll(const std::filesystem::path& p) {
+    std::ifstream in(p, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// Replaces the file's bytes with `bytes`.
+inline void WriteAll(const std::filesystem::path& p, const std::string& bytes) {
+    std::ofstream(p, std::ios::binary | std::ios::trunc) << bytes;
+}
 
 } // namespace zvtest
