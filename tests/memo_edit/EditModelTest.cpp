@@ -213,47 +213,6 @@ TEST(EditModel, ModifiedTellsWhetherTheTextDiffersFromTheSavedText) {
     EXPECT_GT(returnsToSaved, kScripts / 4);
 }
 
-// Backspace and Delete step over whole clusters, never leaving half a surrogate pair or a
-// mark without its base.
-TEST(EditModel, DeletionNeverSplitsAClusterOrAPair) {
-    for (unsigned seed = 1; seed <= 300; ++seed) {
-        std::mt19937 rng(seed);
-        const std::u16string row = RandomText(rng, 20, false);
-        TMemoFixture fx(Utf16ToUtf8(row));
-        const auto clusters = [](const std::u16string& s) {
-            std::vector<int> b{0};
-            while (b.back() < static_cast<int>(s.size()))
-                b.push_back(TEditModel::NextCluster(s, b.back()));
-            return b;
-        };
-        const auto before = clusters(row);
-        const int at =
-            before[std::uniform_int_distribution<std::size_t>(0, before.size() - 1)(rng)];
-        fx.memo.SetTextCursor(at, 0);
-        if (seed % 2)
-            fx.memo.Backspace();
-        else
-            fx.memo.DeleteChar();
-        const std::u16string after(fx.lines.Get(0));
-        for (std::size_t i = 0; i < after.size(); ++i) {
-            const bool high = after[i] >= 0xD800 && after[i] < 0xDC00;
-            const bool low = after[i] >= 0xDC00 && after[i] < 0xE000;
-            ASSERT_FALSE(high && (i + 1 == after.size() ||
-                                  !(after[i + 1] >= 0xDC00 && after[i + 1] < 0xE000)))
-                << "seed " << seed;
-            ASSERT_FALSE(low && (i == 0 || !(after[i - 1] >= 0xD800 && after[i - 1] < 0xDC00)))
-                << "seed " << seed;
-        }
-        // Exactly one cluster went: the rest equals the row without it.
-        const auto n = clusters(after).size();
-        const bool nothingToDelete =
-            (seed % 2 == 1 && at == 0) || (seed % 2 == 0 && at == static_cast<int>(row.size()));
-        if (!nothingToDelete) {
-            ASSERT_EQ(n + 1, before.size()) << "seed " << seed;
-        }
-    }
-}
-
 // Lines longer than 4096 units load as a row and continuation rows. Edits across the cuts
 // take the continuations along in their records: undo gives the loaded bytes back (no line
 // end appears where a row was cut), redo the edited ones, and the edit itself matches the

@@ -1,4 +1,5 @@
-// A control over a store loaded from UTF-8 bytes with LF line ends, for the editing tests.
+// A control over a store loaded from UTF-8 bytes with LF line ends, and typing, for the
+// editing tests.
 #pragma once
 
 #include "ZvMemoControl/ZvMemo.h"
@@ -6,6 +7,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace zv::test {
 
@@ -25,5 +27,11 @@ struct TMemoFixture {
     TZvMemoStrings lines;
     TZvMemo memo;
 };
+
+// Types `keys` one by one, as the keyboard does.
+inline void Type(TZvCustomMemo& m, std::u16string_view keys) {
+    for (char16_t c : keys)
+        m.KeyPress(c);
+}
 
 } // namespace zv::test
