@@ -1,6 +1,7 @@
 // The in-memory settings file: lookups, typed values, the file form and its order.
 #include "IniTestSupport.h"
 
+#include "shell/IniValues.h"
 #include "shell/ZvIniFiles.h"
 
 #include <gtest/gtest.h>
@@ -16,17 +17,6 @@ TMemIniFileW FromUtf8(std::string_view text, TIniEncoding enc = TIniEncoding::Ut
     return ini;
 }
 
-TEST(MemIniFile, LookupsIgnoreCaseTrimNamesAndKeepValues) {
-    auto ini = FromUtf8("[Customize]\n  MenuRecent = 15 \nTitle==a=b\n[ÄÖ]\nKéy=x\n");
-    EXPECT_EQ(ini.ReadString("customize", "MENURECENT", ""), " 15 ");
-    EXPECT_EQ(ini.ReadInteger("CUSTOMIZE", "menurecent", 0), 15);
-    EXPECT_EQ(ini.ReadString(u"Customize", u"Title", u""), u"=a=b");
-    EXPECT_EQ(ini.ReadString("äö", "KÉY", ""), "x");
-    EXPECT_EQ(ini.ReadString(u"äö", u"kéy", u"d"), u"x");
-    EXPECT_EQ(ini.ReadString("Customize", "Missing", "def"), "def");
-    EXPECT_FALSE(ini.ValueExists("Nope", "MenuRecent"));
-}
-
 TEST(MemIniFile, FirstDuplicateWinsAndBothSurvive) {
     auto ini = FromUtf8("[A]\nk=first\nK=second\n");
     EXPECT_EQ(ini.ReadString("A", "k", ""), "first");
@@ -39,20 +29,16 @@ TEST(MemIniFile, FirstDuplicateWinsAndBothSurvive) {
     EXPECT_EQ(ini.ReadString("A", "k", ""), "second");
 }
 
+// The text forms of each type are the value tests' job; here the readers' fallbacks and
+// the writers' forms.
 TEST(MemIniFile, TypedValues) {
-    auto ini = FromUtf8("[V]\nneg=-16777201\nhex=$FF00000D\nbad=12x\nbig=2147483648\n"
-                        "f=0\nt=yes\nempty=\nwhen=2024-02-29T13:45:10.250+01:00\n");
-    EXPECT_EQ(ini.ReadInteger("V", "neg", 0), -16777201);
-    EXPECT_EQ(ini.ReadInteger("V", "hex", 0), static_cast<int32_t>(0xFF00000Du));
+    auto ini = FromUtf8("[V]\nbad=12x\nf=0\nt=yes\nempty=\n");
     EXPECT_EQ(ini.ReadInteger("V", "bad", 7), 7);
-    EXPECT_EQ(ini.ReadInteger("V", "big", 7), 7);
     EXPECT_FALSE(ini.ReadBool("V", "f", true));
     EXPECT_TRUE(ini.ReadBool("V", "t", false));
     EXPECT_TRUE(ini.ReadBool("V", "empty", true));
     EXPECT_FALSE(ini.ReadBool("V", "empty", false));
-    using namespace std::chrono;
-    const TDateTime when = ini.ReadDateTime("V", "when", {});
-    EXPECT_EQ(FormatIniDateTime(when), u"2024-02-29T12:45:10.250Z");
+    const TDateTime when = *ParseIniDateTime(u"2024-02-29T12:45:10.250Z");
     ini.WriteInteger("V", "colour", -16777201);
     ini.WriteBool("V", "b", true);
     ini.WriteDateTime("V", "d", when);

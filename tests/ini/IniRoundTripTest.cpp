@@ -15,18 +15,19 @@ using test::Shell;
 
 // A settings file as people leave them: comments, blanks inside a section, names with
 // blanks around them, values with blanks behind (OpenAsBinary), "=" inside values, a bare
-// line, a duplicate key and names outside ASCII. It is already in the written form (one
-// blank line closes each section), so saving it must give back the same text.
+// line, a duplicate key, a number with blanks around it and names outside ASCII. It is
+// already in the written form (one blank line closes each section), so saving it must give
+// back the same text.
 constexpr std::string_view kRealLooking = "[Customize]\n"
                                           "; kept as it was\n"
                                           "LoadInTab=1\n"
                                           "  Language = English\n"
-                                          "MenuRecent=15\n"
+                                          "MenuRecent= 15 \n"
                                           "menurecent=99\n"
                                           "\n"
                                           "[EditorMisc]\n"
                                           "OpenAsBinary=.7z .zip .exe \n"
-                                          "Title=a=b=c\n"
+                                          "Title==a=b\n"
                                           "bare line without equals\n"
                                           "   \n"
                                           "DefaultEncoding=65001\n"
@@ -86,8 +87,10 @@ TEST_P(IniRoundTrip, ValuesReadAsWritten) {
     EXPECT_EQ(ini.ReadString("customize", "LANGUAGE", ""), " English");
     EXPECT_EQ(ini.ReadInteger("Customize", "MenuRecent", 0), 15);
     EXPECT_EQ(ini.ReadString("EditorMisc", "OpenAsBinary", ""), ".7z .zip .exe ");
-    EXPECT_EQ(ini.ReadString("EditorMisc", "Title", ""), "a=b=c");
+    EXPECT_EQ(ini.ReadString("EditorMisc", "Title", ""), "=a=b");
     EXPECT_EQ(ini.ReadString(u"ÜNÏCÖDÉ 名前", u"emoji", u""), u"😀 x\t");
+    EXPECT_EQ(ini.ReadString("ünïcödé 名前", "PATH", ""), "/home/ü/файл.txt");
+    EXPECT_EQ(ini.ReadString("Customize", "Missing", "def"), "def");
     EXPECT_EQ(ini.ReadString("ünïcödé 名前", "Empty", "default"), "");
     EXPECT_FALSE(ini.ValueExists("Customize", "; kept as it was"));
     const auto values = ini.ReadSectionValues("EditorMisc");
