@@ -1,4 +1,4 @@
-// The file classifier's decision table, the UTF-16 and UTF-8 tests, declared encodings and
+// The file classifier's decision table, the UTF-8 test, declared encodings and
 // the choice of code page from the locale.
 #include "ZvMemoControl/CodePages.h"
 #include "ZvMemoControl/Converter.h"
@@ -50,6 +50,8 @@ TEST(Classifier, DecisionTable) {
         {"UTF-16LE ASCII look", Utf16Le(u"hello world"), "a.txt", {}, 0, foUnicode},
         {"UTF-16BE with BOM", Utf16Be(u"\uFEFFhello"), "a.txt", {}, 0, foUnicodeBE},
         {"UTF-16BE ASCII look", Utf16Be(u"hello world"), "a.txt", {}, 0, foUnicodeBE},
+        {"UTF-16LE by its spaces alone", Utf16Le(u"\u4E2D \u6587"), "a.txt", {}, 0, foUnicode},
+        {"UTF-16BE by its spaces alone", Utf16Be(u"\u4E2D \u6587"), "a.txt", {}, 0, foUnicodeBE},
         {"odd length with signature is binary",
          Utf16Le(u"\uFEFFhi") + "x",
          "a.txt",
@@ -67,20 +69,6 @@ TEST(Classifier, DecisionTable) {
         EXPECT_EQ(type.Kind, row.Kind) << row.Why;
         EXPECT_EQ(type.OpenAs, row.OpenAs) << row.Why;
     }
-}
-
-TEST(Classifier, TextTestFlags) {
-    std::uint32_t flags = 0;
-    EXPECT_TRUE(ZvIsTextUnicode(Utf16Le(u"\uFEFFab"), 0xFFFF, flags));
-    EXPECT_TRUE(flags & tuSignature);
-    EXPECT_TRUE(ZvIsTextUnicode(Utf16Le(u"a b\r\n"), 0xFFFF, flags));
-    EXPECT_TRUE(flags & tuAscii16);
-    EXPECT_TRUE(flags & tuControls);
-    EXPECT_TRUE(ZvIsTextUnicode(Utf16Be(u"a b"), 0xFFFF, flags));
-    EXPECT_TRUE(flags & tuReverseAscii16);
-    EXPECT_TRUE(flags & tuReverseControls);
-    EXPECT_FALSE(ZvIsTextUnicode("abc", 0xFFFF, flags));
-    EXPECT_TRUE(flags & tuOddLength);
     // The double-zero test ignores the block's last byte.
     EXPECT_FALSE(HasDoubleZero(std::string("ab\0", 3) + std::string("\0", 1)));
     EXPECT_TRUE(HasDoubleZero(std::string("a\0\0b", 4)));
@@ -104,23 +92,29 @@ TEST(Classifier, Utf8Test) {
 }
 
 TEST(Classifier, DeclaredEncodings) {
-    EXPECT_EQ(DeclaredCodePage("a.xml", "<?xml version=\"1.0\" encoding=\"windows-1251\"?>", 50001),
-              1251);
-    EXPECT_EQ(DeclaredCodePage("a.XML", "<?XML version=\"1.0\" ENCODING=\"Shift-JIS\"?>", 50001),
-              932);
-    EXPECT_EQ(DeclaredCodePage("a.xml", "<root encoding=\"koi8-r\"/>", 50001), -1);
-    EXPECT_EQ(DeclaredCodePage("a.html",
-                               "<html><head><meta charset=utf-8><meta http-equiv=x "
-                               "content=\"text/html; charset=iso-8859-2\"></head>",
-                               50001),
-              28592); // the last charset= before </head counts
-    EXPECT_EQ(DeclaredCodePage("a.htm", "<head><meta charset=\"big5\"></head>", 50001), 950);
-    EXPECT_EQ(DeclaredCodePage("a.html", "<head><meta charset=windows-abc></head>", 50001), 1252);
-    // A declared UTF-16 that differs from the passed code page gives the passed one, and so
-    // does any declaration when the passed one is UTF-16.
-    EXPECT_EQ(DeclaredCodePage("a.xml", "<?xml encoding=\"utf-8\"?>", 1200), 1200);
-    EXPECT_EQ(DeclaredCodePage("a.txt", "<?xml encoding=\"utf-8\"?>", 50001), -1);
-    EXPECT_EQ(DeclaredCodePage("a.xml", "<?xml encoding=\"us-ascii\"?>", 50001), -1);
+    struct TCase {
+        const char* Why;
+        const char* Name;
+        const char* Head;
+        std::uint32_t Passed;
+        int Expected;
+    };
+    const TCase cases[] = {
+        {"XML", "a.xml", "<?xml version=\"1.0\" encoding=\"windows-1251\"?>", 50001, 1251},
+        {"any case", "a.XML", "<?XML version=\"1.0\" ENCODING=\"Shift-JIS\"?>", 50001, 932},
+        {"only in the declaration", "a.xml", "<root encoding=\"koi8-r\"/>", 50001, -1},
+        {"the last charset= before </head counts", "a.html",
+         "<html><head><meta charset=utf-8><meta http-equiv=x "
+         "content=\"text/html; charset=iso-8859-2\"></head>",
+         50001, 28592},
+        {"quoted charset", "a.htm", "<head><meta charset=\"big5\"></head>", 50001, 950},
+        {"unknown windows page", "a.html", "<head><meta charset=windows-abc></head>", 50001, 1252},
+        {"passed UTF-16 wins", "a.xml", "<?xml encoding=\"utf-8\"?>", 1200, 1200},
+        {"not an XML or HTML name", "a.txt", "<?xml encoding=\"utf-8\"?>", 50001, -1},
+        {"ASCII declares nothing", "a.xml", "<?xml encoding=\"us-ascii\"?>", 50001, -1},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(DeclaredCodePage(c.Name, c.Head, c.Passed), c.Expected) << c.Why;
 }
 
 TEST(Classifier, AnsiCodePageFromLocale) {
