@@ -2,13 +2,15 @@
 """Checks `zvtool highlight` from the outside: the HTML page, read back by Python's own HTML
 parser, holds exactly the file's text with the span, anchor and "<" markup the export
 promises; the token dump has one run per line, ROW<TAB>COLUMN<TAB>LENGTH<TAB>KIND, whose
-runs tile every row in UTF-16 columns; `--syntax` overrides the file name; bad calls fail.
+runs tile every row in UTF-16 columns; `--syntax` overrides the file name; a user's file in
+Syntax/User defined/ of the data root replaces the shipped one until it is gone; bad calls fail.
 
 usage: highlight_cli.py ZVTOOL
 """
 import html.parser
 import os
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -51,8 +53,8 @@ class PreText(html.parser.HTMLParser):
             self.text.append(data)
 
 
-def run(zvtool, *args):
-    return subprocess.run([zvtool, "highlight", *args], capture_output=True, timeout=60)
+def run(zvtool, *args, env=None):
+    return subprocess.run([zvtool, "highlight", *args], capture_output=True, timeout=60, env=env)
 
 
 def check_page(zvtool, path):
@@ -75,8 +77,8 @@ def check_page(zvtool, path):
     check(f'<a href="{url}">{url}</a>' in body, "a URL is an anchor")
 
 
-def records(zvtool, *args):
-    r = run(zvtool, "--tokens", *args)
+def records(zvtool, *args, env=None):
+    r = run(zvtool, "--tokens", *args, env=env)
     check(r.returncode == 0, f"--tokens exits 0, got {r.returncode}")
     out = []
     for line in r.stdout.decode("ascii").splitlines():
@@ -104,6 +106,32 @@ def check_tokens(zvtool, path, text, syntax=None):
             at = c + n
         check(at == len(line.encode("utf-16-le")) // 2, f"row {row}: runs end at the row's end")
     return runs, rows
+
+
+def check_user_folder(zvtool, tmp):
+    """The user's file is found whatever its letter case; the shipped "c.syx" returns after."""
+    root = os.path.join(tmp, "root")
+    shutil.copytree(os.path.join(os.environ["ZEVRIT_ROOT"], "Syntax"), os.path.join(root, "Syntax"))
+    env = dict(os.environ, ZEVRIT_ROOT=root)
+    text = "int main(void) { return frobnicate; }\n"
+    doc = os.path.join(tmp, "doc.c")
+    with open(doc, "w", encoding="utf-8") as f:
+        f.write(text)
+    mine = os.path.join(root, "Syntax", "User defined", "C.Syx")
+
+    def kinds(what):
+        runs = records(zvtool, doc, env=env)
+        got = tuple(kind_of(runs, text.split("\n"), 0, w) for w in ("return", "frobnicate"))
+        expected = (["text"], ["keyword"]) if os.path.exists(mine) else (["keyword"], ["text"])
+        check(got == expected, f"{what}: return, frobnicate: {expected}, got {got}")
+
+    kinds("shipped file")
+    os.makedirs(os.path.dirname(mine), exist_ok=True)
+    with open(mine, "w", encoding="utf-8") as f:
+        f.write("[Options]\nNumbers=0123456789\n\n[Keywords]\nMine=frobnicate\n")
+    kinds("user's file")
+    os.remove(mine)
+    kinds("user's file removed")
 
 
 def main():
@@ -136,6 +164,7 @@ def main():
         r = run(zvtool, "--syntax", "no-such-syntax", c_file)
         check(r.returncode == 1 and b"unknown syntax" in r.stderr, "an unknown syntax fails")
         check(run(zvtool, os.path.join(tmp, "missing.c")).returncode == 1, "a missing file fails")
+        check_user_folder(zvtool, tmp)
     print(f"{len(failures)} failures")
     return 1 if failures else 0
 

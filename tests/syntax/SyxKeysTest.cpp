@@ -246,8 +246,7 @@ TEST_F(SyxKeys, BlockPropertiesTakeTheGeneralBooleans) {
         {u"HighlightBlocks", &TBlock::HighlightBlocks, true},
         {u"HighlightNumbers", &TBlock::HighlightNumbers, true},
         {u"HighlightStrings", &TBlock::HighlightStrings, true},
-        {u"HighlightChars", &TBlock::HighlightChars, true},
-    };
+        {u"HighlightChars", &TBlock::HighlightChars, true}};
     // The prefix before the first "_" is not looked at; each Name opens a block.
     auto s = Load("[Block]\nX_Name=plain\nAnything_Name=second\n");
     ASSERT_TRUE(s);
@@ -285,8 +284,7 @@ TEST_F(SyxKeys, FoldLevelsAndListItemsByNameInAnyCase) {
         {"nltNestedRegionIndent", nltNestedRegionIndent},
         {"nltSkip", nltSkip},
         {"nltNone", nltNone},
-        {"region", nltNone},
-    };
+        {"region", nltNone}};
     std::string text = "[Fold]\n";
     for (std::size_t i = 0; i < levels.size(); ++i) {
         const std::string n = std::to_string(i);
@@ -319,8 +317,7 @@ TEST_F(SyxKeys, FoldLevelsAndListItemsByNameInAnyCase) {
         {"ceUnknown", ceUnknown},
         {"ceSkip", ceSkip},
         {"ceLocalMethod", ceNone},
-        {"class", ceNone},
-    };
+        {"class", ceNone}};
     text = "[Fold]\n";
     for (std::size_t i = 0; i < items.size(); ++i) {
         const std::string n = std::to_string(i);
