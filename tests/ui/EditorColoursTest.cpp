@@ -132,28 +132,6 @@ TEST_F(EditorColoursTest, CFileShowsItsColoursAndBracesAndAnEditRecolours) {
     EXPECT_GT(PixelsOf(editor, 2, string), 10) << "the sweep keeps the colours";
 }
 
-TEST_F(EditorColoursTest, PythonFileShowsKeywordsCommentsAndStrings) {
-    auto* editor = Open("b.py", "def f(x):  # note\n    return 'abc'\n");
-    ASSERT_NE(editor, nullptr);
-    ASSERT_NE(editor->Scan(), nullptr);
-    const auto& set = Set(editor);
-    const QColor keyword = KeywordColour(set, u"def");
-    ASSERT_TRUE(keyword.isValid());
-    ASSERT_EQ(KeywordColour(set, u"return"), keyword);
-    const QColor comment =
-        Colour(set.FLineCommentStyle.FTextColor != zv::kNoColor ? set.FLineCommentStyle
-                                                                : set.FCommentStyle);
-    const QColor string =
-        Colour(set.FCharStyle.FTextColor != zv::kNoColor ? set.FCharStyle : set.FStringStyle);
-    EXPECT_GT(PixelsOf(editor, 0, keyword), 10) << "def";
-    EXPECT_GT(PixelsOf(editor, 0, comment), 10) << "# note";
-    EXPECT_GT(PixelsOf(editor, 1, string), 10) << "'abc'";
-    // Typing a quote before "return" opens a string that swallows the keyword.
-    editor->Memo().SetTextCursor(4, 1);
-    QTest::keyClicks(editor, "\"");
-    EXPECT_EQ(PixelsOf(editor, 1, keyword), 0);
-}
-
 TEST_F(EditorColoursTest, HtmlFileShowsTagsAndMarksTheTagPair) {
     auto* editor = Open("c.html", "<html>\n<body>\n<p class=\"x\">text</p>\n</body>\n</html>\n");
     ASSERT_NE(editor, nullptr);
