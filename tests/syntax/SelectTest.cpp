@@ -49,12 +49,11 @@ TEST_F(Select, ExtensionsPickTheShippedTypesAndSettingsWin) {
     EXPECT_EQ(selector.LoadStyleFromFile("/w/a.syx"), u""); // syntax files open as plain text
 }
 
-TEST_F(Select, OpeningADocumentLoadsItsSyntaxAndCountsItsGroups) {
+TEST_F(Select, OpeningADocumentLoadsTheSyntaxItsNameSelects) {
     auto selector = Selector();
     EXPECT_EQ(selector.SetSyntaxStyle("/w/main.rs", FMemo, 1000), u"Rust");
     ASSERT_TRUE(FMemo.FStyles);
     EXPECT_GE(FMemo.FStyles->FindKeyword(u"impl", true), 0);
-    EXPECT_EQ(FSettings.ReadInteger("Rust", "Keys", -1), 4);
     EXPECT_EQ(selector.SetSyntaxStyle("/w/notes", FMemo, 10), u"Text");
     EXPECT_FALSE(FMemo.FStyles);
     EXPECT_EQ(selector.SetSyntaxStyle("/w/art.NFO", FMemo, 10), u"Terminal");
