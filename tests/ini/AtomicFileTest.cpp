@@ -31,7 +31,7 @@ TEST(AtomicWrite, FailureAtAnyStepKeepsTheOldFile) {
     test::TTempDir dir;
     const auto file = dir / "Zevrit.ini";
     ASSERT_TRUE(SettingsWith(file, "old", 50).UpdateFile());
-    const std::string before = test::ReadBytes(file);
+    const std::string before = test::ReadAll(file);
     for (TAtomicStep step : {TAtomicStep::Write, TAtomicStep::Sync, TAtomicStep::Rename}) {
         SCOPED_TRACE(static_cast<int>(step));
         auto ini = SettingsWith(file, "new", 80);
@@ -42,7 +42,7 @@ TEST(AtomicWrite, FailureAtAnyStepKeepsTheOldFile) {
             EXPECT_FALSE(ini.UpdateFile());
         }
         EXPECT_NE(error.find("Zevrit.ini"), std::string::npos) << error;
-        EXPECT_EQ(test::ReadBytes(file), before);
+        EXPECT_EQ(test::ReadAll(file), before);
         EXPECT_EQ(TMemIniFileW(file).ReadString("Section", "Key49", ""), "old");
         EXPECT_EQ(test::FolderNames(dir.Path()), std::vector<std::string>{"Zevrit.ini"});
     }
@@ -56,7 +56,7 @@ TEST(AtomicWrite, FullDiskInAChildProcessKeepsTheOldFile) {
     test::TTempDir dir;
     const auto file = dir / "Zevrit.ini";
     ASSERT_TRUE(SettingsWith(file, "old", 20).UpdateFile());
-    const std::string before = test::ReadBytes(file);
+    const std::string before = test::ReadAll(file);
     ASSERT_LT(before.size(), 4096u);
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
@@ -70,7 +70,7 @@ TEST(AtomicWrite, FullDiskInAChildProcessKeepsTheOldFile) {
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 3) << "the write should have failed";
-    EXPECT_EQ(test::ReadBytes(file), before);
+    EXPECT_EQ(test::ReadAll(file), before);
     EXPECT_EQ(test::FolderNames(dir.Path()), std::vector<std::string>{"Zevrit.ini"});
 }
 
@@ -79,12 +79,12 @@ TEST(AtomicWrite, FollowsLinksAndKeepsMode) {
     std::filesystem::create_directory(dir / "real");
     const auto real = dir / "real/Zevrit.ini";
     const auto link = dir / "Zevrit.ini";
-    test::WriteBytes(real, "[A]\r\n");
+    test::WriteAll(real, "[A]\r\n");
     ASSERT_EQ(::chmod(real.c_str(), 0640), 0);
     std::filesystem::create_symlink("real/Zevrit.ini", link);
     ASSERT_TRUE(WriteFileAtomically(link, "[B]\r\n"));
     EXPECT_TRUE(std::filesystem::is_symlink(link));
-    EXPECT_EQ(test::ReadBytes(real), "[B]\r\n");
+    EXPECT_EQ(test::ReadAll(real), "[B]\r\n");
     struct stat info {};
     ASSERT_EQ(::stat(real.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 07777, 0640u);

@@ -46,9 +46,9 @@ TEST_F(DataFolder, FirstStartLaysOutTheTreeAndTheDefaults) {
     CloseSettings();
 
     // A second start finds everything in place and changes nothing.
-    const std::string before = test::ReadBytes(SettingsFilePath(FRoot));
+    const std::string before = test::ReadAll(SettingsFilePath(FRoot));
     EXPECT_EQ(PrepareDataFolder(FRoot, kProgramFolder), TSettingsOrigin::Present);
-    EXPECT_EQ(test::ReadBytes(SettingsFilePath(FRoot)), before);
+    EXPECT_EQ(test::ReadAll(SettingsFilePath(FRoot)), before);
 }
 
 TEST_F(DataFolder, DamagedSettingsNeverReplaceTheBackup) {
@@ -62,7 +62,7 @@ TEST_F(DataFolder, DamagedSettingsNeverReplaceTheBackup) {
     EXPECT_TRUE(SameBytes(settings, backup));
 
     const std::string garbage("\x00\x00\x13 half-written \xFF\x01", 18);
-    test::WriteBytes(settings, garbage);
+    test::WriteAll(settings, garbage);
     EXPECT_FALSE(BackupSettingsFile(settings, backup)); // never over the good copy
     EXPECT_EQ(TMemIniFileW(backup).ReadString("Customize", "Language", ""), "Deutsch");
     // The restore from this backup is checked on the real program's start.
@@ -72,8 +72,8 @@ TEST_F(DataFolder, RestoreFallsBackToTheDefaultThenToNothing) {
     std::filesystem::create_directories(FRoot);
     const auto settings = SettingsFilePath(FRoot);
     const auto backup = SettingsBackupPath(FRoot);
-    test::WriteBytes(backup, "no section here\n");
-    test::WriteBytes(settings, "");
+    test::WriteAll(backup, "no section here\n");
+    test::WriteAll(settings, "");
     EXPECT_EQ(RestoreSettingsFile(settings, backup, DefaultSettingsPath(kProgramFolder)),
               TSettingsOrigin::FromDefault);
     EXPECT_TRUE(SameBytes(settings, DefaultSettingsPath(kProgramFolder)));
@@ -86,7 +86,7 @@ TEST_F(DataFolder, InstallCopyOverwritesProgramFilesAndKeepsTheUsers) {
     const auto source = FDir / "InstallData";
     auto put = [](const std::filesystem::path& file, const std::string& text) {
         std::filesystem::create_directories(file.parent_path());
-        test::WriteBytes(file, text);
+        test::WriteAll(file, text);
     };
     for (const char* file : {"Syntax/c.syx", "Data/Clips/html.txt", "Data/Symbols.txt",
                              "Data/Sites.ini", "Layouts/a.xml", "Syntax color themes/Dark.ini",
@@ -97,7 +97,7 @@ TEST_F(DataFolder, InstallCopyOverwritesProgramFilesAndKeepsTheUsers) {
         put(FRoot / file, std::string("user ") + file);
 
     EXPECT_TRUE(InstallUserFiles(source, FRoot));
-    auto text = [&](const char* file) { return test::ReadBytes(FRoot / file); };
+    auto text = [&](const char* file) { return test::ReadAll(FRoot / file); };
     EXPECT_EQ(text("Syntax/c.syx"), "shipped Syntax/c.syx");
     EXPECT_EQ(text("Data/Clips/html.txt"), "shipped Data/Clips/html.txt");
     EXPECT_EQ(text("Data/Symbols.txt"), "user Data/Symbols.txt");
@@ -127,7 +127,7 @@ TEST_F(DataFolder, StartOptionsFollowTheSettingsAndVersionIsKept) {
 TEST(SettingsGlobals, ReadersGetDefaultsUntilAFileIsOpen) {
     test::TTempDir dir;
     EXPECT_EQ(SettingsIni().ReadInteger("Customize", "MenuRecent", 15), 15);
-    test::WriteBytes(dir / "lang.ini", "[Messages]\n013=Datei speichern?\n");
+    test::WriteAll(dir / "lang.ini", "[Messages]\n013=Datei speichern?\n");
     OpenLanguage(dir / "lang.ini");
     EXPECT_EQ(LanguageIni().ReadString("Messages", "013", ""), "Datei speichern?");
     EXPECT_EQ(LanguageIni().Encoding(), TIniEncoding::Utf8);

@@ -16,7 +16,7 @@ using test::Shell;
 TEST(IniFileUTF16, CreatesAMissingFileWithItsBom) {
     test::TTempDir dir;
     const TIniFileUTF16 ini(dir / "Sessions.ini");
-    EXPECT_EQ(test::ReadBytes(dir / "Sessions.ini"), "\xFF\xFE");
+    EXPECT_EQ(test::ReadAll(dir / "Sessions.ini"), "\xFF\xFE");
     EXPECT_EQ(ini.ReadString("Any", "Key", "default"), "default");
 }
 
@@ -24,9 +24,9 @@ TEST(IniFileUTF16, RewritesAnotherEncodingKeepingTheText) {
     test::TTempDir dir;
     const auto file = dir / "Sites.ini";
     const std::string text = "leading line\n[Site]\nHost=ex\xC3\xA4mple.org\n";
-    test::WriteBytes(file, text);
+    test::WriteAll(file, text);
     TIniFileUTF16 ini(file);
-    test::WriteBytes(dir / "expected.txt", "\xEF\xBB\xBF" + text);
+    test::WriteAll(dir / "expected.txt", "\xEF\xBB\xBF" + text);
     EXPECT_EQ(Shell("iconv -f UTF-16LE -t UTF-8 " + Quote(file) + " | cmp -s - " +
                     Quote(dir / "expected.txt")),
               0);
@@ -42,7 +42,7 @@ TEST(ZvIniFile, WritesPlainUtf8AndSeesOtherWritersAtOnce) {
     const TZvIniFile second(file);
     first.WriteBool("Misc", "OnlyOneInstance", false);
     EXPECT_FALSE(second.ReadBool("Misc", "OnlyOneInstance", true));
-    EXPECT_EQ(test::ReadBytes(file), "[Misc]\r\nOnlyOneInstance=0\r\n\r\n");
+    EXPECT_EQ(test::ReadAll(file), "[Misc]\r\nOnlyOneInstance=0\r\n\r\n");
     first.DeleteKey("Misc", "OnlyOneInstance");
     EXPECT_TRUE(second.ReadBool("Misc", "OnlyOneInstance", true));
     EXPECT_TRUE(second.SectionExists("Misc"));

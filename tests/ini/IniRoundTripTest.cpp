@@ -58,7 +58,7 @@ std::filesystem::path EncodeWithIconv(const test::TTempDir& dir, std::string_vie
                                       std::string_view end) {
     const auto plain = dir / "plain.txt";
     const std::string bom = form == "UTF-8" ? "" : "\xEF\xBB\xBF";
-    test::WriteBytes(plain, bom + WithLineEnds(kRealLooking, end));
+    test::WriteAll(plain, bom + WithLineEnds(kRealLooking, end));
     const auto input = dir / "input.ini";
     const std::string iconvTo = form == "UTF-8-BOM" ? "UTF-8" : std::string(form);
     EXPECT_EQ(Shell("iconv -f UTF-8 -t " + iconvTo + " " + Quote(plain) + " > " + Quote(input)), 0);
@@ -71,10 +71,10 @@ TEST_P(IniRoundTrip, SavingGivesTheSameTextAsUtf16LeWithCrLf) {
         TMemIniFileW ini(EncodeWithIconv(FDir, GetParam(), end));
         ASSERT_EQ(ini.LoadStatus(), TIniLoadStatus::Loaded);
         const auto saved = FDir / "saved.ini";
-        test::WriteBytes(saved, ini.SaveToBytes());
+        test::WriteAll(saved, ini.SaveToBytes());
         // The judge: iconv decodes what we wrote; it must be the BOM and the CR LF text.
         const auto expected = FDir / "expected.txt";
-        test::WriteBytes(expected, "\xEF\xBB\xBF" + WithLineEnds(kRealLooking, "\r\n"));
+        test::WriteAll(expected, "\xEF\xBB\xBF" + WithLineEnds(kRealLooking, "\r\n"));
         EXPECT_EQ(
             Shell("iconv -f UTF-16LE -t UTF-8 " + Quote(saved) + " | cmp -s - " + Quote(expected)),
             0);
@@ -108,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(Encodings, IniRoundTrip,
 TEST(IniRoundTripForms, Utf16WithoutBomAndLatinTextAreRead) {
     test::TTempDir dir;
     const auto plain = dir / "plain.txt";
-    test::WriteBytes(plain, "[Sec]\r\nName=caf\xC3\xA9\r\n");
+    test::WriteAll(plain, "[Sec]\r\nName=caf\xC3\xA9\r\n");
     const auto le = dir / "le.ini";
     const auto latin = dir / "latin.ini";
     ASSERT_EQ(Shell("iconv -f UTF-8 -t UTF-16LE " + Quote(plain) + " > " + Quote(le)), 0);

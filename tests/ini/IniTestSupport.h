@@ -1,10 +1,9 @@
 // Helpers of the settings tests: a temporary folder, files, and outside tools.
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,23 +14,9 @@
 
 namespace zv::test {
 
-// The shared temporary folder, one name for the settings tests (one alive at a time).
-class TTempDir : public zvtest::TTempDir {
-public:
-    TTempDir() : zvtest::TTempDir("zv-ini-test") {}
-};
-
-inline std::string ReadBytes(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
-
-inline void WriteBytes(const std::filesystem::path& file, std::string_view bytes) {
-    std::ofstream out(file, std::ios::binary | std::ios::trunc);
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
+using zvtest::ReadAll;
+using zvtest::TTempDir;
+using zvtest::WriteAll;
 
 // Runs a shell command line (outside tools such as iconv, cmp, diff); returns its exit code.
 inline int Shell(const std::string& command) {

@@ -39,7 +39,7 @@ TEST(IniFileUTF16, ThreadsWritingAtOnceLoseNoKey) {
     EXPECT_EQ(shrunk.load(), 0);
     test::ExpectAllKeys(shared, {"a", "b", "c", "d"});
     EXPECT_TRUE(shared.UpdateFile());
-    EXPECT_EQ(test::ReadBytes(file).substr(0, 2), "\xFF\xFE");
+    EXPECT_EQ(test::ReadAll(file).substr(0, 2), "\xFF\xFE");
 }
 
 // The plain file class shares the same locking: erasing and writing from two threads

@@ -203,9 +203,9 @@ TCharStyle PlainText(const TMemoStyleHost& host) {
 TEST(TextOptions, ThemeElementsReachTheLoadedSyntax) {
     test::TTempDir dir;
     const auto syntax = dir.Path() / "words.syx";
-    test::WriteBytes(syntax, "[Keywords]\nW=word\n");
+    test::WriteAll(syntax, "[Keywords]\nW=word\n");
     const auto colors = dir.Path() / "Colors.ini";
-    test::WriteBytes(colors, "[Light]\nText=#102030,#FFFFFF,\n[Dark]\nText=#C0C0C0,#000000,\n");
+    test::WriteAll(colors, "[Light]\nText=#102030,#FFFFFF,\n[Dark]\nText=#C0C0C0,#000000,\n");
     const auto file = WriteSettings(dir, [](TMemIniFileW& ini) {
         ini.WriteString("EditorMisc", "ColorTheme", "Dark");
         ini.WriteString("VisualThemes", "ActiveTheme", "Dusk");
@@ -249,7 +249,7 @@ TEST(CustomizeOptions, BackupKeysDecideWhereASaveLeavesItsBackup) {
     const auto doc = dir.Path() / "doc.txt";
     const auto folder = dir.Path() / "backups";
     std::filesystem::create_directories(folder);
-    test::WriteBytes(doc, "old\n");
+    test::WriteAll(doc, "old\n");
     auto save = [&](const TCustomIniFile& settings, std::string_view text) {
         TZvSaveOptions options;
         ApplyBackupOptions(ReadCustomizeOptions(settings), options);
@@ -272,8 +272,8 @@ TEST(CustomizeOptions, BackupKeysDecideWhereASaveLeavesItsBackup) {
     const auto backups = test::FolderNames(folder);
     ASSERT_EQ(backups.size(), 1u);
     EXPECT_TRUE(backups[0].starts_with("doc_(") && backups[0].ends_with(".txt.bak")) << backups[0];
-    EXPECT_EQ(test::ReadBytes(folder / backups[0]), "new\n");
-    EXPECT_EQ(test::ReadBytes(doc), "newer\n");
+    EXPECT_EQ(test::ReadAll(folder / backups[0]), "new\n");
+    EXPECT_EQ(test::ReadAll(doc), "newer\n");
 }
 
 } // namespace

@@ -88,8 +88,7 @@ TEST_F(HeadlessRun, SettingsAreWrittenAtTheEndToTheFileASettingsSwitchNames) {
     const auto result = Run({"-SETTINGS", QString::fromStdString(custom.string()),
                              QString::fromStdString(kept.string()), "-headless"});
     ASSERT_EQ(result.exitCode, 0) << result.err;
-    std::ifstream in(custom, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    const std::string bytes = zvtest::ReadAll(custom);
     ASSERT_GE(bytes.size(), 2u) << "the named settings file serves the run and is written";
     EXPECT_EQ(bytes.substr(0, 2), "\xFF\xFE") << "UTF-16LE with BOM";
 }
@@ -142,8 +141,7 @@ TEST_F(HeadlessRun, DamagedSettingsComeBackFromTheBackupOfTheLastGoodStart) {
     ASSERT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(zv::TMemIniFileW(settings).ReadString("Customize", "Marker", ""), "edited by hand");
     EXPECT_TRUE(SameBytes(settings, backup));
-    std::ifstream aside(dir / "root" / "Zevrit.ini.damaged", std::ios::binary);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(aside), {}), garbage);
+    EXPECT_EQ(zvtest::ReadAll(dir / "root" / "Zevrit.ini.damaged"), garbage);
 }
 
 } // namespace

@@ -89,11 +89,6 @@ TEST_F(MainFormTest, CompareNeedsTwoDifferentExistingFiles) {
     EXPECT_EQ(prompt.Log().size(), 1u) << "the compare itself is announced as unavailable";
 }
 
-std::string ReadBytes(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 // The main object reads the settings object when it is made (as the window's creation
 // does): tab loading, backups on save and the form of new documents follow its keys.
 TEST(MainFormSettings, KeysOfTheSettingsObjectReachLoadingAndSaving) {
@@ -126,7 +121,7 @@ TEST(MainFormSettings, KeysOfTheSettingsObjectReachLoadingAndSaving) {
     EXPECT_TRUE(created.Lines->UseBOM());
     EXPECT_EQ(created.Lines->SysTextType(), zv::sttUnix);
     ASSERT_TRUE(helper.SaveFile(&created));
-    EXPECT_EQ(ReadBytes(fresh), "\xFF\xFE") << "an empty UTF-16LE document is its mark";
+    EXPECT_EQ(zvtest::ReadAll(fresh), "\xFF\xFE") << "an empty UTF-16LE document is its mark";
 
     ASSERT_TRUE(helper.SaveFile(helper.Documents()[1].get()));
     std::vector<fs::path> backups;
@@ -135,8 +130,8 @@ TEST(MainFormSettings, KeysOfTheSettingsObjectReachLoadingAndSaving) {
             backups.push_back(entry.path());
     ASSERT_EQ(backups.size(), 1u) << "Backup=1: the save left a backup beside the file";
     EXPECT_EQ(backups[0].extension(), ".bak");
-    EXPECT_EQ(ReadBytes(backups[0]), "one\n");
-    EXPECT_EQ(ReadBytes(old), "one\n");
+    EXPECT_EQ(zvtest::ReadAll(backups[0]), "one\n");
+    EXPECT_EQ(zvtest::ReadAll(old), "one\n");
 }
 
 } // namespace

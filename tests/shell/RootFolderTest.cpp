@@ -1,5 +1,6 @@
 // The root folder rule: ZEVRIT_ROOT, installed mode by the InstallData marker, portable.
 #include "shell/RootFolder.h"
+#include "support/ZvTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -16,8 +17,6 @@ protected:
         if (const char* root = std::getenv("ZEVRIT_ROOT"))
             savedRoot = root;
         ::unsetenv("ZEVRIT_ROOT");
-        dir = fs::temp_directory_path() / ("zv-root-" + std::to_string(::getpid()));
-        fs::remove_all(dir);
         fs::create_directories(dir / "portable" / "bin");
         fs::create_directories(dir / "installed" / "bin" / "InstallData");
         fs::create_directories(dir / "prefix" / "bin");
@@ -26,9 +25,9 @@ protected:
     void TearDown() override {
         if (!savedRoot.empty())
             ::setenv("ZEVRIT_ROOT", savedRoot.c_str(), 1);
-        fs::remove_all(dir);
     }
-    fs::path dir;
+    zvtest::TTempDir temp{"zv-root"};
+    const fs::path dir = temp.Path();
     std::string savedRoot;
 };
 

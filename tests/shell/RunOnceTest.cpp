@@ -23,8 +23,7 @@ std::string TestFolder() {
 }
 
 std::string RawBlock(const std::string& name) {
-    std::ifstream in(TestFolder() + "/" + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    return zvtest::ReadAll(TestFolder() + "/" + name);
 }
 
 uint64_t U64At(const std::string& raw, size_t offset) {

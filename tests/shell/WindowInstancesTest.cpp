@@ -69,8 +69,7 @@ protected:
     }
 
     std::string TraceText() const {
-        std::ifstream in(dir / "root" / "Data" / "DebugOutput.txt", std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
+        return zvtest::ReadAll(dir / "root" / "Data" / "DebugOutput.txt");
     }
 
     // Waits until the trace holds `line`; false after kWaitMs.

@@ -166,9 +166,7 @@ TEST_F(EditorWidgetTest, CtrlSKeepsTheFilesEncodingAndTheSignalFollowsTheSavedSt
     QTest::keyClicks(&widget, "new ");
     QTest::keyClick(&widget, Qt::Key_S, Qt::ControlModifier);
     EXPECT_FALSE(widget.IsModified());
-    std::ifstream in(path, std::ios::binary);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}),
-              utf16le(u"\u00e9t\u00e9\r\nnew line\r\n"));
+    EXPECT_EQ(zvtest::ReadAll(path), utf16le(u"\u00e9t\u00e9\r\nnew line\r\n"));
     QTest::keyClicks(&widget, "c");
     QTest::keyClick(&widget, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_FALSE(widget.IsModified());

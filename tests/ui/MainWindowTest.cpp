@@ -42,11 +42,6 @@ protected:
     zv::TMainFormHelper helper{prompt};
 };
 
-std::string ReadAll(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 std::string Utf8(std::u16string_view text) {
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size())).toStdString();
 }
@@ -72,7 +67,7 @@ TEST_F(MainWindowTest, CommandLineFilesBecomeTabsShowingTheirText) {
     ASSERT_EQ(window.TabGroup()->count(), 2);
     EXPECT_EQ(window.TabGroup()->tabText(0), "a.txt") << "collected files open sorted";
     EXPECT_EQ(window.TabGroup()->tabText(1), "b.c");
-    EXPECT_EQ(ShownText(*window.EditorAt(0)), ReadAll(a));
+    EXPECT_EQ(ShownText(*window.EditorAt(0)), zvtest::ReadAll(a));
     EXPECT_EQ(ShownText(*window.EditorAt(1)), longText);
     EXPECT_EQ(window.TabGroup()->currentIndex(), 1) << "the last file opened is active";
     EXPECT_EQ(window.ActiveEditor()->CaretRow(), 2) << "/L:3 puts the caret on line 3";
@@ -94,7 +89,7 @@ TEST_F(MainWindowTest, ModifiedMarkFollowsTheEditorUntilSaved) {
     EXPECT_EQ(window.windowTitle().toStdString(), "Zevrit - " + path + "*");
 
     QTest::keyClick(editor, Qt::Key_S, Qt::ControlModifier);
-    EXPECT_EQ(ReadAll(path), "xabc\n");
+    EXPECT_EQ(zvtest::ReadAll(path), "xabc\n");
     EXPECT_FALSE(doc.FModified);
     EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt");
     EXPECT_EQ(window.windowTitle().toStdString(), "Zevrit - " + path);
@@ -179,9 +174,7 @@ TEST_F(MainWindowTest, CtrlSSavesTheActiveDocument) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     fs::remove(path);
     QTest::keyClick(window.windowHandle(), Qt::Key_S, Qt::ControlModifier);
-    std::ifstream in(path, std::ios::binary);
-    const std::string saved{std::istreambuf_iterator<char>(in), {}};
-    EXPECT_EQ(saved, "one\r\ntwo");
+    EXPECT_EQ(zvtest::ReadAll(path), "one\r\ntwo");
 }
 
 // Each editor takes the "EditorMisc" keys read when the main object was made: with
