@@ -42,12 +42,14 @@ TEST_F(SyxReader, NumbersAmongTheSymbolsMakeDigitsSymbolsAndUnknownKeysWarn) {
     EXPECT_TRUE(HasWarning("UnknownKey"));
 }
 
-TEST_F(SyxReader, ALoadResetsWhatOptionsWouldSetEvenWithoutTheSection) {
+TEST_F(SyxReader, WithoutOptionsOrFoldOptionsTheirDefaultsStayOff) {
     auto s = Load("[Keywords]\nA=x\n");
     ASSERT_TRUE(s);
     EXPECT_TRUE(s->FNumericChars.empty()); // no Numbers key: digits are plain text
     EXPECT_EQ(s->FAutoCompleteSort, 0);    // only entering [Options] makes it 1
     EXPECT_FALSE(s->FNumbersAsSymbols);
+    // Only entering [FoldOptions] turns comment and indent folds on.
+    EXPECT_FALSE(s->FNodeOpt_FoldLineComments || s->FNodeOpt_FoldOnIndention);
 }
 
 TEST_F(SyxReader, BlankLineEndsASectionAndRepeatedSectionsAddUp) {
@@ -151,12 +153,6 @@ TEST_F(SyxReader, UnknownFoldLevelWarnsAndFoldsNothing) {
     ASSERT_TRUE(s);
     EXPECT_EQ(s->FNodes.at(0).level, nltNone);
     EXPECT_TRUE(HasWarning("unknown fold Level"));
-}
-
-TEST_F(SyxReader, WithoutFoldOptionsThereAreNoCommentOrIndentFolds) {
-    auto s = Load("[Keywords]\nA=b\n");
-    EXPECT_FALSE(s->FNodeOpt_FoldLineComments);
-    EXPECT_FALSE(s->FNodeOpt_FoldOnIndention);
 }
 
 TEST_F(SyxReader, StandardExtensionsTakesOnlyTheFirstLine) {
