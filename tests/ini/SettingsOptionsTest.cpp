@@ -90,21 +90,25 @@ TEST(MemoOptions, MissingKeysLeaveAnEditorAsConstructed) {
     EXPECT_EQ(OptionFields(applied), OptionFields(fresh));
 }
 
-// The settings go through a real file in the settings' own form, as at start-up.
+// Settings written through a real file in the settings' own form, then read back as at start-up.
+template <class Fill> std::filesystem::path WriteSettings(const test::TTempDir& dir, Fill fill) {
+    const auto file = dir.Path() / "Zevrit.ini";
+    TMemIniFileW ini(file);
+    fill(ini);
+    EXPECT_TRUE(ini.UpdateFile());
+    return file;
+}
+
 TEST(MemoOptions, WrittenSettingsChangeWhatTheKeysDo) {
     test::TTempDir dir;
-    const auto file = dir.Path() / "Zevrit.ini";
-    {
-        TMemIniFileW ini(file);
+    const auto file = WriteSettings(dir, [](TMemIniFileW& ini) {
         ini.WriteInteger("EditorMisc", "TabSize", 8);
         ini.WriteBool("EditorMisc", "AutoIndent", false);
         ini.WriteBool("EditorMisc", "AutoCloseBracesText", true);
         ini.WriteBool("EditorMisc", "CopyLineToClipboard", true);
         ini.WriteBool("EditorMisc", "NotepadCursor", true);
-        ini.WriteInteger("EditorMisc", "UndoRedoSize", 2);
         ini.WriteInteger("EditorMisc", "DefaultEncoding", 1251);
-        ASSERT_TRUE(ini.UpdateFile());
-    }
+    });
     test::TMemoFixture fx("  ab\ncd");
     TMemoryClipboard clipboard;
     TEditorServices services;
@@ -149,15 +153,6 @@ TEST(MemoOptions, ALowerUndoLimitDropsTheOldestRecordsAtOnce) {
         fx.memo.KeyPress(u'y');
     }
     EXPECT_EQ(fx.memo.UndoList().Count(), 153);
-}
-
-// Settings written through a real file in the settings' own form, then read back as at start-up.
-template <class Fill> std::filesystem::path WriteSettings(const test::TTempDir& dir, Fill fill) {
-    const auto file = dir.Path() / "Zevrit.ini";
-    TMemIniFileW ini(file);
-    fill(ini);
-    EXPECT_TRUE(ini.UpdateFile());
-    return file;
 }
 
 // A new document typed as "a", Enter, "b" and saved to bytes.
