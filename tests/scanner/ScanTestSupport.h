@@ -5,9 +5,9 @@
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "common/Utf.h"
 #include "syntax/ColourWalk.h"
+#include "syntax/SyntaxTestFiles.h"
 #include "syntax/ZvSyntax.h"
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,17 +16,14 @@
 
 namespace zv::test {
 
-inline std::filesystem::path ShippedSyntax(const std::string& name) {
-    return std::filesystem::path(ZV_SOURCE_DIR) / "data" / "Syntax" / (name + ".syx");
-}
-
 // One open document: store, syntax, context and scanner, built in that order.
 struct TScanDoc {
     explicit TScanDoc(const std::string& syntax, std::u16string_view text = {},
                       TScanOptions options = {}) {
         TZvSyntax loader;
-        Loaded = loader.LoadStyleFromFile(&Host, Utf8ToUtf16(ShippedSyntax(syntax).string()),
-                                          Utf8ToUtf16(syntax), 1, u"");
+        Loaded = loader.LoadStyleFromFile(
+            &Host, Utf8ToUtf16((ShippedSyntaxFolder() / (syntax + ".syx")).string()),
+            Utf8ToUtf16(syntax), 1, u"");
         Store.SetTextStr(text);
         Ctx = std::make_unique<TScanContext>(Host, options);
         Scanner = std::make_unique<TLineScanner>(Store, *Ctx);
