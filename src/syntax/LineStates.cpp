@@ -48,7 +48,9 @@ bool TLineStates::Store(int row, const TStyle& state, std::uint64_t generation) 
 
 bool TLineStates::Restore(int row, int rowCount) {
     std::lock_guard lock(FMutex);
-    if (row != FRestoreRow || rowCount != FKnownCount ||
+    // The record `row` was compared against must have been trusted before the edit: one
+    // past the watermark may be stale, and the rows below were painted from another state.
+    if (row != FRestoreRow || rowCount != FKnownCount || FRestoreValid <= row ||
         FValid.load(std::memory_order_relaxed) != row + 1)
         return false;
     FValid.store(std::max(row + 1, std::min(FRestoreValid, rowCount)), std::memory_order_release);

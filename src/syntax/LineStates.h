@@ -34,7 +34,8 @@ public:
     bool Store(int row, const TStyle& state, std::uint64_t generation);
 
     // After an edit of `row` whose end state came out unchanged: gives back the validity the
-    // last ClearFrom took, when that was at `row`, no rows moved, and the count is `rowCount`.
+    // last ClearFrom took, when that was at `row`, `row` was valid before it, no rows moved,
+    // and the count is `rowCount`.
     bool Restore(int row, int rowCount);
 
     // Drops every record (a new syntax or a new text of `rowCount` rows).
