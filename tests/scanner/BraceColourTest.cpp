@@ -1,9 +1,11 @@
-// Brace and tag-pair matching, depth colours of braces, colour values in text, and the
-// queries by position (token, set, tag or block, comment or string).
+// Brace and tag-pair matching, depth colours of braces, each token kind's own style, colour
+// values in text, and the queries by position (token, set, tag or block, comment or string).
 #include "ScanTestSupport.h"
 
 #include "syntax/BraceMatch.h"
 #include "syntax/ColorAt.h"
+
+#include <set>
 
 namespace zv::test {
 namespace {
@@ -46,6 +48,40 @@ TEST(BraceMatch, MultiColourBracesTakeTheirDepth) {
                 colours.push_back(RunStyle(r, o).FTextColor);
     const auto& c = o.FBraceColors;
     EXPECT_EQ(colours, (std::vector<TColor>{c[0], c[1], c[1], c[0], c[0], c[0], c[0], c[0]}));
+}
+
+// With a colour of its own for every style of a set, each kind is painted in a colour no other
+// kind takes; with the styles that may be left out unset, those kinds take their fallback.
+TEST(KindStyle, EachKindHasItsOwnStyleAndTheOptionalOnesFallBack) {
+    TZvCustomMemoStyles set;
+    TColor next = 0x100;
+    for (TCharStyle* s : {&set.FCharStyle, &set.FStringStyle, &set.FCommentStyle,
+                          &set.FLineCommentStyle, &set.FNumberStyle, &set.FHexNumberStyle,
+                          &set.FSymbolsStyle, &set.FAttributeName, &set.FAttributeValue})
+        s->FTextColor = next++;
+    set.FTagColor = next++;
+    const TTokenKind kinds[] = {
+        TTokenKind::Comment,       TTokenKind::LineComment,   TTokenKind::String, TTokenKind::Char,
+        TTokenKind::Number,        TTokenKind::HexNumber,     TTokenKind::Symbol, TTokenKind::Tag,
+        TTokenKind::AttributeName, TTokenKind::AttributeValue};
+    const auto colourOf = [&](TTokenKind kind) {
+        TColourRun run{0, 1, {}};
+        run.Info.Kind = kind;
+        run.Info.Set = &set;
+        return RunStyle(run, {}).FTextColor;
+    };
+    std::set<TColor> seen;
+    for (TTokenKind kind : kinds)
+        EXPECT_TRUE(seen.insert(colourOf(kind)).second) << "kind " << int(kind);
+    const std::pair<TCharStyle*, std::pair<TTokenKind, TTokenKind>> optional[] = {
+        {&set.FLineCommentStyle, {TTokenKind::LineComment, TTokenKind::Comment}},
+        {&set.FCharStyle, {TTokenKind::Char, TTokenKind::String}},
+        {&set.FHexNumberStyle, {TTokenKind::HexNumber, TTokenKind::Number}},
+        {&set.FAttributeValue, {TTokenKind::AttributeValue, TTokenKind::String}}};
+    for (const auto& [style, kinds] : optional) {
+        style->FTextColor = kNoColor;
+        EXPECT_EQ(colourOf(kinds.first), colourOf(kinds.second)) << "kind " << int(kinds.first);
+    }
 }
 
 TEST(TagPair, OpeningTagFindsItsClosingTagOverNestingAndVoidTags) {
