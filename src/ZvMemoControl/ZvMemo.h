@@ -91,6 +91,9 @@ public:
     // selected. False without a selection.
     bool EncloseSelection(std::u16string_view open, std::u16string_view close);
 
+    // One tab stop of indentation as typed: a tab, or FTabSize spaces with FTabAsSpaces.
+    std::u16string IndentUnit() const;
+
     // ---- Whole lines (logical lines: a line with its wrapped continuation rows).
     // Removes the caret's line with its line end; the caret keeps its column on the line that
     // takes the place.
@@ -236,6 +239,9 @@ public:
     bool FFolding = false;          // folds are not built yet; kept off during replay
     std::u16string FUserDelimiters; // the syntax's word delimiters, when it has them
     std::u16string FAutoCloseBraceStart, FAutoCloseBraceEnd; // the syntax's pairs
+    // Enter indents one stop deeper when the last non-blank character left of the caret is
+    // one of these (the syntax's "IndentAfter"); empty: never.
+    std::u16string FIndentAfter;
     bool FHasSyntax = false;
 
     // Undo replay state, read by the change sequence.
@@ -243,6 +249,14 @@ public:
     bool FChangeHistoryRedo = false;
 
 protected:
+    // Where one word move (Ctrl with left or right, dx -1 or 1) from `p` lands; a move across
+    // a line end lands at the end of the previous row or the start of the next one.
+    TZvPos WordStep(TZvPos p, int dx) const;
+    int NextWordStart(TZvPos p) const;
+    int PrevWordStart(TZvPos p) const;
+    bool DeleteRange(TZvPos from, TZvPos to, std::unique_ptr<TUndo> record);
+    TZvPos ClipToText(TZvPos p) const;
+
     // Input aids saved while a record replays (all switched off meanwhile).
     // What typing adds to a key; replay turns all of it off. Word wrap stays: positions in
     // records are unwrapped and must be mapped to rows by the wrap in force.
@@ -259,15 +273,12 @@ protected:
 private:
     // Shared by the editing files.
     void EnsureRow(int row);
-    TZvPos ClipToText(TZvPos p) const;
     void SetCaretKeepSelection(TZvPos p);
     void AfterCaretMove(bool extend, TZvPos oldCaret);
     void NotifyCursor();
     void NotifySelection();
     int PrevVisibleRow(int row) const;
     int NextVisibleRow(int row) const;
-    int NextWordStart(TZvPos p) const;
-    int PrevWordStart(TZvPos p) const;
     ITextBreaks& Breaks() const;
     const ITextMeasure& Measure() const;
     IClipboard& Clipboard();
@@ -280,7 +291,6 @@ private:
     void LineRows(int row, int& first, int& last) const;
     std::u16string IndentForEnter() const;
     bool SmartBackspaceStep();
-    bool DeleteRange(TZvPos from, TZvPos to, std::unique_ptr<TUndo> record);
     bool JoinWithNext(TZvPos caret, bool backspace);
     void NotifyChange(int firstRow, int lastRow, bool shapeChanged);
     void UndoChanged();
@@ -301,6 +311,13 @@ private:
     int FGroupDepth = 0;
 };
 
+// How a text is indented, judged by its first rows.
+enum class TIndentStyle { Unknown, Tabs, Spaces };
+// Counts the rows among the first `maxRows` that start with a tab against those that start
+// with two or more spaces (continuation rows of a cut line do not count); the clear majority
+// wins, Unknown when no row is indented or the counts tie.
+TIndentStyle DetectIndentStyle(const TZvMemoStrings& lines, int maxRows = 2000);
+
 // The command layer: actions the key map and menus call.
 class TZvMemo : public TZvCustomMemo {
 public:
@@ -313,6 +330,20 @@ public:
     void acnSelectAll() { SelectAll(); }
     void acnDelete();
     void acnToggleOverwrite();
+    // Indents by one tab stop, or unindents by up to one (a tab or up to FTabSize leading
+    // spaces), every non-empty line the selection touches, or the caret's line; one undo
+    // step. A selection that ends at column 0 leaves that row alone; afterwards the selection
+    // covers the whole lines. False when nothing changed or the edit was refused.
+    bool acnIndent();
+    bool acnUnIndent();
+    // Deletes from the caret to where a word move goes (Ctrl+Right, Ctrl+Left), across a line
+    // end when the caret stands at one; with a selection, the selection.
+    bool acnDeleteWord();
+    bool acnDeletePreviousWord();
+
+private:
+    bool IndentLines(bool indent);
+    bool DeleteToWordStep(int dx);
 };
 
 } // namespace zv

@@ -138,13 +138,8 @@ void TZvCustomMemo::MoveCursor(int dx, int dy, unsigned shift) {
     }
     TZvPos p = old;
     if (shift & ssCtrl) {
-        for (int i = 0; i < std::abs(dx); ++i) {
-            p.X = dx > 0 ? NextWordStart(p) : PrevWordStart(p);
-            if (p.X < 0) { // crossed a row
-                p.Y += dx > 0 ? 1 : -1;
-                p.X = dx > 0 ? 0 : RowLength(p.Y);
-            }
-        }
+        for (int i = 0; i < std::abs(dx); ++i)
+            p = WordStep(p, dx);
         if (dy != 0) {
             FTopLine = std::clamp(FTopLine + dy, 0, std::max(RowCount() - FVisibleRows, 0));
             p.Y = std::clamp(p.Y, FTopLine, std::max(FTopLine + FVisibleRows - 1, FTopLine));

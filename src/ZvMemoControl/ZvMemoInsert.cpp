@@ -108,6 +108,14 @@ std::u16string TZvCustomMemo::IndentForEnter() const {
     std::u16string indent(row.substr(0, static_cast<std::size_t>(n)));
     if (FTabAsSpaces)
         WConvertTabToSpace(indent, std::max(FTabSize, 1), u' ');
+    if (!FIndentAfter.empty() && first == FCurY) {
+        // An opening the syntax names ("{", ":") as the last thing left of the caret.
+        int end = std::min(FCurX, static_cast<int>(row.size()));
+        while (end > 0 && CharIsWhiteSpace(row[end - 1], true))
+            --end;
+        if (end > 0 && FIndentAfter.find(row[end - 1]) != std::u16string::npos)
+            indent += IndentUnit();
+    }
     return indent;
 }
 

@@ -217,6 +217,9 @@ public:
     // symlinks followed, rename). On failure the file on disk is untouched, LastError() says
     // why, and false is returned.
     bool SaveToFile(const std::string& fileName);
+    // True when the code page of the next save can hold every character of the text (always
+    // for the Unicode forms and the byte views); a dry run of the encoder, nothing written.
+    bool FitsCodePage();
     void SaveTextToStream(TZvOutStream& stream);
     std::string SaveToBytes();
     // The whole text with one kind of line end, BOM first, in one piece.

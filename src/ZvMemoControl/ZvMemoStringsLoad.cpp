@@ -85,11 +85,14 @@ std::uint32_t TZvMemoStrings::ChooseCodePage(std::string_view sample) {
         return fallback;
     const bool cut = static_cast<std::int64_t>(sample.size()) < FSize;
     const TUtf8Verdict utf8 = TestUTF8(sample, cut);
-    std::uint32_t cp = fallback;
+    // Bytes proven not to be UTF-8 are not read as UTF-8 because that is the default for
+    // new text: the system's ANSI code page reads each of them as a character.
+    const std::uint32_t base = utf8 == u8No && fallback == cpUTF8 ? SystemCodePage() : fallback;
+    std::uint32_t cp = base;
     std::vector<TCharsetCandidate> candidates;
     if (utf8 != u8Yes && memo.FDetectAll) {
-        candidates = DetectCharsets(sample, fallback);
-        cp = candidates.empty() ? fallback : candidates.front().CodePage;
+        candidates = DetectCharsets(sample, base);
+        cp = candidates.empty() ? base : candidates.front().CodePage;
     }
     if (cp == cpUTF8 || utf8 == u8Yes)
         return cpUTF8;
@@ -98,16 +101,16 @@ std::uint32_t TZvMemoStrings::ChooseCodePage(std::string_view sample) {
             return otherwise;
         const auto xml = static_cast<std::uint32_t>(memo.FCodePageXML);
         if (xml == cpUTF8 && utf8 != u8AsciiOnly)
-            return fallback;
+            return base;
         return xml == 0 ? otherwise : xml;
     };
     if (memo.FDetectAll) {
         cp = declared(cp);
         if (OnDetectCP)
             OnDetectCP(*this, cp, CandidateStrings(candidates), FFileName);
-        return cp == cpAutoDetect ? fallback : cp;
+        return cp == cpAutoDetect ? base : cp;
     }
-    return declared(fallback);
+    return declared(base);
 }
 
 bool TZvMemoStrings::LoadFromStream(TZvInStream& stream) {

@@ -220,6 +220,10 @@ public:
            FHint2ColorBk = kNoColor, FHint3Color = kNoColor, FHint3ColorBk = kNoColor;
     std::u16string FAutoCloseBraceStart, FAutoCloseBraceEnd, FAutoCloseBlockStart,
         FAutoCloseBlockEnd, FFAutoCloseBlocksEnd;
+    // Indentation: Enter indents deeper after these characters; FUseTabs: the language needs
+    // tab characters for indentation (make), whatever the tab settings say.
+    std::u16string FIndentAfter;
+    bool FUseTabs = false;
 
     // CSS help: parsed once, on the main thread, when a CSS-family completion first needs it
     std::shared_ptr<const TCssHelp> FCSSXML;

@@ -187,4 +187,13 @@ int TZvCustomMemo::PrevWordStart(TZvPos p) const {
     return x;
 }
 
+TZvPos TZvCustomMemo::WordStep(TZvPos p, int dx) const {
+    p.X = dx > 0 ? NextWordStart(p) : PrevWordStart(p);
+    if (p.X < 0) { // crossed a row
+        p.Y += dx > 0 ? 1 : -1;
+        p.X = dx > 0 ? 0 : RowLength(p.Y);
+    }
+    return p;
+}
+
 } // namespace zv

@@ -1,6 +1,7 @@
 # The editing core and the undo engine (engine: ICU, no Qt).
 zv_engine_library(zv_memo_edit
   SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoBlockEdit.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoCaret.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoChange.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoClipboard.cpp

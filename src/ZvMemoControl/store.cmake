@@ -12,6 +12,7 @@ zv_engine_library(zv_memo_store
     ${CMAKE_CURRENT_LIST_DIR}/TextAttribute.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStrings.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsConvert.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsFit.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsLoad.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsSave.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsText.cpp

@@ -20,6 +20,7 @@ public:
     bool FIsNew = false;     // created for a name that was not on disk
     bool FModified = false;  // the text differs from what is on disk
     bool FMonitored = false; // opened to be followed as a log
+    bool FBlank = false;     // the blank start document, not yet typed into
     TOpenAs FOpenAs = oaNone;
     // Invariant: never null; the store is replaced only while no view paints it.
     std::unique_ptr<TZvMemoStrings> Lines;

@@ -47,6 +47,9 @@ void TMainForm::FormShow(const std::vector<std::string>& argv) {
             EndBatch();
         FHelper.Prompter().ShowMessage(e.what());
     }
+    // Nothing named and nothing open: a blank document to type into, when the settings ask.
+    if (argv.size() <= 1 && FHelper.Documents().empty() && FHelper.Customize().BlankAtStartup)
+        FHelper.NewDocument(true);
     if (FState.FCompareRequested)
         CompareFiles(FState.FCompareFile1, FState.FCompareFile2);
     if (FView && FState.FLine > 0)

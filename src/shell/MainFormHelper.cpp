@@ -3,8 +3,10 @@
 
 #include "ZvMemoControl/CodePages.h"
 #include "ZvMemoControl/DocumentSave.h"
+#include "ZvMemoControl/OpenTextFile.h"
 #include "common/ActionTrace.h"
 #include "common/Trace.h"
+#include "common/Utf.h"
 #include "shell/Language.h"
 #include "shell/MemoOptions.h"
 #include "shell/ZvIniFiles.h"
@@ -93,10 +95,20 @@ TDocument& TMainFormHelper::AddDocument(std::unique_ptr<TDocument> doc) {
 
 bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage) {
     auto lines = std::make_unique<TZvMemoStrings>();
-    lines->SetCodePage(codePage);
-    if (!lines->LoadFromFile(doc.FFilePath)) {
+    // The settings decide what detection falls back to: a pure ASCII file opens in the
+    // default encoding, so that what is typed into it later can be saved.
+    lines->Memo().FDefaultEncoding = FMemoMisc.DefaultEncoding;
+    TFileTypeOptions options;
+    options.OpenAsBinary = Utf16ToUtf8(FMemoMisc.OpenAsBinary);
+    options.DetectUTF8 = FMemoMisc.DetectUTF8;
+    options.DetectAll = FMemoMisc.DetectAll;
+    options.AllowIllegalCtrlChars = FMemoMisc.AllowIllegalCtrlChars;
+    TFileType type;
+    std::string error;
+    if (!OpenTextFile(*lines, doc.FFilePath, static_cast<std::uint32_t>(codePage), type, error,
+                      options)) {
         FPrompt.ShowMessage(LangText("Messages", "011", "Could not open the file!") + "\n\"" +
-                            doc.FFilePath + "\"\n" + lines->LastError());
+                            doc.FFilePath + "\"\n" + error);
         return false;
     }
     doc.Lines = std::move(lines);
@@ -144,8 +156,55 @@ bool TMainFormHelper::LoadFile(const TLoadFileArgs& args) {
         return false;
     doc->FReadOnly = args.ReadOnly || ::access(path.c_str(), W_OK) != 0;
     AddDocument(std::move(doc));
+    DropUntouchedBlank();
     ActionTraceListAdd("LoadFile", path);
     return true;
+}
+
+TDocument& TMainFormHelper::NewDocument(bool blank) {
+    auto doc = std::make_unique<TDocument>();
+    doc->FFilePath = LangText("Misc", "248", "New") + ".txt";
+    doc->FIsNew = true;
+    doc->FBlank = blank;
+    ApplyNewDocumentOptions(*doc->Lines, FMemoMisc);
+    return AddDocument(std::move(doc));
+}
+
+void TMainFormHelper::DropUntouchedBlank() {
+    if (FDocuments.size() < 2)
+        return;
+    for (size_t i = 0; i < FDocuments.size(); ++i) {
+        const TDocument& doc = *FDocuments[i];
+        if (doc.FBlank && !doc.FModified && doc.Lines->Count() <= 1 &&
+            doc.Lines->GetLineLength(0) == 0) {
+            CloseDocument(static_cast<int>(i));
+            Activate(static_cast<int>(FDocuments.size()) - 1);
+            return;
+        }
+    }
+}
+
+bool TMainFormHelper::ConfirmEncoding(TDocument& doc) {
+    TZvMemoStrings& lines = *doc.Lines;
+    if (lines.FitsCodePage())
+        return true;
+    const std::string text =
+        LangText("Messages", "302",
+                 "The document holds characters that its encoding cannot store:") +
+        " " + CodePageName(lines.CodePage()) + "\n\"" + doc.FFilePath + "\"\n\n" +
+        LangText("Messages", "303",
+                 "Yes: save it as UTF-8 instead. No: save anyway, those characters become "
+                 "\"?\". Cancel: do not save.");
+    switch (FPrompt.Prompt("Zevrit", text, pfYesNoCancel | pfWarning, prCancel)) {
+    case prYes:
+        lines.SetCodePage(cpUTF8);
+        lines.SetUseBOM(false);
+        return true;
+    case prNo:
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool TMainFormHelper::SaveFile(TDocument* doc) {
@@ -154,6 +213,8 @@ bool TMainFormHelper::SaveFile(TDocument* doc) {
         doc = ActiveDocument();
     if (!doc)
         return true;
+    if (!ConfirmEncoding(*doc))
+        return false;
     TZvSaveOptions options;
     ApplyBackupOptions(FCustomize, options);
     std::string error;
@@ -164,6 +225,7 @@ bool TMainFormHelper::SaveFile(TDocument* doc) {
     }
     doc->FModified = false;
     doc->FIsNew = false;
+    doc->FBlank = false;
     ActionTraceListAdd("SaveFile", doc->FFilePath);
     return true;
 }

@@ -63,6 +63,10 @@ public:
     // the "Save" keys ask for; true when the text reached the disk. A failed write leaves
     // the file and the modified mark as they were.
     bool SaveFile(TDocument* doc = nullptr);
+    // Opens an empty document named with the language's "New" and ".txt", in the form the
+    // settings give new documents; with `blank`, it is the start document that the next
+    // opened file replaces while it is untouched.
+    TDocument& NewDocument(bool blank = false);
     // Index of the open document with that path, or -1.
     int FindDocMemo(const std::string& path) const;
     bool CloseDocument(int index);
@@ -85,6 +89,12 @@ public:
 
 private:
     bool ReadInto(TDocument& doc, int32_t codePage);
+    // Before a save: when the document's code page cannot hold all its characters, asks
+    // whether to save as UTF-8 instead, save anyway ("?" for those characters) or cancel.
+    // False: cancelled.
+    bool ConfirmEncoding(TDocument& doc);
+    // Closes the untouched blank start document once another document is open.
+    void DropUntouchedBlank();
     TDocument& AddDocument(std::unique_ptr<TDocument> doc);
     bool AskCreateMissing(const std::string& path);
 

@@ -84,7 +84,7 @@ struct TOptionKey {
     TOptionFn Set;
 };
 
-constexpr std::array<TOptionKey, 48> kOptionKeys{{
+constexpr std::array<TOptionKey, 50> kOptionKeys{{
     {u"LineCommentA", SetText<&TStyles::FLineCommentA>},
     {u"LineCommentB", SetText<&TStyles::FLineCommentB>},
     {u"CommentStartA", SetText<&TStyles::FCommentStartA>},
@@ -119,6 +119,8 @@ constexpr std::array<TOptionKey, 48> kOptionKeys{{
     {u"AutoCloseBraceEnd", SetText<&TStyles::FAutoCloseBraceEnd>},
     {u"AutoCloseBlockStart", SetText<&TStyles::FAutoCloseBlockStart>},
     {u"AutoCloseBlockEnd", SetText<&TStyles::FAutoCloseBlockEnd>},
+    {u"IndentAfter", SetText<&TStyles::FIndentAfter>},
+    {u"UseTabs", SetFlag<&TStyles::FUseTabs>},
     {u"OnlyHighlightInBlock", SetFlag<&TStyles::FOnlyHighlightInBlock>},
     {u"EndOpenBlockAt", SetText<&TStyles::FEndOpenBlockAt>},
     {u"AutoCompleteCharA", SetChar<&TStyles::FAutoCompleteCharA>},

@@ -43,6 +43,7 @@ TEditorWidget::TEditorWidget(QWidget* parent)
     : QAbstractScrollArea(parent), FMeasure(QFontDatabase::systemFont(QFontDatabase::FixedFont)),
       FPrompt(this), FMemo(ServicesOf(FMeasure, FClipboard, FTimers, FPrompt)) {
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    FBaseFont = font();
     viewport()->setBackgroundRole(QPalette::Base);
     viewport()->setAutoFillBackground(true);
     viewport()->setCursor(Qt::IBeamCursor);

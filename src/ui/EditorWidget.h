@@ -78,6 +78,24 @@ public:
     // The text position under a viewport point (column may lie past the row's end).
     TZvPos PosAt(const QPoint& point) const;
 
+    // Runs an editing command on the control, then the view follows the caret and repaints.
+    void Run(const std::function<void(TZvMemo&)>& command);
+    // Zoom of the text in percent of the base font (30..500, steps of 10); 100: the base.
+    void ZoomIn();
+    void ZoomOut();
+    void ZoomReset();
+    int Zoom() const { return FMemo.FZoomValue; }
+    // Puts the caret at the brace that pairs with the one at the caret, or with the nearest
+    // enclosing one; false (caret kept) without a syntax or a pair.
+    bool GoToMatchingBrace();
+    // Indents as the document does: with tabs when the syntax needs them or the text is
+    // indented with tabs, with spaces when it is indented with spaces; otherwise as the
+    // settings say. Call after the settings and the syntax are applied.
+    void FollowDocumentIndent();
+    // The text a middle click pastes: the X primary selection, or where the platform has
+    // none, the last selection made in any editor of this process.
+    static QString PrimarySelectionText();
+
     // What an input method asks: caret rectangle and position, the caret's row, the font.
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
@@ -109,6 +127,9 @@ protected:
     void keyReleaseEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    // Tab and Shift+Tab are editing keys here, not focus moves (FWantTab).
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void UpdateScrollBars();
@@ -132,6 +153,12 @@ private:
     void RowsScanned();                    // main thread: repaint what the sweep reached
     void UpdateMarks();                    // brace and tag pair at the caret
     TRunPainter& Painter();
+    void ApplyZoom();
+    // Tab and Shift+Tab, Ctrl+Backspace and Ctrl+Delete; false for other keys.
+    bool HandleIndentAndWordKeys(QKeyEvent* event);
+    // Offers a changed non-empty selection as the primary selection.
+    void OfferPrimarySelection();
+    void PastePrimarySelection(const QPoint& at);
 
     TZvMemoStrings* FLines = nullptr;
     TQtTextMeasure FMeasure;
@@ -159,6 +186,9 @@ private:
     bool FMaybeDrag = false;
     bool FSelecting = false;
     QString FPreedit; // input method text being composed, painted at the caret
+    QFont FBaseFont;  // the font at zoom 100
+    // The selection last offered as the primary selection (start == end: none).
+    TZvPos FOfferedStart, FOfferedEnd;
 };
 
 } // namespace zv

@@ -38,6 +38,8 @@ std::u16string ToU16(const QString& s) {
 
 void TEditorWidget::AfterCommand() {
     FMemo.ResumeScan(); // a change that did not reach its end must not keep the thread off
+    if (!FSelecting)
+        OfferPrimarySelection();
     EnsureCaretVisible();
     RestartBlink();
     viewport()->update();
@@ -45,6 +47,8 @@ void TEditorWidget::AfterCommand() {
 
 bool TEditorWidget::HandleMoveKey(QKeyEvent* event) {
     const unsigned shift = ShiftOf(event->modifiers());
+    if ((event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown) && (shift & ssCtrl))
+        return false; // Ctrl+PageUp/PageDown switch documents
     switch (event->key()) {
     case Qt::Key_Left:
         FMemo.MoveCursor(-1, 0, shift);
@@ -93,14 +97,14 @@ bool TEditorWidget::HandleCommandKey(QKeyEvent* event) {
         Save();
     else if (event->key() == Qt::Key_Insert && event->modifiers() == Qt::NoModifier)
         FMemo.acnToggleOverwrite();
+    else if (HandleIndentAndWordKeys(event))
+        return true;
     else if (event->key() == Qt::Key_Backspace)
         FMemo.Backspace();
     else if (event->key() == Qt::Key_Delete)
         FMemo.acnDelete();
     else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         FMemo.EnterPress();
-    else if (event->key() == Qt::Key_Tab && FMemo.FWantTab)
-        FMemo.InsertTab();
     else
         return false;
     return true;
@@ -114,7 +118,9 @@ void TEditorWidget::keyPressEvent(QKeyEvent* event) {
         return;
     }
     const QString text = event->text();
-    const bool command = event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier);
+    // Chords are commands (menus, shortcuts), never text.
+    const bool command =
+        event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier | Qt::AltModifier);
     if (text.isEmpty() || command)
         return QAbstractScrollArea::keyPressEvent(event);
     for (char16_t c : ToU16(text))
@@ -131,6 +137,8 @@ void TEditorWidget::keyReleaseEvent(QKeyEvent* event) {
 // ---- Mouse ------------------------------------------------------------------------------
 
 void TEditorWidget::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::MiddleButton)
+        return PastePrimarySelection(event->position().toPoint());
     if (event->button() != Qt::LeftButton)
         return QAbstractScrollArea::mousePressEvent(event);
     const TZvPos pos = PosAt(event->position().toPoint());
@@ -172,6 +180,7 @@ void TEditorWidget::mouseReleaseEvent(QMouseEvent* event) {
     }
     FMaybeDrag = false;
     FSelecting = false;
+    OfferPrimarySelection();
 }
 
 void TEditorWidget::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -36,6 +36,8 @@ TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
     connect(FTabs, &QTabWidget::tabCloseRequested, this, &TMainWindow::CloseTabClick);
     connect(FTabs, &QTabWidget::currentChanged, this, &TMainWindow::TabChanged);
     CreateMenus();
+    CreateEditMenus();
+    CreateStatusBar();
     resize(1000, 700);
     FHelper.SetListener(this);
     UpdateTitle();
@@ -127,6 +129,8 @@ void TMainWindow::DocumentAdded(TDocument& doc) {
     editor->SetLines(doc.Lines.get());
     ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
     editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder(), Colors());
+    editor->FollowDocumentIndent();
+    editor->Memo().FReadOnly = doc.FReadOnly;
     BindEditor(*editor, doc);
     FSyncingTabs = true;
     const int index = FTabs->addTab(editor, TabCaption(doc));
@@ -146,7 +150,11 @@ void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {
     // The editor dies with its tab, before the document it refers to.
     connect(&editor, &TEditorWidget::ModifiedChanged, this,
             [this, &doc](bool modified) { ModifiedChanged(doc, modified); });
-    editor.FOnSave = [this, &doc] { return FHelper.SaveFile(&doc); };
+    connect(&editor, &TEditorWidget::CursorChanged, this, [this, &editor] {
+        if (&editor == ActiveEditor())
+            UpdateStatus();
+    });
+    editor.FOnSave = [this, &doc] { return AskSaveName(doc) && FHelper.SaveFile(&doc); };
 }
 
 void TMainWindow::ModifiedChanged(TDocument& doc, bool modified) {
@@ -187,10 +195,14 @@ void TMainWindow::DocumentActivated(TDocument& doc) {
 }
 
 void TMainWindow::DocumentReloaded(TDocument& doc) {
-    if (auto* editor = EditorAt(IndexOf(doc)))
+    if (auto* editor = EditorAt(IndexOf(doc))) {
         editor->SetLines(doc.Lines.get());
+        ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
+        editor->FollowDocumentIndent();
+    }
     UpdateCaption(doc);
     UpdateTitle();
+    UpdateStatus();
 }
 
 void TMainWindow::TabChanged(int index) {
@@ -199,6 +211,7 @@ void TMainWindow::TabChanged(int index) {
     if (auto* editor = EditorAt(index))
         editor->setFocus();
     UpdateTitle();
+    UpdateStatus();
 }
 
 void TMainWindow::UpdateTitle() {
@@ -218,6 +231,20 @@ void TMainWindow::OpenFileClick() {
         args.FileName = name.toStdString();
         FHelper.LoadFile(args);
     }
+}
+
+bool TMainWindow::AskSaveName(TDocument& doc) {
+    if (!doc.FIsNew || QFileInfo(QString::fromStdString(doc.FFilePath)).isAbsolute())
+        return true;
+    const QString name =
+        QFileDialog::getSaveFileName(this, tr("Save As"), QString::fromStdString(doc.FFilePath));
+    if (name.isEmpty())
+        return false;
+    doc.FFilePath = AbsolutePath(name.toStdString());
+    UpdateCaption(doc);
+    if (const int index = IndexOf(doc); index >= 0)
+        FTabs->setTabToolTip(index, QString::fromStdString(doc.FFilePath));
+    return true;
 }
 
 void TMainWindow::SaveClick() {

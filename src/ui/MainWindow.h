@@ -10,8 +10,10 @@
 
 #include <QMainWindow>
 
+#include <functional>
 #include <memory>
 
+class QLabel;
 class QTabWidget;
 
 namespace zv {
@@ -46,8 +48,21 @@ public:
     TEditorWidget* EditorAt(int index) const;
     TEditorWidget* ActiveEditor() const;
 
+    // The status bar's texts: caret position, encoding, line ends, typing mode.
+    QString StatusPosition() const;
+    QString StatusEncoding() const;
+
 private:
     void CreateMenus();
+    void CreateEditMenus();
+    void CreateStatusBar();
+    void UpdateStatus();
+    // Ctrl+Tab and Ctrl+PageDown (+1), Ctrl+Shift+Tab and Ctrl+PageUp (-1), wrapping around.
+    void SwitchTab(int step);
+    // Runs `command` on the active editor, if there is one.
+    void OnActiveEditor(const std::function<void(TEditorWidget&)>& command);
+    // Asks for a file name for a document that has none yet; false when cancelled.
+    bool AskSaveName(TDocument& doc);
     void OpenFileClick();
     void SaveClick();
     void CloseTabClick(int index);
@@ -65,6 +80,10 @@ private:
     QTabWidget* FTabs;
     bool FSyncingTabs = false;                  // set while the helper drives the tab group
     std::unique_ptr<const TTypeColors> FColors; // made on the first document
+    QLabel* FStatusPosition = nullptr;
+    QLabel* FStatusEncoding = nullptr;
+    QLabel* FStatusLineEnds = nullptr;
+    QLabel* FStatusMode = nullptr;
 };
 
 } // namespace zv

@@ -27,6 +27,7 @@ TEST(SettingsOptions, ShippedValuesAreTheDefaultsButForLinuxChoices) {
     const TMemIniFileW empty;
     TCustomizeOptions customize = ReadCustomizeOptions(empty);
     customize.AutoUpdateCheck = false; // updates come with the system's packages
+    customize.BlankAtStartup = true;   // an empty window has nothing to type into
     EXPECT_TRUE(ReadCustomizeOptions(shipped) == customize);
     TMemoMiscOptions editor = ReadMemoMiscOptions(empty, 1252);
     EXPECT_EQ(editor.DefaultEncoding, 1252); // a missing key gives the ANSI code page
