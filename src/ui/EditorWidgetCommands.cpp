@@ -119,8 +119,12 @@ bool TEditorWidget::GoToMatchingBrace() {
     const TBracePair pair = FindBracePair(FScan->Scanner(), caret.X, caret.Y, true);
     if (pair.Left.x < 0 || !pair.Matched)
         return false;
+    // The pair comes as the brace found and its partner; in document order the first opens.
     // Before an opener, behind a closer: pressing again jumps back.
-    const TZvPos open{pair.Left.x, pair.Left.Y}, close{pair.Right.x + 1, pair.Right.Y};
+    TZvPos open{pair.Left.x, pair.Left.Y}, close{pair.Right.x, pair.Right.Y};
+    if (close < open)
+        std::swap(open, close);
+    ++close.X;
     const TZvPos target = caret == open ? close : open;
     FMemo.SetTextCursor(target.X, target.Y);
     AfterCommand();

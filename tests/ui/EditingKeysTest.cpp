@@ -184,6 +184,33 @@ TEST_F(EditingKeysTest, AltChordsTypeNothingAndCtrlTabSwitchesDocuments) {
     EXPECT_EQ(Text(b), "beta") << "no key of the switch reached the text";
 }
 
+TEST_F(EditingKeysTest, ZoomMatchingBraceAndMiddleClickPaste) {
+    zv::TEditorWidget& code = Open("m.c", "int f(int a) { return (a); }");
+    const qreal base = code.font().pointSizeF();
+    QTest::keyClick(&code, Qt::Key_Plus, Qt::ControlModifier);
+    QTest::keyClick(&code, Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_EQ(code.Zoom(), 120);
+    EXPECT_NEAR(code.font().pointSizeF(), base * 1.2, 0.01);
+    QTest::keyClick(&code, Qt::Key_0, Qt::ControlModifier);
+    EXPECT_EQ(code.Zoom(), 100);
+    EXPECT_NEAR(code.font().pointSizeF(), base, 0.01);
+
+    code.Memo().SetTextCursor(13, 0); // before "{"
+    QTest::keyClick(&code, Qt::Key_B, Qt::ControlModifier);
+    EXPECT_EQ(code.Memo().Caret(), (zv::TZvPos{28, 0})) << "behind the closing brace";
+    QTest::keyClick(&code, Qt::Key_B, Qt::ControlModifier);
+    EXPECT_EQ(code.Memo().Caret(), (zv::TZvPos{13, 0})) << "and back";
+
+    code.Memo().SetTextCursor(4, 0);
+    QTest::keyClick(&code, Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+    zv::TEditorWidget& other = Open("p.txt", "[]");
+    other.Memo().SetTextCursor(1, 0);
+    QTest::mouseClick(other.viewport(), Qt::MiddleButton, Qt::NoModifier,
+                      other.CaretRect().center());
+    EXPECT_EQ(Text(other), "[f]") << "the selection made in the other editor";
+    EXPECT_EQ(Text(code), "int f(int a) { return (a); }");
+}
+
 // The word rule: a word is a run of characters that are no boundary; a boundary alone is a
 // step of its own; blanks after the step go with it.
 bool Boundary(char c) {
