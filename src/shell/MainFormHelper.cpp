@@ -154,7 +154,7 @@ bool TMainFormHelper::LoadFile(const TLoadFileArgs& args) {
     doc->FOpenAs = openAs;
     if (!ReadInto(*doc, CodePageFor(openAs, args.CodePage)))
         return false;
-    doc->FReadOnly = args.ReadOnly || ::access(path.c_str(), W_OK) != 0;
+    doc->FReadOnly = args.ReadOnly || IsReadOnlyFile(path);
     AddDocument(std::move(doc));
     DropUntouchedBlank();
     ActionTraceListAdd("LoadFile", path);
@@ -205,29 +205,6 @@ bool TMainFormHelper::ConfirmEncoding(TDocument& doc) {
     default:
         return false;
     }
-}
-
-bool TMainFormHelper::SaveFile(TDocument* doc) {
-    TraceEnter("SaveFile");
-    if (!doc)
-        doc = ActiveDocument();
-    if (!doc)
-        return true;
-    if (!ConfirmEncoding(*doc))
-        return false;
-    TZvSaveOptions options;
-    ApplyBackupOptions(FCustomize, options);
-    std::string error;
-    if (SaveDocument(*doc->Lines, doc->FFilePath, options, error) != TZvSaveResult::Written) {
-        FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
-                            doc->FFilePath + "\"\n" + error);
-        return false;
-    }
-    doc->FModified = false;
-    doc->FIsNew = false;
-    doc->FBlank = false;
-    ActionTraceListAdd("SaveFile", doc->FFilePath);
-    return true;
 }
 
 bool TMainFormHelper::CloseDocument(int index) {

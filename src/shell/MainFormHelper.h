@@ -7,6 +7,7 @@
 #include "shell/Document.h"
 #include "shell/SettingsOptions.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -36,6 +37,8 @@ public:
     virtual void DocumentRemoved(TDocument& doc) = 0;
     virtual void DocumentActivated(TDocument& doc) = 0;
     virtual void DocumentReloaded(TDocument& doc) = 0;
+    // The document's text reached its file (it may have a new name and be writable now).
+    virtual void DocumentSaved(TDocument& doc) = 0;
 };
 
 class TCustomIniFile;
@@ -61,8 +64,25 @@ public:
     bool LoadFile(const TLoadFileArgs& args);
     // Writes the document (the active one when null) through the codec, after the backup
     // the "Save" keys ask for; true when the text reached the disk. A failed write leaves
-    // the file and the modified mark as they were.
+    // the file and the modified mark as they were. A document without a file, or whose file
+    // is read-only (unless "OverwriteReadOnly"), is saved under the name FOnAskSaveName
+    // gives; no name (or no such hook) is a cancel.
     bool SaveFile(TDocument* doc = nullptr);
+    // Saves under a name asked from FOnAskSaveName; false when cancelled or failed.
+    bool SaveFileAs(TDocument* doc = nullptr);
+    // Saves every modified document; false when one was cancelled or failed (the rest are
+    // still tried).
+    bool SaveAllFiles();
+    // Asks about a modified document: yes saves it, no lets it go, cancel (or a failed save)
+    // keeps it. True when the document may close.
+    bool CheckFileStatus(TDocument& doc);
+    // Closes a document after CheckFileStatus; false when it stays open.
+    bool ClosePage(int index);
+    // Closes every document, or every one but `keep` (-1: none kept), asking about each
+    // modified one first; nothing closes when any answer is cancel.
+    bool CloseAllDocumentTabs(int keep = -1);
+    // Asks for a file name to save `doc` under (the window's save dialog); empty: cancel.
+    std::function<std::string(const TDocument& doc)> FOnAskSaveName;
     // Opens an empty document named with the language's "New" and ".txt", in the form the
     // settings give new documents; with `blank`, it is the start document that the next
     // opened file replaces while it is untouched.
@@ -95,6 +115,9 @@ private:
     bool ConfirmEncoding(TDocument& doc);
     // Closes the untouched blank start document once another document is open.
     void DropUntouchedBlank();
+    // True when saving must go to a new name: no file yet, or a read-only one.
+    bool NeedsNewName(const TDocument& doc) const;
+    bool WriteDocument(TDocument& doc);
     TDocument& AddDocument(std::unique_ptr<TDocument> doc);
     bool AskCreateMissing(const std::string& path);
 
@@ -109,5 +132,8 @@ private:
 
 // The absolute, normalised form of a command-line or dialog path.
 std::string AbsolutePath(const std::string& path);
+// True for an existing file that must not be written: no write permission, or no write bit
+// at all (which root, whom permissions do not stop, is still told by).
+bool IsReadOnlyFile(const std::string& path);
 
 } // namespace zv

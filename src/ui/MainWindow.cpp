@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QKeySequence>
@@ -40,11 +41,13 @@ TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
     CreateStatusBar();
     resize(1000, 700);
     FHelper.SetListener(this);
+    FHelper.FOnAskSaveName = [this](const TDocument& doc) { return AskSaveName(doc); };
     UpdateTitle();
 }
 
 TMainWindow::~TMainWindow() {
     FHelper.SetListener(nullptr);
+    FHelper.FOnAskSaveName = nullptr;
     // The editors die in the base class's destructor, when this is no longer a TMainWindow:
     // what they signal then must not reach it.
     for (QObject* child : findChildren<QObject*>())
@@ -53,12 +56,27 @@ TMainWindow::~TMainWindow() {
 
 void TMainWindow::CreateMenus() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
+    file->addAction(tr("&New"), QKeySequence::New, this, [this] { FHelper.NewDocument(); });
     file->addAction(tr("&Open..."), QKeySequence::Open, this, &TMainWindow::OpenFileClick);
     file->addAction(tr("&Save"), QKeySequence::Save, this, &TMainWindow::SaveClick);
+    file->addAction(tr("Save &As..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), this,
+                    [this] { FHelper.SaveFileAs(); });
+    file->addAction(tr("Save A&ll"), this, [this] { FHelper.SaveAllFiles(); });
+    file->addSeparator();
     file->addAction(tr("&Close"), QKeySequence(Qt::CTRL | Qt::Key_W), this,
                     [this] { CloseTabClick(FTabs->currentIndex()); });
+    file->addAction(tr("Close A&ll"), this, [this] { FHelper.CloseAllDocumentTabs(); });
+    file->addAction(tr("Close &Others"), this,
+                    [this] { FHelper.CloseAllDocumentTabs(FTabs->currentIndex()); });
     file->addSeparator();
     file->addAction(tr("E&xit"), QKeySequence::Quit, this, &QWidget::close);
+}
+
+void TMainWindow::closeEvent(QCloseEvent* event) {
+    if (FHelper.CloseAllDocumentTabs())
+        event->accept();
+    else
+        event->ignore();
 }
 
 bool TMainWindow::IsVisible() const {
@@ -154,7 +172,7 @@ void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {
         if (&editor == ActiveEditor())
             UpdateStatus();
     });
-    editor.FOnSave = [this, &doc] { return AskSaveName(doc) && FHelper.SaveFile(&doc); };
+    editor.FOnSave = [this, &doc] { return FHelper.SaveFile(&doc); };
 }
 
 void TMainWindow::ModifiedChanged(TDocument& doc, bool modified) {
@@ -233,18 +251,27 @@ void TMainWindow::OpenFileClick() {
     }
 }
 
-bool TMainWindow::AskSaveName(TDocument& doc) {
-    if (!doc.FIsNew || QFileInfo(QString::fromStdString(doc.FFilePath)).isAbsolute())
-        return true;
-    const QString name =
-        QFileDialog::getSaveFileName(this, tr("Save As"), QString::fromStdString(doc.FFilePath));
-    if (name.isEmpty())
-        return false;
-    doc.FFilePath = AbsolutePath(name.toStdString());
+std::string TMainWindow::AskSaveName(const TDocument& doc) {
+    return QFileDialog::getSaveFileName(this, tr("Save As"), QString::fromStdString(doc.FFilePath))
+        .toStdString();
+}
+
+void TMainWindow::DocumentSaved(TDocument& doc) {
+    const int index = IndexOf(doc);
+    TEditorWidget* editor = EditorAt(index);
+    if (!editor)
+        return;
+    editor->MarkSaved();
+    editor->Memo().FReadOnly = doc.FReadOnly;
+    const QString path = QString::fromStdString(doc.FFilePath);
+    if (FTabs->tabToolTip(index) != path) { // saved under a new name: its syntax may differ
+        FTabs->setTabToolTip(index, path);
+        editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder(), Colors());
+        editor->FollowDocumentIndent();
+    }
     UpdateCaption(doc);
-    if (const int index = IndexOf(doc); index >= 0)
-        FTabs->setTabToolTip(index, QString::fromStdString(doc.FFilePath));
-    return true;
+    UpdateTitle();
+    UpdateStatus();
 }
 
 void TMainWindow::SaveClick() {
@@ -256,7 +283,7 @@ void TMainWindow::SaveClick() {
 }
 
 void TMainWindow::CloseTabClick(int index) {
-    FHelper.CloseDocument(index);
+    FHelper.ClosePage(index);
 }
 
 } // namespace zv

@@ -37,6 +37,7 @@ public:
     void DocumentRemoved(TDocument& doc) override;
     void DocumentActivated(TDocument& doc) override;
     void DocumentReloaded(TDocument& doc) override;
+    void DocumentSaved(TDocument& doc) override;
 
     // Takes the main object's requests that need an editor (hand-over kind 1009: paste).
     void AttachForm(TMainForm& form);
@@ -61,8 +62,8 @@ private:
     void SwitchTab(int step);
     // Runs `command` on the active editor, if there is one.
     void OnActiveEditor(const std::function<void(TEditorWidget&)>& command);
-    // Asks for a file name for a document that has none yet; false when cancelled.
-    bool AskSaveName(TDocument& doc);
+    // The save dialog for `doc`; empty when cancelled.
+    std::string AskSaveName(const TDocument& doc);
     void OpenFileClick();
     void SaveClick();
     void CloseTabClick(int index);
@@ -76,6 +77,11 @@ private:
     // The colour scheme of the settings' theme, read once for every document of the window.
     const TTypeColors& Colors();
 
+protected:
+    // The window's close button and Exit: every modified document is asked about first.
+    void closeEvent(QCloseEvent* event) override;
+
+private:
     TMainFormHelper& FHelper;
     QTabWidget* FTabs;
     bool FSyncingTabs = false;                  // set while the helper drives the tab group

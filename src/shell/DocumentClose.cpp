@@ -1,0 +1,131 @@
+// Saving and closing documents: every way out of a modified document passes
+// CheckFileStatus, and a document without a writable file is saved under a new name.
+#include "shell/MainFormHelper.h"
+
+#include "ZvMemoControl/DocumentSave.h"
+#include "common/ActionTrace.h"
+#include "common/Trace.h"
+#include "shell/Language.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zv {
+
+bool IsReadOnlyFile(const std::string& path) {
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0)
+        return false;
+    // Root may write anything: the file's own write bits are what the user set.
+    return ::access(path.c_str(), W_OK) != 0 || (st.st_mode & 0222) == 0;
+}
+
+bool TMainFormHelper::NeedsNewName(const TDocument& doc) const {
+    if (doc.FFilePath.empty() || doc.FFilePath.front() != '/')
+        return true; // a new document named only "New.txt"
+    return !FMemoMisc.OverwriteReadOnly && (doc.FReadOnly || IsReadOnlyFile(doc.FFilePath));
+}
+
+bool TMainFormHelper::WriteDocument(TDocument& doc) {
+    if (!ConfirmEncoding(doc))
+        return false;
+    TZvSaveOptions options;
+    ApplyBackupOptions(FCustomize, options);
+    std::string error;
+    if (SaveDocument(*doc.Lines, doc.FFilePath, options, error) != TZvSaveResult::Written) {
+        FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
+                            doc.FFilePath + "\"\n" + error);
+        return false;
+    }
+    doc.FModified = false;
+    doc.FIsNew = false;
+    doc.FBlank = false;
+    ActionTraceListAdd("SaveFile", doc.FFilePath);
+    if (FListener)
+        FListener->DocumentSaved(doc);
+    return true;
+}
+
+bool TMainFormHelper::SaveFile(TDocument* doc) {
+    TraceEnter("SaveFile");
+    if (!doc)
+        doc = ActiveDocument();
+    if (!doc)
+        return true;
+    return NeedsNewName(*doc) ? SaveFileAs(doc) : WriteDocument(*doc);
+}
+
+bool TMainFormHelper::SaveFileAs(TDocument* doc) {
+    TraceEnter("SaveFileAs");
+    if (!doc)
+        doc = ActiveDocument();
+    if (!doc || !FOnAskSaveName)
+        return false;
+    const std::string name = FOnAskSaveName(*doc);
+    if (name.empty())
+        return false;
+    const std::string path = AbsolutePath(name);
+    if (const int other = FindDocMemo(path); other >= 0 && FDocuments[other].get() != doc) {
+        FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
+                            path + "\"\n" +
+                            LangText("Messages", "304", "That file is open in another tab."));
+        return false;
+    }
+    const std::string oldPath = doc->FFilePath;
+    const bool oldReadOnly = doc->FReadOnly;
+    doc->FFilePath = path;
+    doc->FReadOnly = false;
+    if (WriteDocument(*doc))
+        return true;
+    doc->FFilePath = oldPath; // the document stays what it was
+    doc->FReadOnly = oldReadOnly;
+    return false;
+}
+
+bool TMainFormHelper::SaveAllFiles() {
+    bool all = true;
+    for (const auto& doc : FDocuments)
+        if (doc->FModified)
+            all = SaveFile(doc.get()) && all;
+    return all;
+}
+
+bool TMainFormHelper::CheckFileStatus(TDocument& doc) {
+    if (!doc.FModified)
+        return true;
+    const std::string text =
+        LangText("Messages", "002", "The current file has changed. Save changes?") + "\n\"" +
+        doc.FFilePath + "\"";
+    // A run that cannot ask keeps the text: cancel is the default answer.
+    switch (FPrompt.Prompt(LangText("Messages", "021", "Message"), text, pfYesNoCancel | pfWarning,
+                           prCancel)) {
+    case prYes:
+        return SaveFile(&doc);
+    case prNo:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool TMainFormHelper::ClosePage(int index) {
+    if (index < 0 || index >= static_cast<int>(FDocuments.size()))
+        return false;
+    if (!CheckFileStatus(*FDocuments[index]))
+        return false;
+    return CloseDocument(index);
+}
+
+bool TMainFormHelper::CloseAllDocumentTabs(int keep) {
+    TDocument* kept =
+        keep >= 0 && keep < static_cast<int>(FDocuments.size()) ? FDocuments[keep].get() : nullptr;
+    for (const auto& doc : FDocuments)
+        if (doc.get() != kept && !CheckFileStatus(*doc))
+            return false;
+    for (int i = static_cast<int>(FDocuments.size()) - 1; i >= 0; --i)
+        if (FDocuments[i].get() != kept)
+            CloseDocument(i);
+    return true;
+}
+
+} // namespace zv

@@ -1,0 +1,178 @@
+// No close loses text: every way out of a modified document in the real window asks, and
+// each answer does what it says to the text and to the file on disk; read-only documents
+// refuse edits and save under a new name.
+#include "common/Utf.h"
+#include "platform/Prompt.h"
+#include "shell/MainFormHelper.h"
+#include "support/ZvTestSupport.h"
+#include "ui/EditorWidget.h"
+#include "ui/MainWindow.h"
+
+#include <QApplication>
+#include <QTabWidget>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <random>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class TAnswering : public zv::IPrompt {
+public:
+    int Prompt(const std::string&, const std::string&, unsigned, int) override {
+        ++Questions;
+        return Answer;
+    }
+    void ShowMessage(const std::string&) override {}
+    int Answer = zv::prCancel;
+    int Questions = 0;
+};
+
+class ClosingTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        zvtest::TheApp<QApplication>();
+        window = std::make_unique<zv::TMainWindow>(helper);
+        window->show();
+        QApplication::setActiveWindow(window.get());
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    }
+    zv::TEditorWidget& Open(const std::string& name, const std::string& bytes,
+                            bool readOnly = false) {
+        zvtest::WriteAll(dir / name, bytes);
+        zv::TLoadFileArgs args;
+        args.FileName = (dir / name).string();
+        args.ReadOnly = readOnly;
+        EXPECT_TRUE(helper.LoadFile(args));
+        return *window->ActiveEditor();
+    }
+    zvtest::TTempDir temp{"zv-close"};
+    const fs::path dir = temp.Path();
+    TAnswering prompt;
+    zv::TMainFormHelper helper{prompt};
+    std::unique_ptr<zv::TMainWindow> window;
+};
+
+TEST_F(ClosingTest, EveryWayToCloseAModifiedDocumentAsksAndKeepsItsPromise) {
+    using TWay = std::function<void(zv::TMainWindow&)>;
+    const std::vector<std::pair<const char*, TWay>> ways = {
+        {"tab close button", [](zv::TMainWindow& w) { emit w.TabGroup()->tabCloseRequested(0); }},
+        {"Ctrl+W",
+         [](zv::TMainWindow& w) {
+             w.TabGroup()->setCurrentIndex(0);
+             QTest::keyClick(w.ActiveEditor(), Qt::Key_W, Qt::ControlModifier);
+         }},
+        {"close others",
+         [](zv::TMainWindow& w) {
+             w.TabGroup()->setCurrentIndex(1);
+             for (QAction* a : w.findChildren<QAction*>())
+                 if (a->text() == QObject::tr("Close &Others"))
+                     a->trigger();
+         }},
+        {"exit", [](zv::TMainWindow& w) { w.close(); }},
+    };
+    for (const auto& [name, close] : ways) {
+        for (const int answer : {zv::prCancel, zv::prNo, zv::prYes}) {
+            const std::string what = std::string(name) + ", answer " + std::to_string(answer);
+            zv::TEditorWidget& edited = Open("f.txt", "orig\n");
+            Open("other.txt", "other\n");
+            QTest::keyClicks(&edited, "x");
+            prompt.Answer = answer;
+            prompt.Questions = 0;
+            close(*window);
+            EXPECT_EQ(prompt.Questions, 1) << what;
+            const bool kept = answer == zv::prCancel;
+            const auto& docs = helper.Documents();
+            const bool stillOpen = helper.FindDocMemo((dir / "f.txt").string()) >= 0;
+            EXPECT_EQ(stillOpen, kept) << what;
+            EXPECT_TRUE(!kept || window->isVisible()) << what << ": the window stays open";
+            if (kept) {
+                EXPECT_EQ(docs[helper.FindDocMemo((dir / "f.txt").string())]->Lines->Get(0),
+                          u"xorig")
+                    << what;
+            }
+            EXPECT_EQ(zvtest::ReadAll(dir / "f.txt"), answer == zv::prYes ? "xorig\n" : "orig\n")
+                << what;
+            prompt.Answer = zv::prNo;
+            helper.CloseAllDocumentTabs();
+            ASSERT_TRUE(helper.Documents().empty());
+            window->show();
+        }
+    }
+}
+
+// Random edits, saves and closes with random answers: the text on disk or in an open
+// document is never older than the last "yes", and text goes away only after a "no".
+TEST_F(ClosingTest, NoSequenceOfEditsSavesAndClosesLosesTextWithoutANo) {
+    std::mt19937 random(12);
+    const fs::path file = dir / "r.txt";
+    zvtest::WriteAll(file, "");
+    std::string latest; // what the user typed last, wherever it lives
+    for (int step = 0; step < 200; ++step) {
+        const int index = helper.FindDocMemo(file.string());
+        switch (random() % 4) {
+        case 0: { // type
+            zv::TEditorWidget& editor =
+                index >= 0 ? *window->EditorAt(index) : Open("r.txt", zvtest::ReadAll(file));
+            editor.Memo().SetTextCursor(0, 0);
+            QTest::keyClick(&editor, static_cast<Qt::Key>(Qt::Key_A + random() % 26));
+            latest = zv::Utf16ToUtf8(editor.Memo().RowText(0));
+            break;
+        }
+        case 1: // save
+            if (index >= 0)
+                QTest::keyClick(window->EditorAt(index), Qt::Key_S, Qt::ControlModifier);
+            break;
+        default: { // close with an answer
+            const int answer = std::array{zv::prYes, zv::prNo, zv::prCancel}[random() % 3];
+            prompt.Answer = answer;
+            const bool modified = index >= 0 && helper.Documents()[index]->FModified;
+            if (index >= 0 && window->TabGroup()->count() > 0)
+                emit window->TabGroup()->tabCloseRequested(index);
+            if (modified && answer == zv::prNo)
+                latest = zvtest::ReadAll(file); // the user let it go
+            break;
+        }
+        }
+        const int open = helper.FindDocMemo(file.string());
+        const std::string kept = open >= 0
+                                     ? zv::Utf16ToUtf8(helper.Documents()[open]->Lines->Get(0))
+                                     : zvtest::ReadAll(file);
+        ASSERT_EQ(kept, latest) << "step " << step;
+    }
+}
+
+TEST_F(ClosingTest, ReadOnlyDocumentsRefuseEditsAndSaveUnderANewName) {
+    const fs::path locked = dir / "locked.txt";
+    zv::TEditorWidget& byMode = Open("locked.txt", "keep\n");
+    fs::permissions(locked, fs::perms::owner_read | fs::perms::group_read);
+    zv::TEditorWidget& bySwitch = Open("switch.txt", "keep\n", true);
+    EXPECT_TRUE(helper.Documents()[1]->FReadOnly);
+    QTest::keyClicks(&bySwitch, "typed");
+    QTest::keyClick(&bySwitch, Qt::Key_Delete);
+    EXPECT_EQ(bySwitch.Memo().RowText(0), u"keep");
+    EXPECT_FALSE(bySwitch.IsModified());
+
+    helper.CloseDocument(0);
+    zv::TEditorWidget& reopened = Open("locked.txt", "");
+    (void)byMode;
+    EXPECT_TRUE(helper.ActiveDocument()->FReadOnly) << "a file without write bits";
+    std::string asked;
+    helper.FOnAskSaveName = [&](const zv::TDocument& doc) {
+        asked = doc.FFilePath;
+        return (dir / "copy.txt").string();
+    };
+    QTest::keyClick(&reopened, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(asked, locked.string()) << "Save goes to Save As with the name suggested";
+    EXPECT_EQ(zvtest::ReadAll(dir / "copy.txt"), zvtest::ReadAll(locked));
+    EXPECT_EQ(helper.ActiveDocument()->FFilePath, (dir / "copy.txt").string());
+    EXPECT_FALSE(reopened.Memo().FReadOnly) << "the new file is the user's to edit";
+}
+
+} // namespace
