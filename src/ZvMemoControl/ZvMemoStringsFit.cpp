@@ -23,7 +23,7 @@ private:
 bool TZvMemoStrings::FitsCodePage() {
     const std::uint32_t cp = FCodePage == cpAutoDetect ? cpUTF8 : FCodePage;
     if (cp == cpUTF8 || cp == cpUTF16LE || cp == cpUTF16BE || Memo().FBinaryMode ||
-        Memo().FIsASCII || !IsCodePageSupported(cp))
+        !IsCodePageSupported(cp))
         return true; // a missing converter is the save's own error to report
     const bool lossy = FLossy;
     TDiscardOutStream sink;

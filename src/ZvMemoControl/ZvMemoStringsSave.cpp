@@ -200,7 +200,9 @@ private:
 
 void TZvMemoStrings::WriteRows(TZvOutStream& stream, std::uint32_t codePage) {
     const TZvMemoState& memo = Memo();
-    const bool lowBytes = memo.FBinaryMode || memo.FIsASCII;
+    // The OEM view (FIsASCII) decodes its bytes through the code page like any other text,
+    // so it is encoded back through it: only binary rows hold one byte per unit.
+    const bool lowBytes = memo.FBinaryMode;
     TBatchWriter writer(stream, codePage, lowBytes);
     TRunJoiner runs(writer);
     const bool mixed = IsMixed(FSysTextType);
