@@ -82,6 +82,27 @@ bool TMainFormHelper::SaveFileAs(TDocument* doc) {
     return false;
 }
 
+bool TMainFormHelper::SaveFileCopy(TDocument& doc, const std::string& fileName) {
+    TZvSaveOptions options; // a copy: no backup of the target, no trims of the document
+    options.KeepAsIs = true;
+    std::string error;
+    if (SaveDocument(*doc.Lines, AbsolutePath(fileName), options, error) == TZvSaveResult::Written)
+        return true;
+    FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
+                        fileName + "\"\n" + error);
+    return false;
+}
+
+bool TMainFormHelper::ReopenWithEncoding(TDocument& doc, std::uint32_t codePage) {
+    if (doc.FIsNew || !CheckFileStatus(doc))
+        return false;
+    TLoadFileArgs args;
+    args.FileName = doc.FFilePath;
+    args.CodePage = static_cast<int32_t>(codePage);
+    args.Reload = true;
+    return LoadFile(args);
+}
+
 bool TMainFormHelper::SaveAllFiles() {
     bool all = true;
     for (const auto& doc : FDocuments)

@@ -70,6 +70,11 @@ public:
     bool SaveFile(TDocument* doc = nullptr);
     // Saves under a name asked from FOnAskSaveName; false when cancelled or failed.
     bool SaveFileAs(TDocument* doc = nullptr);
+    // Writes `doc` to `fileName` without touching its name or modified mark.
+    bool SaveFileCopy(TDocument& doc, const std::string& fileName);
+    // Reads the document's file again in `codePage` (after CheckFileStatus: a modified
+    // document is offered for saving first); false when cancelled or unreadable.
+    bool ReopenWithEncoding(TDocument& doc, std::uint32_t codePage);
     // Saves every modified document; false when one was cancelled or failed (the rest are
     // still tried).
     bool SaveAllFiles();

@@ -212,6 +212,9 @@ void TEditorWidget::StartDrag() {
 }
 
 void TEditorWidget::dragEnterEvent(QDragEnterEvent* event) {
+    // Files go on to the window, which opens them; text drops here.
+    if (event->mimeData()->hasUrls() && event->source() == nullptr)
+        return event->ignore();
     if (event->mimeData()->hasText() && !FMemo.FReadOnly)
         event->acceptProposedAction();
 }

@@ -34,6 +34,7 @@ TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
     FTabs->setTabsClosable(true);
     FTabs->setMovable(false);
     setCentralWidget(FTabs);
+    setAcceptDrops(true);
     connect(FTabs, &QTabWidget::tabCloseRequested, this, &TMainWindow::CloseTabClick);
     connect(FTabs, &QTabWidget::currentChanged, this, &TMainWindow::TabChanged);
     CreateMenus();
@@ -62,6 +63,7 @@ void TMainWindow::CreateMenus() {
     file->addAction(tr("Save &As..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), this,
                     [this] { FHelper.SaveFileAs(); });
     file->addAction(tr("Save A&ll"), this, [this] { FHelper.SaveAllFiles(); });
+    CreateFileExtras(file);
     file->addSeparator();
     file->addAction(tr("&Close"), QKeySequence(Qt::CTRL | Qt::Key_W), this,
                     [this] { CloseTabClick(FTabs->currentIndex()); });
@@ -179,6 +181,7 @@ void TMainWindow::ModifiedChanged(TDocument& doc, bool modified) {
     doc.FModified = modified;
     UpdateCaption(doc);
     UpdateTitle();
+    UpdateStatus();
 }
 
 void TMainWindow::UpdateCaption(const TDocument& doc) {

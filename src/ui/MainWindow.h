@@ -14,6 +14,7 @@
 #include <memory>
 
 class QLabel;
+class QMenu;
 class QTabWidget;
 
 namespace zv {
@@ -52,9 +53,12 @@ public:
     // The status bar's texts: caret position, encoding, line ends, typing mode.
     QString StatusPosition() const;
     QString StatusEncoding() const;
+    QString StatusMode() const; // typing mode, read-only, modified, syntax
 
 private:
     void CreateMenus();
+    // File > Reopen with encoding (every code page this system converts) and Save Copy As.
+    void CreateFileExtras(QMenu* file);
     void CreateEditMenus();
     void CreateStatusBar();
     void UpdateStatus();
@@ -80,6 +84,9 @@ private:
 protected:
     // The window's close button and Exit: every modified document is asked about first.
     void closeEvent(QCloseEvent* event) override;
+    // Files dropped on the window open as documents.
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     TMainFormHelper& FHelper;

@@ -120,6 +120,10 @@ QString TMainWindow::StatusPosition() const {
     return text;
 }
 
+QString TMainWindow::StatusMode() const {
+    return FStatusMode ? FStatusMode->text() : QString();
+}
+
 QString TMainWindow::StatusEncoding() const {
     const TEditorWidget* editor = ActiveEditor();
     if (!editor || !editor->Lines())
@@ -148,10 +152,14 @@ void TMainWindow::UpdateStatus() {
                                  ? Lang("Messages", kLineEndKeys[kind], kLineEndTexts[kind])
                                  : QString());
     const TZvMemo& memo = editor->Memo();
-    QString mode = memo.FOverwrite ? tr("OVR") : tr("INS");
+    QStringList mode{memo.FOverwrite ? tr("OVR") : tr("INS")};
     if (memo.FReadOnly)
-        mode += tr(" Read-only");
-    FStatusMode->setText(mode);
+        mode << tr("Read-only");
+    if (editor->IsModified())
+        mode << tr("Modified");
+    if (editor->Scan() && editor->Scan()->Styles())
+        mode << QString::fromStdU16String(editor->Scan()->Styles()->FSyntaxName);
+    FStatusMode->setText(mode.join(QStringLiteral("  ")));
 }
 
 } // namespace zv

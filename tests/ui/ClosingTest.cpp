@@ -1,6 +1,7 @@
-// No close loses text: every way out of a modified document in the real window asks, and
-// each answer does what it says to the text and to the file on disk; read-only documents
-// refuse edits and save under a new name.
+// Documents' ways in and out of the real window. No close loses text: every way out of a
+// modified document asks, and each answer does what it says to the text and to the file on
+// disk; read-only documents refuse edits and save under a new name. Dropped files open, a
+// reopen changes the encoding, a copy leaves the document as it was.
 #include "common/Utf.h"
 #include "platform/Prompt.h"
 #include "shell/MainFormHelper.h"
@@ -9,8 +10,11 @@
 #include "ui/MainWindow.h"
 
 #include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QTabWidget>
 #include <QTest>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -173,6 +177,35 @@ TEST_F(ClosingTest, ReadOnlyDocumentsRefuseEditsAndSaveUnderANewName) {
     EXPECT_EQ(zvtest::ReadAll(dir / "copy.txt"), zvtest::ReadAll(locked));
     EXPECT_EQ(helper.ActiveDocument()->FFilePath, (dir / "copy.txt").string());
     EXPECT_FALSE(reopened.Memo().FReadOnly) << "the new file is the user's to edit";
+}
+
+TEST_F(ClosingTest, DroppedFilesOpenReopenChangesTheEncodingACopyLeavesTheDocument) {
+    zvtest::WriteAll(dir / "a.txt", "alpha\n");
+    zvtest::WriteAll(dir / "cyr.txt", "\xCF\xF0\xE8\n");
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString((dir / "a.txt").string())),
+                  QUrl::fromLocalFile(QString::fromStdString((dir / "cyr.txt").string()))});
+    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &enter);
+    ASSERT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &drop);
+    ASSERT_EQ(helper.Documents().size(), 2u);
+
+    zv::TDocument& cyr = *helper.ActiveDocument();
+    EXPECT_EQ(cyr.Lines->CodePage(), 1252u);
+    ASSERT_TRUE(helper.ReopenWithEncoding(cyr, 1251));
+    EXPECT_EQ(zv::Utf16ToUtf8(cyr.Lines->Get(0)), "\xD0\x9F\xD1\x80\xD0\xB8");
+    EXPECT_EQ(window->StatusEncoding(), "windows-1251");
+
+    zv::TEditorWidget& editor = *window->ActiveEditor();
+    QTest::keyClicks(&editor, "x");
+    ASSERT_TRUE(helper.SaveFileCopy(cyr, (dir / "copy.txt").string()));
+    EXPECT_EQ(zvtest::ReadAll(dir / "copy.txt"), "x\xCF\xF0\xE8\n");
+    EXPECT_EQ(cyr.FFilePath, (dir / "cyr.txt").string());
+    EXPECT_TRUE(editor.IsModified()) << "the document itself is still unsaved";
+    EXPECT_TRUE(window->StatusMode().contains("Modified"));
+    prompt.Answer = zv::prNo;
 }
 
 } // namespace
