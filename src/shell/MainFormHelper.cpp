@@ -93,7 +93,8 @@ TDocument& TMainFormHelper::AddDocument(std::unique_ptr<TDocument> doc) {
     return added;
 }
 
-bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage) {
+bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage,
+                               std::unique_ptr<TZvMemoStrings>* previous) {
     auto lines = std::make_unique<TZvMemoStrings>();
     // The settings decide what detection falls back to: a pure ASCII file opens in the
     // default encoding, so that what is typed into it later can be saved.
@@ -111,7 +112,10 @@ bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage) {
                             doc.FFilePath + "\"\n" + error);
         return false;
     }
-    doc.Lines = std::move(lines);
+    // The rows a view may still show live on in `lines` until the caller lets them go.
+    std::swap(doc.Lines, lines);
+    if (previous)
+        *previous = std::move(lines);
     doc.FModified = false;
     return true;
 }
@@ -132,8 +136,10 @@ bool TMainFormHelper::LoadFile(const TLoadFileArgs& args) {
     FOpenAs = oaNone;
     if (const int open = FindDocMemo(path); open >= 0) {
         Activate(open);
-        if (args.Reload && ReadInto(*FDocuments[open], CodePageFor(openAs, args.CodePage)) &&
-            FListener)
+        // The old rows outlive the reload until every view has taken the new ones.
+        std::unique_ptr<TZvMemoStrings> previous;
+        if (args.Reload &&
+            ReadInto(*FDocuments[open], CodePageFor(openAs, args.CodePage), &previous) && FListener)
             FListener->DocumentReloaded(*FDocuments[open]);
         return true;
     }

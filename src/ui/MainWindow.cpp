@@ -269,8 +269,14 @@ void TMainWindow::DocumentSaved(TDocument& doc) {
     const QString path = QString::fromStdString(doc.FFilePath);
     if (FTabs->tabToolTip(index) != path) { // saved under a new name: its syntax may differ
         FTabs->setTabToolTip(index, path);
-        editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder(), Colors());
-        editor->FollowDocumentIndent();
+        // After the save returns: the editor's scan is paused by the save until then.
+        QMetaObject::invokeMethod(
+            editor,
+            [this, editor, name = doc.FFilePath] {
+                editor->SetSyntaxForFile(name, GetRootFolder(), Colors());
+                editor->FollowDocumentIndent();
+            },
+            Qt::QueuedConnection);
     }
     UpdateCaption(doc);
     UpdateTitle();
