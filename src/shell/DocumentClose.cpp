@@ -26,11 +26,16 @@ bool TMainFormHelper::NeedsNewName(const TDocument& doc) const {
     return !FMemoMisc.OverwriteReadOnly && (doc.FReadOnly || IsReadOnlyFile(doc.FFilePath));
 }
 
-bool TMainFormHelper::WriteDocument(TDocument& doc) {
-    if (!ConfirmEncoding(doc))
+bool TMainFormHelper::WriteDocument(TDocument& doc, bool automatic) {
+    // An automatic save asks nothing: a text its encoding cannot hold waits for the user.
+    if (automatic ? !doc.Lines->FitsCodePage() : !ConfirmEncoding(doc))
         return false;
     TZvSaveOptions options;
     ApplyBackupOptions(FCustomize, options);
+    if (automatic) {
+        options.MakeBackup = FCustomize.BackupAuto;
+        options.KeepAsIs = true;
+    }
     std::string error;
     if (SaveDocument(*doc.Lines, doc.FFilePath, options, error) != TZvSaveResult::Written) {
         FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
@@ -101,6 +106,16 @@ bool TMainFormHelper::ReopenWithEncoding(TDocument& doc, std::uint32_t codePage)
     args.CodePage = static_cast<int32_t>(codePage);
     args.Reload = true;
     return LoadFile(args);
+}
+
+void TMainFormHelper::AutoSave() {
+    if (FApplicationClosing)
+        return;
+    for (const auto& doc : FDocuments) {
+        const bool wanted = FCustomize.AutoSaveOnlyActive ? doc.get() == ActiveDocument() : true;
+        if (wanted && doc->FModified && !NeedsNewName(*doc))
+            WriteDocument(*doc, true);
+    }
 }
 
 bool TMainFormHelper::SaveAllFiles() {

@@ -20,6 +20,23 @@ TMainForm::TMainForm(TMainFormHelper& helper, IMainView* view, QObject* parent)
     ParamsTimer.setSingleShot(true);
     ParamsTimer.setInterval(kParamsDelayMs);
     connect(&ParamsTimer, &QTimer::timeout, this, [this] { LoadStoredParamStrings(true); });
+    AutoSaveTimer.setSingleShot(true);
+    connect(&AutoSaveTimer, &QTimer::timeout, this, [this] {
+        if (const int next = AutoSaveTimerTick(); next > 0)
+            AutoSaveTimer.start(next);
+    });
+    if (FHelper.Customize().AutoSaveEnable)
+        AutoSaveTimer.start(FHelper.Customize().AutoSaveIntervalMinutes * 60000);
+}
+
+int TMainForm::AutoSaveTimerTick() {
+    const TCustomizeOptions& options = FHelper.Customize();
+    if (!options.AutoSaveEnable || FHelper.FApplicationClosing)
+        return 0;
+    if (FBatchDepth > 0)
+        return kAutoSaveRetryMs;
+    FHelper.AutoSave();
+    return options.AutoSaveIntervalMinutes * 60000;
 }
 
 TMainForm::~TMainForm() {

@@ -60,6 +60,11 @@ public:
     // is opened; comparing them waits for the compare mode, which a message says.
     void CompareFiles(const std::string& file1, const std::string& file2);
 
+    // One round of the automatic save ("AutoSave"): returns the milliseconds until the next,
+    // 0 when it is off. In a batch it only waits 10 s for the batch to end.
+    int AutoSaveTimerTick();
+    static constexpr int kAutoSaveRetryMs = 10000;
+
     TCommandLineState& State() { return FState; }
     const std::string& ParamStrings() const { return FParamStrings; }
     uint64_t FZenHWnd = 0; // window of a companion process (kind 1010)
@@ -77,6 +82,7 @@ private:
     TCommandLineState FState;
     std::string FParamStrings; // hand-over texts not yet opened
     QTimer ParamsTimer;
+    QTimer AutoSaveTimer;
     std::unique_ptr<THandOverServer> FHandOver;
     TRunOnce* FRunOnce = nullptr;
     uint64_t FWindowHandle = 0;

@@ -75,6 +75,9 @@ public:
     // Reads the document's file again in `codePage` (after CheckFileStatus: a modified
     // document is offered for saving first); false when cancelled or unreadable.
     bool ReopenWithEncoding(TDocument& doc, std::uint32_t codePage);
+    // The automatic save: the active document, or every modified one ("OnlyActive" off),
+    // that has a writable file; no question is asked, backups follow "BackupAuto".
+    void AutoSave();
     // Saves every modified document; false when one was cancelled or failed (the rest are
     // still tried).
     bool SaveAllFiles();
@@ -125,7 +128,7 @@ private:
     void DropUntouchedBlank();
     // True when saving must go to a new name: no file yet, or a read-only one.
     bool NeedsNewName(const TDocument& doc) const;
-    bool WriteDocument(TDocument& doc);
+    bool WriteDocument(TDocument& doc, bool automatic = false);
     TDocument& AddDocument(std::unique_ptr<TDocument> doc);
     bool AskCreateMissing(const std::string& path);
 

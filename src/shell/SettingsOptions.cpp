@@ -86,6 +86,8 @@ void ReadSaveSections(const TCustomIniFile& ini, TCustomizeOptions& o) {
     const TOptionReader save(ini, "Save");
     save("Backup", o.Backup);
     save("BackupAuto", o.BackupAuto);
+    save("MaxBackupFiles", o.MaxBackupFiles);
+    o.MaxBackupFiles = std::max(o.MaxBackupFiles, int32_t{1});
     save("BackupExtension", o.BackupExtension);
     save("BackupToFolder", o.BackupToFolder);
     save("BackupFolderPath", o.BackupFolderPath);
@@ -132,6 +134,7 @@ TCustomizeOptions ReadCustomizeOptions(const TCustomIniFile& settings) {
 void ApplyBackupOptions(const TCustomizeOptions& o, TZvSaveOptions& save) {
     save.MakeBackup = o.Backup;
     save.AddBakExtension = o.BackupExtension;
+    save.MaxBackupFiles = o.MaxBackupFiles;
     save.BackupFolder = o.BackupToFolder ? Utf16ToUtf8(o.BackupFolderPath) : std::string();
 }
 

@@ -56,6 +56,7 @@ struct TCustomizeOptions {
 
     bool Backup = false;
     bool BackupAuto = false;
+    int32_t MaxBackupFiles = 1; // backups of one file kept; below 1 counts as 1
     bool BackupExtension = false;
     bool BackupToFolder = false;
     std::u16string BackupFolderPath;

@@ -134,4 +134,50 @@ TEST(MainFormSettings, KeysOfTheSettingsObjectReachLoadingAndSaving) {
     EXPECT_EQ(zvtest::ReadAll(old), "one\n");
 }
 
+// The automatic save with the clock in the test's hands: each tick saves what the settings
+// name and says when the next comes; in a batch it waits 10 s; backups follow BackupAuto and
+// MaxBackupFiles prunes them.
+TEST(MainFormSettings, AutoSaveTicksSaveModifiedDocumentsAndBackupsArePruned) {
+    zvtest::TheApp<QCoreApplication>();
+    zvtest::TTempDir temp{"zv-autosave"};
+    zv::TMemIniFileW& settings = zv::OpenSettings(temp / "Zevrit.ini"); // in memory only
+    settings.WriteBool("AutoSave", "Enable", true);
+    settings.WriteInteger("AutoSave", "Interval", 3);
+    settings.WriteBool("AutoSave", "OnlyActive", false);
+    settings.WriteBool("Save", "BackupAuto", true);
+    settings.WriteInteger("Save", "MaxBackupFiles", 2);
+    zv::THeadlessPrompt prompt{false};
+    zv::TMainFormHelper helper{prompt};
+    zv::TMainForm form{helper, nullptr};
+    zv::CloseSettings();
+    const fs::path a = temp / "a.txt", b = temp / "b.txt";
+    zvtest::WriteAll(a, "a0\n");
+    zvtest::WriteAll(b, "b0\n");
+    form.FormShow({"zevrit", a.string(), b.string()});
+    ASSERT_EQ(helper.Documents().size(), 2u);
+    const auto backups = [&] {
+        int n = 0;
+        for (const auto& entry : fs::directory_iterator(temp.Path()))
+            n += entry.path().filename().string().starts_with("a_(zv-zevrit_");
+        return n;
+    };
+    for (int round = 1; round <= 4; ++round) {
+        zv::TDocument& doc = *helper.Documents()[0]; // not the active one
+        doc.Lines->SetLineString(0, u"a" + std::u16string(1, char16_t(u'0' + round)));
+        doc.FModified = true;
+        form.BeginBatch();
+        EXPECT_EQ(form.AutoSaveTimerTick(), zv::TMainForm::kAutoSaveRetryMs);
+        form.EndBatch();
+        EXPECT_EQ(zvtest::ReadAll(a), "a" + std::to_string(round - 1) + "\n") << "not in a batch";
+        EXPECT_EQ(form.AutoSaveTimerTick(), 3 * 60000);
+        EXPECT_EQ(zvtest::ReadAll(a), "a" + std::to_string(round) + "\n");
+        EXPECT_FALSE(doc.FModified);
+        EXPECT_EQ(backups(), std::min(round, 2)) << "MaxBackupFiles=2 keeps two";
+        QTest::qWait(15); // backup names differ by the millisecond
+    }
+    EXPECT_EQ(zvtest::ReadAll(b), "b0\n") << "an unmodified document is left alone";
+    helper.FApplicationClosing = true;
+    EXPECT_EQ(form.AutoSaveTimerTick(), 0) << "never during closing";
+}
+
 } // namespace
