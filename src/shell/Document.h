@@ -21,6 +21,10 @@ public:
     bool FModified = false;  // the text differs from what is on disk
     bool FMonitored = false; // opened to be followed as a log
     bool FBlank = false;     // the blank start document, not yet typed into
+    // Opened in a batch: the tab exists, the file is read when the tab first shows, in
+    // FDeferredCodePage. Invariant: while set, Lines is empty and unmodified.
+    bool FDeferred = false;
+    std::int32_t FDeferredCodePage = 50001;
     TOpenAs FOpenAs = oaNone;
     // Invariant: never null; the store is replaced only while no view paints it.
     std::unique_ptr<TZvMemoStrings> Lines;

@@ -27,6 +27,9 @@ bool TMainFormHelper::NeedsNewName(const TDocument& doc) const {
 }
 
 bool TMainFormHelper::WriteDocument(TDocument& doc, bool automatic) {
+    // Never the empty rows of a file not read yet (unless the user typed into them).
+    if (doc.FDeferred && !doc.FModified && !LoadDeferred(doc))
+        return false;
     // An automatic save asks nothing: a text its encoding cannot hold waits for the user.
     if (automatic ? !doc.Lines->FitsCodePage() : !ConfirmEncoding(doc))
         return false;

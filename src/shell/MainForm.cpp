@@ -140,13 +140,17 @@ bool TMainForm::CloseDocument(const std::string& path) {
 }
 
 void TMainForm::BeginBatch() {
-    if (FBatchDepth++ == 0)
+    if (FBatchDepth++ == 0) {
+        FHelper.SetBatch(true);
         emit batchChanged(true);
+    }
 }
 
 void TMainForm::EndBatch() {
-    if (FBatchDepth > 0 && --FBatchDepth == 0)
+    if (FBatchDepth > 0 && --FBatchDepth == 0) {
+        FHelper.SetBatch(false);
         emit batchChanged(false);
+    }
 }
 
 } // namespace zv

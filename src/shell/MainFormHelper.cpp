@@ -74,6 +74,27 @@ void TMainFormHelper::Activate(int index) {
     FActive = index;
     if (FListener)
         FListener->DocumentActivated(*FDocuments[index]);
+    if (FDocuments[index]->FDeferred && !FInBatch)
+        LoadDeferred(*FDocuments[index]);
+}
+
+bool TMainFormHelper::LoadDeferred(TDocument& doc) {
+    if (!doc.FDeferred)
+        return true;
+    std::unique_ptr<TZvMemoStrings> previous; // the empty rows the view shows meanwhile
+    if (!ReadInto(doc, doc.FDeferredCodePage, &previous))
+        return false; // still unread: nothing may save its empty rows over the file
+    doc.FDeferred = false;
+    if (FListener)
+        FListener->DocumentReloaded(doc);
+    return true;
+}
+
+void TMainFormHelper::SetBatch(bool inBatch) {
+    FInBatch = inBatch;
+    if (!inBatch)
+        if (TDocument* active = ActiveDocument())
+            LoadDeferred(*active);
 }
 
 int TMainFormHelper::FindDocMemo(const std::string& path) const {
@@ -158,7 +179,10 @@ bool TMainFormHelper::LoadFile(const TLoadFileArgs& args) {
     auto doc = std::make_unique<TDocument>();
     doc->FFilePath = path;
     doc->FOpenAs = openAs;
-    if (!ReadInto(*doc, CodePageFor(openAs, args.CodePage)))
+    doc->FDeferredCodePage = CodePageFor(openAs, args.CodePage);
+    // Many files at once: only the tab now, the file when the tab first shows.
+    doc->FDeferred = FInBatch || FDelayTabLoad;
+    if (!doc->FDeferred && !ReadInto(*doc, doc->FDeferredCodePage))
         return false;
     doc->FReadOnly = args.ReadOnly || IsReadOnlyFile(path);
     AddDocument(std::move(doc));
@@ -245,11 +269,12 @@ void TMainFormHelper::ProcessParam(const std::string& path, const TParamFlags& f
                                      "until a site is set up:") +
                             " " + path);
     } else if (flags.monitor) {
-        const bool delay = FDelayTabLoad;
-        FDelayTabLoad = false;
+        const bool delay = FDelayTabLoad, batch = FInBatch;
+        FDelayTabLoad = FInBatch = false; // a followed log is read at once
         if (LoadFile(args) && ActiveDocument())
             ActiveDocument()->FMonitored = true;
         FDelayTabLoad = delay;
+        FInBatch = batch;
     } else {
         args.CreateIfMissing = true;
         LoadFile(args);

@@ -108,12 +108,20 @@ public:
 
     const std::vector<std::unique_ptr<TDocument>>& Documents() const { return FDocuments; }
     TDocument* ActiveDocument() const;
+    // Makes the document active; a deferred one is read now (outside a batch).
     void Activate(int index);
+    // Reads a deferred document's file and tells the views; false when it cannot be read
+    // (with a message; the document stays unread and is never saved so).
+    bool LoadDeferred(TDocument& doc);
+    // A batch of opens (a command line of many files): documents opened meanwhile are
+    // deferred; at its end the active one is read.
+    void SetBatch(bool inBatch);
     void SetListener(IDocumentListener* listener) { FListener = listener; }
 
     TOpenAs FOpenAs = oaNone;   // one-shot request for the next LoadFile
     bool FDelayTabLoad = false; // batch mode: tabs made, files read on first show
     bool FApplicationClosing = false;
+    bool FInBatch = false;
 
 private:
     // Reads the document's file into new rows; the replaced rows go to `previous` when

@@ -14,6 +14,7 @@
 #include <QFileInfo>
 #include <QKeySequence>
 #include <QMenuBar>
+#include <QTabBar>
 #include <QTabWidget>
 
 namespace zv {
@@ -23,6 +24,8 @@ namespace {
 QString TabCaption(const TDocument& doc) {
     QString caption = QFileInfo(QString::fromStdString(doc.FFilePath)).fileName();
     caption.replace(QLatin1Char('&'), QStringLiteral("&&"));
+    if (doc.FDeferred)
+        caption.prepend(QStringLiteral("**")); // read when the tab first shows
     return doc.FModified ? caption + QLatin1Char('*') : caption;
 }
 
@@ -115,6 +118,10 @@ TEditorWidget* TMainWindow::ActiveEditor() const {
 
 void TMainWindow::AttachForm(TMainForm& form) {
     connect(&form, &TMainForm::pasteRequested, this, &TMainWindow::PasteHandedOver);
+    // A hidden tab bar lays its tabs out once, when it shows again: a batch of 500 files
+    // would otherwise lay out all tabs for each one added.
+    connect(&form, &TMainForm::batchChanged, this,
+            [this](bool inBatch) { FTabs->tabBar()->setVisible(!inBatch); });
 }
 
 void TMainWindow::PasteHandedOver(const QString& text) {

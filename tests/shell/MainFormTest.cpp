@@ -155,6 +155,9 @@ TEST(MainFormSettings, AutoSaveTicksSaveModifiedDocumentsAndBackupsArePruned) {
     zvtest::WriteAll(b, "b0\n");
     form.FormShow({"zevrit", a.string(), b.string()});
     ASSERT_EQ(helper.Documents().size(), 2u);
+    EXPECT_TRUE(helper.Documents()[0]->FDeferred) << "a command line of files is one batch";
+    helper.Activate(0); // read now: the tab shows
+    helper.Activate(1);
     const auto backups = [&] {
         int n = 0;
         for (const auto& entry : fs::directory_iterator(temp.Path()))

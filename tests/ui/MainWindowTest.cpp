@@ -65,13 +65,16 @@ TEST_F(MainWindowTest, CommandLineFilesBecomeTabsShowingTheirText) {
     window.show();
     form.FormShow({"zevrit", b, "/L:3", a, "/R"});
     ASSERT_EQ(window.TabGroup()->count(), 2);
-    EXPECT_EQ(window.TabGroup()->tabText(0), "a.txt") << "collected files open sorted";
+    EXPECT_EQ(window.TabGroup()->tabText(0), "**a.txt")
+        << "collected files open sorted; one not shown yet is read when it first shows";
     EXPECT_EQ(window.TabGroup()->tabText(1), "b.c");
-    EXPECT_EQ(ShownText(*window.EditorAt(0)), zvtest::ReadAll(a));
     EXPECT_EQ(ShownText(*window.EditorAt(1)), longText);
     EXPECT_EQ(window.TabGroup()->currentIndex(), 1) << "the last file opened is active";
     EXPECT_EQ(window.ActiveEditor()->CaretRow(), 2) << "/L:3 puts the caret on line 3";
     EXPECT_TRUE(helper.Documents()[0]->FReadOnly && helper.Documents()[1]->FReadOnly);
+    window.TabGroup()->setCurrentIndex(0);
+    EXPECT_EQ(window.TabGroup()->tabText(0), "a.txt");
+    EXPECT_EQ(ShownText(*window.EditorAt(0)), zvtest::ReadAll(a));
 }
 
 TEST_F(MainWindowTest, ModifiedMarkFollowsTheEditorUntilSaved) {

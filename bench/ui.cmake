@@ -1,0 +1,6 @@
+# The window with many documents: a command line of 500 files, and a deferred tab's first show.
+if(TARGET zv_ui)
+  zv_benchmark(zv_window_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/ui/WindowBench.cpp
+    DEPS zv_ui)
+  target_include_directories(zv_window_bench PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+endif()
