@@ -3,10 +3,25 @@
 
 #include "ZvMemoControl/ZvMemoStrings.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
 namespace zv {
+
+// What a file on disk was when the document last read or wrote it: a save compares it with
+// the file right before writing, so that a change made by another program is never
+// overwritten unseen.
+struct TFileStamp {
+    bool Exists = false;
+    std::int64_t Size = 0;
+    std::int64_t MTimeNs = 0;
+    std::uint64_t Inode = 0;
+    bool operator==(const TFileStamp&) const = default;
+};
+
+// The stamp of `path` now (symbolic links followed); Exists false when there is no file.
+TFileStamp StampOf(const std::string& path);
 
 // How a document is to be opened; a one-shot request set just before LoadFile.
 enum TOpenAs { oaNone, oaASCII, oaAnsi, oaUTF8, oaUnicode, oaUnicodeBE, oaBinary, oaHex };
@@ -25,6 +40,7 @@ public:
     // FDeferredCodePage. Invariant: while set, Lines is empty and unmodified.
     bool FDeferred = false;
     std::int32_t FDeferredCodePage = 50001;
+    TFileStamp FStamp; // the file as last read or written
     TOpenAs FOpenAs = oaNone;
     // Invariant: never null; the store is replaced only while no view paints it.
     std::unique_ptr<TZvMemoStrings> Lines;

@@ -12,6 +12,32 @@
 
 namespace zv {
 
+TFileStamp StampOf(const std::string& path) {
+    TFileStamp stamp;
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0)
+        return stamp;
+    stamp.Exists = true;
+    stamp.Size = st.st_size;
+    stamp.MTimeNs =
+        static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec;
+    stamp.Inode = st.st_ino;
+    return stamp;
+}
+
+bool TMainFormHelper::ConfirmOverwrite(TDocument& doc, bool automatic) {
+    if (doc.FIsNew || StampOf(doc.FFilePath) == doc.FStamp)
+        return true;
+    if (automatic)
+        return false; // a change on disk waits for the user
+    const std::string text =
+        LangText("Messages", "305",
+                 "The file was changed on disk by another program since it was opened or "
+                 "saved. Overwrite that change with this text?") +
+        "\n\"" + doc.FFilePath + "\"";
+    return FPrompt.Prompt("Zevrit", text, pfYesNo | pfWarning, prNo) == prYes;
+}
+
 bool IsReadOnlyFile(const std::string& path) {
     struct stat st {};
     if (::stat(path.c_str(), &st) != 0)
@@ -30,7 +56,10 @@ bool TMainFormHelper::WriteDocument(TDocument& doc, bool automatic) {
     // Never the empty rows of a file not read yet (unless the user typed into them).
     if (doc.FDeferred && !doc.FModified && !LoadDeferred(doc))
         return false;
-    // An automatic save asks nothing: a text its encoding cannot hold waits for the user.
+    // An automatic save asks nothing: a text its encoding cannot hold, or a file changed on
+    // disk, waits for the user.
+    if (!ConfirmOverwrite(doc, automatic))
+        return false;
     if (automatic ? !doc.Lines->FitsCodePage() : !ConfirmEncoding(doc))
         return false;
     TZvSaveOptions options;
@@ -48,6 +77,7 @@ bool TMainFormHelper::WriteDocument(TDocument& doc, bool automatic) {
     doc.FModified = false;
     doc.FIsNew = false;
     doc.FBlank = false;
+    doc.FStamp = StampOf(doc.FFilePath);
     ActionTraceListAdd("SaveFile", doc.FFilePath);
     if (FListener)
         FListener->DocumentSaved(doc);
@@ -81,12 +111,15 @@ bool TMainFormHelper::SaveFileAs(TDocument* doc) {
     }
     const std::string oldPath = doc->FFilePath;
     const bool oldReadOnly = doc->FReadOnly;
+    const TFileStamp oldStamp = doc->FStamp;
     doc->FFilePath = path;
     doc->FReadOnly = false;
+    doc->FStamp = StampOf(path); // the user chose to replace whatever is there
     if (WriteDocument(*doc))
         return true;
     doc->FFilePath = oldPath; // the document stays what it was
     doc->FReadOnly = oldReadOnly;
+    doc->FStamp = oldStamp;
     return false;
 }
 

@@ -135,6 +135,7 @@ bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage,
     }
     // The rows a view may still show live on in `lines` until the caller lets them go.
     std::swap(doc.Lines, lines);
+    doc.FStamp = StampOf(doc.FFilePath);
     if (previous)
         *previous = std::move(lines);
     doc.FModified = false;

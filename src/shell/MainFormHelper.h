@@ -137,6 +137,9 @@ private:
     // True when saving must go to a new name: no file yet, or a read-only one.
     bool NeedsNewName(const TDocument& doc) const;
     bool WriteDocument(TDocument& doc, bool automatic = false);
+    // True when the file is as the document last saw it, or the user lets this text
+    // overwrite the change (never for an automatic save).
+    bool ConfirmOverwrite(TDocument& doc, bool automatic);
     TDocument& AddDocument(std::unique_ptr<TDocument> doc);
     bool AskCreateMissing(const std::string& path);
 

@@ -208,4 +208,37 @@ TEST_F(ClosingTest, DroppedFilesOpenReopenChangesTheEncodingACopyLeavesTheDocume
     prompt.Answer = zv::prNo;
 }
 
+// Another process appends to, rewrites and replaces the file behind an open document: the
+// next save asks first, and "no" leaves the other program's bytes on disk.
+TEST_F(ClosingTest, ASaveNeverOverwritesAChangeOnDiskUnseen) {
+    const fs::path file = dir / "shared.txt";
+    const std::vector<std::pair<const char*, std::string>> changes = {
+        {"append", "echo appended >> '" + file.string() + "'"},
+        {"rewrite", "printf 'other text\\n' > '" + file.string() + "'"},
+        {"replace", "printf 'moved in\\n' > '" + file.string() + ".new' && mv '" + file.string() +
+                        ".new' '" + file.string() + "'"},
+    };
+    for (const auto& [what, command] : changes) {
+        zv::TEditorWidget& editor = Open("shared.txt", "mine\n");
+        QTest::keyClicks(&editor, "x");
+        QTest::qWait(20); // a later modification time, whatever the file system's grain
+        ASSERT_EQ(std::system(command.c_str()), 0) << what;
+        const std::string theirs = zvtest::ReadAll(file);
+        prompt.Answer = zv::prNo;
+        prompt.Questions = 0;
+        QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+        EXPECT_EQ(prompt.Questions, 1) << what;
+        EXPECT_EQ(zvtest::ReadAll(file), theirs) << what << ": their change stays";
+        EXPECT_TRUE(editor.IsModified()) << what;
+        prompt.Answer = zv::prYes;
+        QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+        EXPECT_EQ(zvtest::ReadAll(file), "xmine\n") << what << ": overwritten when told";
+        prompt.Questions = 0;
+        QTest::keyClicks(&editor, "y");
+        QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+        EXPECT_EQ(prompt.Questions, 0) << what << ": our own save changed nothing behind us";
+        helper.CloseAllDocumentTabs();
+    }
+}
+
 } // namespace
