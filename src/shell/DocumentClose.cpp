@@ -26,7 +26,9 @@ TFileStamp StampOf(const std::string& path) {
 }
 
 bool TMainFormHelper::ConfirmOverwrite(TDocument& doc, bool automatic) {
-    if (doc.FIsNew || StampOf(doc.FFilePath) == doc.FStamp)
+    // A file deleted meanwhile holds nothing to overwrite: the save makes it again.
+    const TFileStamp now = StampOf(doc.FFilePath);
+    if (doc.FIsNew || !now.Exists || now == doc.FStamp)
         return true;
     if (automatic)
         return false; // a change on disk waits for the user
