@@ -40,7 +40,8 @@ public:
     // FDeferredCodePage. Invariant: while set, Lines is empty and unmodified.
     bool FDeferred = false;
     std::int32_t FDeferredCodePage = 50001;
-    TFileStamp FStamp; // the file as last read or written
+    TFileStamp FStamp;                     // the file as last read or written
+    std::int32_t FCaretX = 0, FCaretY = 0; // the caret of its view, kept for a restore
     TOpenAs FOpenAs = oaNone;
     // Invariant: never null; the store is replaced only while no view paints it.
     std::unique_ptr<TZvMemoStrings> Lines;

@@ -4,9 +4,13 @@
 #include "common/Trace.h"
 #include "shell/HandOver.h"
 #include "shell/Language.h"
+#include "shell/RootFolder.h"
 #include "shell/RunOnce.h"
 #include "shell/Settings.h"
 #include "shell/Switches.h"
+#include "shell/TerminationWatch.h"
+
+#include <QCoreApplication>
 
 #include <filesystem>
 
@@ -20,6 +24,7 @@ TMainForm::TMainForm(TMainFormHelper& helper, IMainView* view, QObject* parent)
     ParamsTimer.setSingleShot(true);
     ParamsTimer.setInterval(kParamsDelayMs);
     connect(&ParamsTimer, &QTimer::timeout, this, [this] { LoadStoredParamStrings(true); });
+    FCrash = std::make_unique<TCrashKeeper>(FHelper, GetRootFolder() / "Data" / "Crash");
     AutoSaveTimer.setSingleShot(true);
     connect(&AutoSaveTimer, &QTimer::timeout, this, [this] {
         if (const int next = AutoSaveTimerTick(); next > 0)
@@ -56,6 +61,9 @@ void TMainForm::RegisterWindow(TRunOnce& block, bool firstInstance) {
 
 void TMainForm::FormShow(const std::vector<std::string>& argv) {
     FFormShown = true;
+    // Unsaved text a killed or crashed run left behind: offered before anything opens.
+    if (FView)
+        OfferCrashSession();
     try {
         RunArgumentPass(argv, *this, FState);
     } catch (const EConvertError& e) {
@@ -71,6 +79,25 @@ void TMainForm::FormShow(const std::vector<std::string>& argv) {
         CompareFiles(FState.FCompareFile1, FState.FCompareFile2);
     if (FView && FState.FLine > 0)
         FView->ShowLine(FState.FLine);
+}
+
+void TMainForm::OfferCrashSession() {
+    if (FCrash->HasSession()) {
+        FCrash->Hold(true); // the kept texts wait for the answer, whatever happens meanwhile
+        const std::string text =
+            LangText("Messages", "134",
+                     "Zevrit did not end properly. Restore the unsaved text of its documents?");
+        const bool restore = FHelper.Prompt("Zevrit", text, pfYesNo, prYes) == prYes;
+        FCrash->Hold(false);
+        if (!restore || FCrash->Restore() == 0)
+            FCrash->Clear();
+    }
+    // A logout or `kill` asks nothing: the unsaved text is kept for the next start.
+    FTermination = std::make_unique<TTerminationWatch>([this](int signal) {
+        Trace("TerminationSignal() - " + std::to_string(signal));
+        FCrash->WriteNow();
+        QCoreApplication::exit(0);
+    });
 }
 
 void TMainForm::CompareFiles(const std::string& file1, const std::string& file2) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "shell/CommandLine.h"
+#include "shell/CrashKeeper.h"
 #include "shell/MainFormHelper.h"
 
 #include <QObject>
@@ -18,6 +19,7 @@ namespace zv {
 
 class TRunOnce;
 class THandOverServer;
+class TTerminationWatch;
 
 // What the main object needs of its window.
 class IMainView {
@@ -65,7 +67,11 @@ public:
     int AutoSaveTimerTick();
     static constexpr int kAutoSaveRetryMs = 10000;
 
+    // The crash session of unsaved text (under the data root's "Data/Crash").
+    TCrashKeeper& Crash() { return *FCrash; }
+
     TCommandLineState& State() { return FState; }
+
     const std::string& ParamStrings() const { return FParamStrings; }
     uint64_t FZenHWnd = 0; // window of a companion process (kind 1010)
     static constexpr int kParamsDelayMs = 300;
@@ -77,12 +83,17 @@ signals:
     void batchChanged(bool inBatch);
 
 private:
+    // Offers the texts a killed run kept, then watches for SIGTERM and SIGHUP.
+    void OfferCrashSession();
+
     TMainFormHelper& FHelper;
     IMainView* FView; // null when headless
     TCommandLineState FState;
     std::string FParamStrings; // hand-over texts not yet opened
     QTimer ParamsTimer;
     QTimer AutoSaveTimer;
+    std::unique_ptr<TCrashKeeper> FCrash;
+    std::unique_ptr<TTerminationWatch> FTermination; // set once the window shows
     std::unique_ptr<THandOverServer> FHandOver;
     TRunOnce* FRunOnce = nullptr;
     uint64_t FWindowHandle = 0;

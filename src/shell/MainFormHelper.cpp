@@ -201,6 +201,20 @@ TDocument& TMainFormHelper::NewDocument(bool blank) {
     return AddDocument(std::move(doc));
 }
 
+TDocument& TMainFormHelper::RestoreDocument(const std::string& path, bool isNew,
+                                            std::unique_ptr<TZvMemoStrings> lines, int caretX,
+                                            int caretY) {
+    auto doc = std::make_unique<TDocument>();
+    doc->FFilePath = path;
+    doc->FIsNew = isNew;
+    doc->Lines = std::move(lines);
+    doc->FModified = true; // the text differs from the file until the user saves it
+    doc->FStamp = StampOf(path);
+    doc->FCaretX = caretX;
+    doc->FCaretY = caretY;
+    return AddDocument(std::move(doc));
+}
+
 void TMainFormHelper::DropUntouchedBlank() {
     if (FDocuments.size() < 2)
         return;

@@ -95,6 +95,10 @@ public:
     // settings give new documents; with `blank`, it is the start document that the next
     // opened file replaces while it is untouched.
     TDocument& NewDocument(bool blank = false);
+    // Opens text kept by the crash session as a modified document named `path` (new when
+    // `isNew`); the file on disk is not touched.
+    TDocument& RestoreDocument(const std::string& path, bool isNew,
+                               std::unique_ptr<TZvMemoStrings> lines, int caretX, int caretY);
     // Index of the open document with that path, or -1.
     int FindDocMemo(const std::string& path) const;
     bool CloseDocument(int index);

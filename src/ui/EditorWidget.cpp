@@ -68,7 +68,10 @@ TEditorWidget::TEditorWidget(QWidget* parent)
         }
     };
     // The end of the change sequence: the thread may read rows again.
-    FMemo.FOnChange = [this] { FMemo.ResumeScan(); };
+    FMemo.FOnChange = [this] {
+        FMemo.ResumeScan();
+        emit TextChanged();
+    };
     FMemo.FOnModifiedChange = [this](bool modified) { emit ModifiedChanged(modified); };
     FMemo.FOnCursorChange = [this] {
         FMarksDirty = true;

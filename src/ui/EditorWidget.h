@@ -107,6 +107,8 @@ signals:
     void ModifiedChanged(bool modified);
     // The caret or the selection moved.
     void CursorChanged();
+    // The text changed (every edit, undo and redo).
+    void TextChanged();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -78,10 +78,23 @@ void TMainWindow::CreateMenus() {
 }
 
 void TMainWindow::closeEvent(QCloseEvent* event) {
-    if (FHelper.CloseAllDocumentTabs())
-        event->accept();
-    else
-        event->ignore();
+    if (!FHelper.CloseAllDocumentTabs())
+        return event->ignore();
+    if (FForm)
+        FForm->Crash().Clear(); // a clean end: nothing unsaved is left
+    event->accept();
+}
+
+void TMainWindow::changeEvent(QEvent* event) {
+    // The user turns to another program: what they typed is kept now, not in two seconds.
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow() && FForm)
+        FForm->Crash().Flush();
+    QMainWindow::changeEvent(event);
+}
+
+void TMainWindow::KeepUnsavedText() {
+    if (FForm)
+        FForm->Crash().TextChanged();
 }
 
 bool TMainWindow::IsVisible() const {
@@ -117,6 +130,7 @@ TEditorWidget* TMainWindow::ActiveEditor() const {
 }
 
 void TMainWindow::AttachForm(TMainForm& form) {
+    FForm = &form;
     connect(&form, &TMainForm::pasteRequested, this, &TMainWindow::PasteHandedOver);
     // A hidden tab bar lays its tabs out once, when it shows again: a batch of 500 files
     // would otherwise lay out all tabs for each one added.
@@ -158,6 +172,10 @@ void TMainWindow::DocumentAdded(TDocument& doc) {
     editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder(), Colors());
     editor->FollowDocumentIndent();
     editor->Memo().FReadOnly = doc.FReadOnly;
+    if (doc.FModified) { // text brought back from the crash session
+        editor->Memo().SetModified(true);
+        editor->Memo().SetTextCursor(doc.FCaretX, doc.FCaretY);
+    }
     BindEditor(*editor, doc);
     FSyncingTabs = true;
     const int index = FTabs->addTab(editor, TabCaption(doc));
@@ -177,10 +195,13 @@ void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {
     // The editor dies with its tab, before the document it refers to.
     connect(&editor, &TEditorWidget::ModifiedChanged, this,
             [this, &doc](bool modified) { ModifiedChanged(doc, modified); });
-    connect(&editor, &TEditorWidget::CursorChanged, this, [this, &editor] {
+    connect(&editor, &TEditorWidget::CursorChanged, this, [this, &editor, &doc] {
+        doc.FCaretX = editor.Memo().FCurX;
+        doc.FCaretY = editor.Memo().FCurY;
         if (&editor == ActiveEditor())
             UpdateStatus();
     });
+    connect(&editor, &TEditorWidget::TextChanged, this, [this] { KeepUnsavedText(); });
     editor.FOnSave = [this, &doc] { return FHelper.SaveFile(&doc); };
 }
 
@@ -210,6 +231,7 @@ void TMainWindow::DocumentRemoved(TDocument& doc) {
         }
     }
     UpdateTitle();
+    KeepUnsavedText();
 }
 
 void TMainWindow::DocumentActivated(TDocument& doc) {
@@ -288,6 +310,7 @@ void TMainWindow::DocumentSaved(TDocument& doc) {
     UpdateCaption(doc);
     UpdateTitle();
     UpdateStatus();
+    KeepUnsavedText();
 }
 
 void TMainWindow::SaveClick() {

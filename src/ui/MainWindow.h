@@ -62,6 +62,8 @@ private:
     void CreateEditMenus();
     void CreateStatusBar();
     void UpdateStatus();
+    // The crash session follows an edit, a save or a close.
+    void KeepUnsavedText();
     // Ctrl+Tab and Ctrl+PageDown (+1), Ctrl+Shift+Tab and Ctrl+PageUp (-1), wrapping around.
     void SwitchTab(int step);
     // Runs `command` on the active editor, if there is one.
@@ -82,6 +84,7 @@ private:
     const TTypeColors& Colors();
 
 protected:
+    void changeEvent(QEvent* event) override;
     // The window's close button and Exit: every modified document is asked about first.
     void closeEvent(QCloseEvent* event) override;
     // Files dropped on the window open as documents.
@@ -90,6 +93,7 @@ protected:
 
 private:
     TMainFormHelper& FHelper;
+    TMainForm* FForm = nullptr; // set by AttachForm
     QTabWidget* FTabs;
     bool FSyncingTabs = false;                  // set while the helper drives the tab group
     std::unique_ptr<const TTypeColors> FColors; // made on the first document

@@ -4,7 +4,11 @@
 // What the windows did is read from their diagnostic trace, switched on by DebugOptions.txt
 // beside a private copy of the program.
 #include "TestProcess.h"
+#include "common/Utf.h"
+#include "platform/Prompt.h"
+#include "shell/CrashKeeper.h"
 #include "shell/HandOver.h"
+#include "shell/MainFormHelper.h"
 #include "shell/RunOnce.h"
 #include "support/ZvTestSupport.h"
 
@@ -17,6 +21,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -160,3 +165,81 @@ TEST_F(WindowInstances, KilledFirstInstanceIsTakenOverByTheNextStart) {
 }
 
 } // namespace
+
+// A text kept by a killed window, as the next start would restore it.
+std::vector<std::pair<std::string, std::u16string>> KeptTexts(const fs::path& crash) {
+    zv::THeadlessPrompt quiet{false};
+    zv::TMainFormHelper helper{quiet};
+    zv::TCrashKeeper keeper(helper, crash);
+    keeper.Restore();
+    std::vector<std::pair<std::string, std::u16string>> texts;
+    for (const auto& doc : helper.Documents())
+        texts.emplace_back(doc->FFilePath, doc->Lines->GetTextWithLinefeeds());
+    return texts;
+}
+
+// Text pasted into the window (a hand-over of kind 1009, as a companion program does) in
+// steps, then the window is killed at a random moment: every step older than two seconds is
+// kept, in a named document and in the blank one that never had a name, and the file on disk
+// is untouched. SIGTERM asks nothing and keeps even the last step.
+TEST_F(WindowInstances, UnsavedTextOutlivesAKillAndATerminationSignal) {
+    const std::string onDisk = "on disk\n";
+    const fs::path file = Write("a.txt", onDisk);
+    const fs::path crash = dir / "root" / "Data" / "Crash";
+    zvtest::WriteAll(dir / "root" / "Zevrit.ini", "[Customize]\r\nBlankAtStartup=1\r\n");
+    ::setenv("XDG_RUNTIME_DIR", env.value("XDG_RUNTIME_DIR").toLocal8Bit().constData(), 1);
+    std::mt19937 random(20261125);
+    constexpr int kRounds = 5, kKeptAfterMs = zv::TCrashKeeper::kDelayMs + 700;
+    for (int round = 0; round <= kRounds; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        const bool named = round % 2 == 0, terminate = round == kRounds;
+        fs::remove(dir / "root" / "Data" / "DebugOutput.txt");
+        Start(first, dir / "files", named ? QStringList{"a.txt"} : QStringList{});
+        ASSERT_TRUE(WaitForTrace(named ? TabLine(1, "a.txt") : "DocumentAdded() - tab 1: "))
+            << TraceText();
+        zv::TRunOnce block;
+        ASSERT_FALSE(block.Check(1)) << "the window process holds the block";
+        const uint64_t window = block.GetWinHandle();
+        ASSERT_NE(window, 0u);
+
+        QElapsedTimer clock;
+        clock.start();
+        std::vector<std::pair<std::string, qint64>> steps; // token, when it was handed over
+        const qint64 killAt = terminate ? 0 : 500 + random() % 4000;
+        do {
+            const std::string token = "<" + std::to_string(steps.size()) + ">";
+            ASSERT_TRUE(zv::SendHandOver(window, zv::kHandOverPaste,
+                                         QString::fromStdString(token), kWaitMs));
+            steps.emplace_back(token, clock.elapsed());
+            QTest::qWait(150 + random() % 300);
+        } while (clock.elapsed() < killAt);
+        ASSERT_TRUE(WaitForTrace("PasteHandedOver() - " +
+                                 std::to_string(steps.back().first.size()) + " characters"));
+        const qint64 endedAt = clock.elapsed();
+        if (terminate)
+            first.terminate();
+        else
+            first.kill();
+        ASSERT_TRUE(first.waitForFinished(kWaitMs));
+        if (terminate) {
+            EXPECT_EQ(first.exitCode(), 0) << "SIGTERM ends the window quietly";
+        }
+
+        const auto kept = KeptTexts(crash);
+        const bool mustKeep = terminate || endedAt - steps.front().second > kKeptAfterMs;
+        if (!mustKeep && kept.empty())
+            continue; // killed before the first write was due
+        ASSERT_EQ(kept.size(), 1u) << "one modified document";
+        EXPECT_EQ(kept[0].first == file.string(), named) << kept[0].first;
+        const std::string text = zv::Utf16ToUtf8(kept[0].second);
+        for (const auto& [token, at] : steps)
+            if (terminate || endedAt - at > kKeptAfterMs) {
+                EXPECT_NE(text.find(token), std::string::npos) << token << " in " << text;
+            }
+        if (named) {
+            EXPECT_NE(text.find("on disk"), std::string::npos) << text;
+        }
+        EXPECT_EQ(zvtest::ReadAll(file), onDisk) << "nothing saved without the user";
+        fs::remove_all(crash); // the next start asks nothing
+    }
+}

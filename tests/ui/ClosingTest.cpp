@@ -4,6 +4,7 @@
 // reopen changes the encoding, a copy leaves the document as it was.
 #include "common/Utf.h"
 #include "platform/Prompt.h"
+#include "shell/CrashKeeper.h"
 #include "shell/MainFormHelper.h"
 #include "support/ZvTestSupport.h"
 #include "ui/EditorWidget.h"
@@ -239,6 +240,53 @@ TEST_F(ClosingTest, ASaveNeverOverwritesAChangeOnDiskUnseen) {
         EXPECT_EQ(prompt.Questions, 0) << what << ": our own save changed nothing behind us";
         helper.CloseAllDocumentTabs();
     }
+}
+
+// Unsaved text survives a kill: within two seconds of the edits the crash session holds the
+// exact text of every modified document, named or new, and a new run restores each one,
+// modified, with its encoding and caret, without writing any file.
+TEST_F(ClosingTest, UnsavedTextIsKeptWithinTwoSecondsAndRestoredExactly) {
+    const fs::path crash = dir / "Crash";
+    zv::TCrashKeeper keeper(helper, crash);
+    zv::TEditorWidget& latin = Open("latin.txt", "caf\xE9\r\nline two\r\n");
+    latin.Memo().SetTextCursor(0, 1);
+    QTest::keyClicks(&latin, "new ");
+    zv::TDocument& fresh = helper.NewDocument();
+    zv::TEditorWidget& blank = *window->ActiveEditor();
+    QTest::keyClicks(&blank, "never saved");
+    for (const auto& doc : helper.Documents())
+        ASSERT_TRUE(doc->FModified);
+    keeper.TextChanged();
+    QTest::qWait(zv::TCrashKeeper::kDelayMs + 300);
+    ASSERT_TRUE(keeper.HasSession()) << "written within two seconds of the edit";
+    EXPECT_EQ(fs::status(crash / "Crash.ini").permissions() & fs::perms::all,
+              fs::perms::owner_read | fs::perms::owner_write);
+    const std::u16string latinText = helper.Documents()[0]->Lines->GetTextWithLinefeeds();
+    const std::string freshName = fresh.FFilePath;
+
+    // The run is killed: nothing closes, nothing is saved. A new run finds the texts.
+    zv::THeadlessPrompt quiet{false};
+    zv::TMainFormHelper next{quiet};
+    zv::TMainWindow nextWindow(next);
+    zv::TCrashKeeper nextKeeper(next, crash);
+    ASSERT_EQ(nextKeeper.Restore(), 2);
+    const zv::TDocument& back = *next.Documents()[0];
+    EXPECT_EQ(back.FFilePath, (dir / "latin.txt").string());
+    EXPECT_EQ(back.Lines->GetTextWithLinefeeds(), latinText) << "byte for byte, CR LF kept";
+    EXPECT_EQ(back.Lines->CodePage(), 1252u);
+    EXPECT_TRUE(nextWindow.EditorAt(0)->IsModified());
+    EXPECT_EQ(nextWindow.EditorAt(0)->Memo().Caret(), (zv::TZvPos{4, 1}));
+    EXPECT_EQ(zvtest::ReadAll(dir / "latin.txt"), "caf\xE9\r\nline two\r\n")
+        << "nothing is saved without the user";
+    EXPECT_EQ(next.Documents()[1]->FFilePath, freshName);
+    EXPECT_TRUE(next.Documents()[1]->FIsNew);
+    EXPECT_EQ(next.Documents()[1]->Lines->Get(0), u"never saved");
+
+    // Saved and closed with "no": nothing is left to keep.
+    prompt.Answer = zv::prNo;
+    helper.CloseAllDocumentTabs();
+    keeper.WriteNow();
+    EXPECT_FALSE(keeper.HasSession());
 }
 
 } // namespace

@@ -1,0 +1,52 @@
+// The crash session of unsaved text: within a couple of seconds of an edit, the text of every
+// modified document (named or new) is written to a private folder, so that after a kill, a
+// crash or a power loss the next start can bring each back with its name, encoding and caret.
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include <filesystem>
+
+namespace zv {
+
+class TMainFormHelper;
+
+class TCrashKeeper : public QObject {
+    Q_OBJECT
+public:
+    // Keeps the texts of `helper`'s documents in `folder` (made with mode 0700 when needed).
+    TCrashKeeper(TMainFormHelper& helper, std::filesystem::path folder);
+
+    // An edit, a save or a close: the kept texts follow within kDelayMs.
+    void TextChanged();
+    // Writes now: each modified document's text (UTF-16, exact, with its line ends) and the
+    // list of them, atomically, mode 0600; with none modified, removes what was kept.
+    void WriteNow();
+    // Focus loss: writes at once what waits for the timer, if anything does.
+    void Flush() {
+        if (FTimer.isActive())
+            WriteNow();
+    }
+    // While held, nothing is written or removed: a former run's texts wait for the user.
+    void Hold(bool held) { FHeld = held; }
+    // True when a former run left kept texts behind.
+    bool HasSession() const;
+    // Opens each kept text as a modified document (its name, encoding, line ends and caret;
+    // no undo history); returns how many. Nothing is written to the documents' files.
+    int Restore();
+    // Removes the kept texts (a clean end, or the user declined them).
+    void Clear();
+
+    static constexpr int kDelayMs = 2000;
+
+private:
+    std::filesystem::path ListFile() const { return FFolder / "Crash.ini"; }
+
+    TMainFormHelper& FHelper;
+    std::filesystem::path FFolder;
+    QTimer FTimer; // single shot: started by the first change after a write
+    bool FHeld = false;
+};
+
+} // namespace zv
