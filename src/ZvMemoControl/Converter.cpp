@@ -26,20 +26,35 @@ UConverter* OpenConverter(std::uint32_t codePage) {
     return cnv;
 }
 
-// Counts the substitutions of an encoder, then substitutes as ICU's stock callback does.
-void CountingFromUCallback(const void* context, UConverterFromUnicodeArgs* args,
+// A lone escape (a byte that could not be decoded when read) is written back as that byte;
+// anything else the code page cannot hold becomes "?" and makes the encoder lossy.
+void EscapingFromUCallback(const void* context, UConverterFromUnicodeArgs* args,
                            const UChar* codeUnits, int32_t length, UChar32 codePoint,
                            UConverterCallbackReason reason, UErrorCode* err) {
-    if (reason <= UCNV_IRREGULAR)
-        *static_cast<bool*>(const_cast<void*>(context)) = true;
+    if (reason > UCNV_IRREGULAR)
+        return; // reset, close, clone: nothing to write
+    if (reason == UCNV_ILLEGAL && length == 1 && IsByteEscape(static_cast<char16_t>(codePoint))) {
+        const char byte = static_cast<char>(codePoint & 0xFF);
+        *err = U_ZERO_ERROR;
+        ucnv_cbFromUWriteBytes(args, &byte, 1, 0, err);
+        return;
+    }
+    *static_cast<bool*>(const_cast<void*>(context)) = true;
     UCNV_FROM_U_CALLBACK_SUBSTITUTE(nullptr, args, codeUnits, length, codePoint, reason, err);
 }
 
-void CountingToUCallback(const void* context, UConverterToUnicodeArgs* args, const char* codeUnits,
+// Each byte that does not decode is kept as an escape (and counted), so that it saves back.
+void EscapingToUCallback(const void* context, UConverterToUnicodeArgs* args, const char* codeUnits,
                          int32_t length, UConverterCallbackReason reason, UErrorCode* err) {
-    if (reason <= UCNV_IRREGULAR)
-        ++*static_cast<std::size_t*>(const_cast<void*>(context));
-    UCNV_TO_U_CALLBACK_SUBSTITUTE(nullptr, args, codeUnits, length, reason, err);
+    if (reason > UCNV_IRREGULAR)
+        return;
+    UChar escapes[32];
+    const int32_t n = std::min<int32_t>(length, 32);
+    for (int32_t i = 0; i < n; ++i)
+        escapes[i] = EscapeByte(static_cast<unsigned char>(codeUnits[i]));
+    *static_cast<std::size_t*>(const_cast<void*>(context)) += static_cast<std::size_t>(n);
+    *err = U_ZERO_ERROR;
+    ucnv_cbToUWriteUChars(args, escapes, n, 0, err);
 }
 
 std::string MessageFor(std::uint32_t codePage) {
@@ -62,7 +77,7 @@ TZvDecoder::TZvDecoder(std::uint32_t codePage) : FCodePage(codePage) {
     }
     FCnv = OpenConverter(codePage);
     UErrorCode status = U_ZERO_ERROR;
-    ucnv_setToUCallBack(FCnv, CountingToUCallback, &FSubstitutions, nullptr, nullptr, &status);
+    ucnv_setToUCallBack(FCnv, EscapingToUCallback, &FSubstitutions, nullptr, nullptr, &status);
 }
 
 TZvDecoder::~TZvDecoder() {
@@ -121,7 +136,7 @@ TZvEncoder::TZvEncoder(std::uint32_t codePage) : FCodePage(codePage) {
     UErrorCode status = U_ZERO_ERROR;
     ucnv_setSubstChars(FCnv, "?", 1, &status);
     status = U_ZERO_ERROR;
-    ucnv_setFromUCallBack(FCnv, CountingFromUCallback, &FLossy, nullptr, nullptr, &status);
+    ucnv_setFromUCallBack(FCnv, EscapingFromUCallback, &FLossy, nullptr, nullptr, &status);
 }
 
 TZvEncoder::~TZvEncoder() {

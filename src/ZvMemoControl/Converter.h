@@ -1,7 +1,8 @@
 // Converters between bytes in a code page and UTF-16, over ICU. One converter object lives
 // for a whole load or save, so stateful and multi-byte encodings (ISO-2022, HZ, UTF-7, the
-// double-byte pages) never lose a character at a slice edge. Unmappable characters become
-// "?" when writing and U+FFFD when reading.
+// double-byte pages) never lose a character at a slice edge. Characters a code page cannot
+// hold become "?" when writing; bytes that cannot be decoded are kept as escapes (U+DC80 to
+// U+DCFF, one per byte) when reading, and escapes are written back as their bytes.
 #pragma once
 
 #include <cstdint>
@@ -32,7 +33,7 @@ public:
     TZvDecoder& operator=(const TZvDecoder&) = delete;
 
     // Decodes `bytes` and appends to `out`. With `flush` false, an incomplete sequence at the
-    // end is kept for the next call; with true it is finished (as U+FFFD when broken).
+    // end is kept for the next call; with true it is finished (as escapes when broken).
     void Decode(std::string_view bytes, bool flush, std::u16string& out);
     // Decodes into `dst` (capacity `cap` units) and returns the units written; `bytes` is
     // advanced over what was consumed. Stops when `dst` is full; with cap at least
@@ -40,7 +41,7 @@ public:
     std::size_t DecodeInto(std::string_view& bytes, bool flush, char16_t* dst, std::size_t cap);
     void Reset();
     std::uint32_t CodePage() const { return FCodePage; }
-    // Bytes met so far that could not be decoded (each became U+FFFD or similar).
+    // Bytes met so far that could not be decoded (each kept as an escape).
     std::size_t Substitutions() const;
 
 private:

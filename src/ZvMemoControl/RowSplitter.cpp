@@ -101,7 +101,6 @@ void TRowSplitter::Feed(TZvDecoder& decoder, std::string_view bytes, bool last) 
         data = Reserve(n);
         std::memcpy(data, rest.data(), n * sizeof(char16_t));
     }
-    FSubstituted = FSubstituted || decoder.Substitutions() > 0;
     Commit(n, last);
 }
 

@@ -35,7 +35,6 @@ public:
     std::int64_t CrCount() const { return FCr; }
     bool HasTabs() const { return FHasTabs; }
     std::int32_t LongestLine() const { return FLongest; }
-    bool Substituted() const { return FSubstituted; }
     // Bits of the line end most recently read (CR 1, LF 2), 0 when none was read.
     std::uint32_t LastBits() const { return FLastBits; }
 
@@ -62,7 +61,6 @@ private:
     std::int64_t FLineLength = 0;
     std::int32_t FLongest = 0;
     bool FHasTabs = false;
-    bool FSubstituted = false;
 };
 
 } // namespace zv

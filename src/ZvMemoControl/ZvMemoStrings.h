@@ -251,9 +251,14 @@ public:
     std::int64_t CurrentStreamPos() const { return FCurrentStreamPos; }
     bool IllegalControlCodes() const { return FIllegalControlCodes; }
     void SetIllegalControlCodes(bool on) { FIllegalControlCodes = on; }
-    // True when the last load had to substitute bytes it could not decode, or the last save
-    // characters the code page cannot hold.
+    // True when the last save wrote "?" for characters the code page cannot hold.
     bool Lossy() const { return FLossy; }
+    // Bytes the last load could not decode: each is kept in the text as an escape (U+DC80 to
+    // U+DCFF) and saved back as that byte; an odd last byte of UTF-16 counts as one.
+    std::int64_t InvalidBytesKept() const { return FInvalidBytes; }
+    // The odd last byte of a UTF-16 file (-1: none), written back after the text while the
+    // document stays in UTF-16.
+    int TrailingByte() const { return FTrailingByte; }
     bool MonitorLogFile() const { return FMonitorLogFile; }
     void SetMonitorLogFile(bool on) { FMonitorLogFile = on; }
 
@@ -338,6 +343,8 @@ private:
     bool FMonitorLogFile = false;
     bool FIllegalControlCodes = false;
     bool FLossy = false;
+    std::int64_t FInvalidBytes = 0;
+    int FTrailingByte = -1; // Invariant: -1 or 0..255
     // Real-line cache of GetWrapIndex: the last answer (line FRealLine starts at FWrapLine).
     int FRealLine = 0, FWrapLine = 0;
 };

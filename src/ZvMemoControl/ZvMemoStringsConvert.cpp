@@ -53,6 +53,8 @@ void TZvMemoStrings::AssignSilent(const TZvMemoStrings& source) {
     FCodePage = source.FCodePage;
     FUseBOM = source.FUseBOM;
     FSysTextType = source.FSysTextType;
+    FTrailingByte = source.FTrailingByte;
+    FInvalidBytes = source.FInvalidBytes;
 }
 
 void TZvMemoStrings::Assign(const TZvMemoStrings& source) {

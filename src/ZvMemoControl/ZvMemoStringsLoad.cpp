@@ -117,6 +117,8 @@ bool TZvMemoStrings::LoadFromStream(TZvInStream& stream) {
     FInString = false;
     FLastError.clear();
     FLossy = false;
+    FInvalidBytes = 0;
+    FTrailingByte = -1;
     const std::int64_t start = stream.Position();
     const std::int64_t size = stream.Size() - start;
     if (size < 0)
@@ -196,8 +198,13 @@ void TZvMemoStrings::LoadSlices(TZvInStream& stream, std::uint32_t codePage, boo
     const std::int64_t begin = stream.Position();
     std::int64_t end = stream.Size();
     const bool wide = codePage == cpUTF16LE || codePage == cpUTF16BE;
-    if (wide && (end - begin) % 2)
-        --end; // an odd UTF-16 file loses its last byte
+    if (wide && (end - begin) % 2) {
+        // No character holds the odd last byte: it is kept aside and written back after the text.
+        unsigned char last = 0;
+        stream.Seek(--end);
+        if (stream.Read(reinterpret_cast<char*>(&last), 1) == 1)
+            FTrailingByte = last;
+    }
     stream.Seek(begin);
     TZvDecoder decoder(codePage);
     TRowSplitter splitter(*this, ansiBreaks,
@@ -219,7 +226,7 @@ void TZvMemoStrings::LoadSlices(TZvInStream& stream, std::uint32_t codePage, boo
             OnProgress(position, FSize);
     }
     splitter.Finish();
-    FLossy = splitter.Substituted();
+    FInvalidBytes = static_cast<std::int64_t>(decoder.Substitutions()) + (FTrailingByte >= 0);
     FLineEndCounts = {splitter.CrLfCount(), splitter.LfCount(), splitter.CrCount()};
     ApplyLineEndVerdict(splitter.CrLfCount(), splitter.LfCount(), splitter.CrCount());
     memo.FHasTabs = splitter.HasTabs();

@@ -231,6 +231,10 @@ void TZvMemoStrings::SaveTextToStream(TZvOutStream& stream) {
             stream.Write("\xEF\xBB\xBF", 3);
     }
     WriteRows(stream, cp);
+    if (FTrailingByte >= 0 && (cp == cpUTF16LE || cp == cpUTF16BE) && !Memo().FBinaryMode) {
+        const char byte = static_cast<char>(FTrailingByte);
+        stream.Write(&byte, 1);
+    }
     FCurrentStreamPos = stream.Size();
 }
 

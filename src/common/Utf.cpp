@@ -69,7 +69,7 @@ void AppendUtf8(std::string& out, char32_t cp) {
 
 std::u16string Utf8ToUtf16(std::string_view utf8) {
     std::u16string out(utf8.size() + 4, u'\0');
-    TUtf8Decoder decoder;
+    TUtf8Decoder decoder(TUtf8Decoder::TInvalid::Replace);
     out.resize(decoder.Decode(utf8, true, out.data()));
     return out;
 }

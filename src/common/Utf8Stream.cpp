@@ -101,8 +101,14 @@ std::size_t TUtf8Decoder::DecodeRun(const unsigned char* p, const unsigned char*
         }
         if (read.AtEnd && !flush)
             break; // incomplete at the end: wait for more bytes
-        *out++ = 0xFFFD;
-        ++FSubstitutions;
+        if (FInvalid == TInvalid::Replace) {
+            *out++ = 0xFFFD;
+            ++FSubstitutions;
+        } else { // each byte is kept as an escape, so it is written back as it was
+            for (int k = 0; k < read.Valid; ++k)
+                *out++ = EscapeByte(p[k]);
+            FSubstitutions += static_cast<std::size_t>(read.Valid);
+        }
         p += read.Valid;
     }
     consumed = static_cast<std::size_t>(p - start);
@@ -183,6 +189,8 @@ char* EncodeUtf8(std::u16string_view text, bool flush, char16_t& pendingHigh, ch
             o = PutUtf8(o, 0x10000 + ((c - 0xD800u) << 10) + (text[i++] - 0xDC00u));
         } else if ((c & 0xFC00) == 0xD800 && i == n && !flush) {
             pendingHigh = c;
+        } else if (IsByteEscape(c)) {
+            *o++ = static_cast<char>(c & 0xFF); // a byte that was not UTF-8 when read
         } else {
             *o++ = '?';
             ++substitutions;

@@ -2,6 +2,8 @@
 // a huge document scrolls and repaints as fast as a small one.
 #include "ui/EditorWidget.h"
 
+#include "common/Utf8Stream.h"
+
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "shell/Language.h"
 #include "ui/RunPainter.h"
@@ -24,6 +26,9 @@ namespace {
 const QColor kSelectionBack(0xAD, 0xD6, 0xFF);
 // Tag pair highlight (HTML and XML): a translucent box over the tag names.
 const QColor kTagPairBack(0xFF, 0xD7, 0x00, 0x60);
+// A byte the file's encoding could not read, kept as it is: an opaque red box, so that it is
+// never mistaken for a character.
+const QColor kInvalidByteBack(0xE0, 0x30, 0x30);
 
 TEditorServices ServicesOf(ITextMeasure& measure, IClipboard& clipboard, ITimerFactory& timers,
                            IPrompt& prompt) {
@@ -345,6 +350,13 @@ void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
     markTag(FTags.StartY, FTags.StartX, FTags.StartLen);
     markTag(FTags.StartEndY, FTags.StartEndX, FTags.StartEndLen);
     markTag(FTags.EndY, FTags.EndX, FTags.EndLen);
+    if (FLines->InvalidBytesKept() > 0) // only such documents pay for the look
+        for (std::size_t i = 0; i < text.size(); ++i)
+            if (IsByteEscape(text[i])) {
+                const qreal x1 = runPainter.ColumnX(text, static_cast<int>(i));
+                const qreal x2 = runPainter.ColumnX(text, static_cast<int>(i) + 1);
+                painter.fillRect(QRectF(left + x1, y, x2 - x1, lineHeight), kInvalidByteBack);
+            }
     if (FOnRowPainted)
         FOnRowPainted(row, runs);
     const int width = static_cast<int>(FMeasure.TextWidth(text));

@@ -157,6 +157,8 @@ void TMainWindow::UpdateStatus() {
         mode << tr("Read-only");
     if (editor->IsModified())
         mode << tr("Modified");
+    if (editor->Lines()->InvalidBytesKept() > 0)
+        mode << tr("Invalid bytes kept");
     if (editor->Scan() && editor->Scan()->Styles())
         mode << QString::fromStdU16String(editor->Scan()->Styles()->FSyntaxName);
     FStatusMode->setText(mode.join(QStringLiteral("  ")));

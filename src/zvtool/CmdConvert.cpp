@@ -88,9 +88,12 @@ int RunConvert(const std::vector<std::string>& args) {
         std::fprintf(stderr, "zvtool convert: %s\n", error.c_str());
         return 1;
     }
-    if (store.Lossy())
-        std::fprintf(stderr, "zvtool convert: warning: some bytes of \"%s\" are not valid %s\n",
-                     options.Files[0].c_str(), CodePageName(store.CodePage()).c_str());
+    if (store.InvalidBytesKept() > 0)
+        std::fprintf(stderr,
+                     "zvtool convert: warning: %lld bytes of \"%s\" are not valid %s; they are "
+                     "written as they are\n",
+                     static_cast<long long>(store.InvalidBytesKept()), options.Files[0].c_str(),
+                     CodePageName(store.CodePage()).c_str());
     const bool hadBom = store.UseBOM();
     store.SetCodePage(*options.To);
     store.SetUseBOM(options.Bom ? *options.Bom && CanHaveBom(*options.To)

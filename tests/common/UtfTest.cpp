@@ -82,13 +82,17 @@ TEST(Utf, DecodingAgreesWithIcuOnBrokenBytes) {
     }
 }
 
-TEST(Utf, StreamingInRandomSlicesEqualsDecodingWhole) {
+// Slices cut anywhere decode as the whole does, in both modes; kept escapes encode back to
+// exactly the bytes read.
+TEST(Utf, StreamingInRandomSlicesEqualsDecodingWholeAndEscapesSaveBack) {
+    using TInvalid = TUtf8Decoder::TInvalid;
     std::mt19937 rng(5);
     for (int round = 0; round < 5000; ++round) {
         std::string bytes;
         for (int i = 0; i < 6; ++i)
             bytes += RandomBytes(rng);
-        TUtf8Decoder decoder;
+        const TInvalid mode = round % 2 ? TInvalid::Replace : TInvalid::Escape;
+        TUtf8Decoder decoder(mode);
         std::u16string streamed;
         std::size_t at = 0;
         while (at <= bytes.size()) {
@@ -107,7 +111,19 @@ TEST(Utf, StreamingInRandomSlicesEqualsDecodingWhole) {
                 break;
             }
         }
-        ASSERT_EQ(streamed, Utf8ToUtf16(bytes)) << "round " << round;
+        if (mode == TInvalid::Replace) {
+            ASSERT_EQ(streamed, Utf8ToUtf16(bytes)) << "round " << round;
+            continue;
+        }
+        std::u16string whole(bytes.size() + 4, u'\0');
+        whole.resize(TUtf8Decoder().Decode(bytes, true, whole.data()));
+        ASSERT_EQ(streamed, whole) << "round " << round;
+        std::string saved;
+        char16_t pendingHigh = 0;
+        std::size_t substitutions = 0;
+        EncodeUtf8(streamed, true, pendingHigh, saved, substitutions);
+        ASSERT_EQ(saved, bytes) << "round " << round;
+        ASSERT_EQ(substitutions, 0u);
     }
 }
 

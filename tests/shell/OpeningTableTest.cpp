@@ -14,6 +14,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <random>
 
 namespace fs = std::filesystem;
 
@@ -101,6 +102,88 @@ TEST(OpeningTable, EachKindOfFileOpensAsTheDecisionTreeSays) {
     EXPECT_FALSE(helper.LoadFile(args)) << "a folder is no document";
     EXPECT_EQ(helper.Documents().size(), open);
     EXPECT_EQ(prompt.Log().size(), 2u) << "one question, one message";
+}
+
+// Bytes of every kind, valid or not: UTF-8 (broken, cut at the end, behind a BOM, broken only
+// past the detection sample), UTF-16 with a BOM (even and odd length), and legacy bytes.
+std::string RandomFileBytes(std::mt19937& rng, int kind) {
+    static const std::vector<std::string> pieces = {"a",
+                                                    "\n",
+                                                    "\r\n",
+                                                    "\r",
+                                                    "\t",
+                                                    "\xC3\xA9",
+                                                    "\xE2\x82\xAC",
+                                                    "\xF0\x9F\x98\x80",
+                                                    "\x80",
+                                                    "\xC3",
+                                                    "\xE2\x82",
+                                                    "\xFF",
+                                                    "\xED\xA0\x80",
+                                                    "\xC0\xAF",
+                                                    "\xF4\x90\x80\x80",
+                                                    "\0"};
+    std::string bytes;
+    const int n = static_cast<int>(rng() % 40);
+    for (int i = 0; i < n; ++i)
+        bytes += pieces[rng() % pieces.size()];
+    switch (kind) {
+    case 0: // as it comes
+        return bytes;
+    case 1:
+        return "\xEF\xBB\xBF" + bytes;
+    case 2: // valid UTF-8 for a long stretch, then broken (past any sample), cut at the end
+        return std::string(60000 + rng() % 600000, 'x') + "\xC3\xA9" + bytes + "\xE2\x82";
+    case 3:
+    case 4: { // UTF-16 with its BOM, of any length
+        std::string wide = kind == 3 ? "\xFF\xFE" : "\xFE\xFF";
+        for (int i = static_cast<int>(rng() % 60); i > 0; --i)
+            wide += static_cast<char>(rng() % 3 ? rng() % 128 : rng() % 256);
+        return wide;
+    }
+    default: { // any byte at all
+        std::string any;
+        for (int i = static_cast<int>(rng() % 80); i > 0; --i)
+            any += static_cast<char>(rng() % 256);
+        return any;
+    }
+    }
+}
+
+// Whatever the bytes, opening a file as the window does and saving it writes the same bytes
+// back; what did not decode is counted as kept, where `iconv` also refuses it as UTF-8.
+TEST(OpeningTable, AnyFileSavesBackItsOwnBytes) {
+    zvtest::TheApp<QCoreApplication>();
+    zvtest::TTempDir temp{"zv-open-bytes"};
+    zv::THeadlessPrompt prompt{false};
+    zv::TMainFormHelper helper{prompt};
+    zv::TMemIniFileW settings;
+    settings.WriteInteger("EditorMisc", "DefaultEncoding", 65001);
+    helper.SetCustomize(settings);
+    std::mt19937 rng(13);
+    for (int round = 0; round < 400; ++round) {
+        const int kind = round % 6;
+        const std::string bytes = RandomFileBytes(rng, kind);
+        const fs::path file = temp / ("f" + std::to_string(round) + ".txt");
+        zvtest::WriteAll(file, bytes);
+        zv::TLoadFileArgs args;
+        args.FileName = file.string();
+        if ((kind == 3 || kind == 4) && round % 4 < 2) // as "reopen as" UTF-16 asks
+            args.CodePage = kind == 3 ? 1200 : 1201;
+        ASSERT_TRUE(helper.LoadFile(args)) << "round " << round;
+        zv::TDocument& doc = *helper.ActiveDocument();
+        ASSERT_TRUE(helper.SaveFile(&doc)) << "round " << round;
+        ASSERT_EQ(zvtest::ReadAll(file), bytes) << "round " << round << ", kind " << kind;
+        if (doc.Lines->CodePage() == 65001 && !doc.Lines->Memo().FBinaryMode && round % 8 == 0) {
+            const std::string body = bytes.substr(doc.Lines->UseBOM() ? 3 : 0);
+            zvtest::WriteAll(file, body);
+            const bool iconvRefuses =
+                std::system(("iconv -f UTF-8 -t UTF-16LE '" + file.string() + "' >/dev/null 2>&1")
+                                .c_str()) != 0;
+            EXPECT_EQ(doc.Lines->InvalidBytesKept() > 0, iconvRefuses) << "round " << round;
+        }
+        helper.CloseDocument(static_cast<int>(helper.Documents().size()) - 1);
+    }
 }
 
 } // namespace

@@ -160,6 +160,21 @@ TEST_F(EditorColoursTest, HtmlFileShowsTagsAndMarksTheTagPair) {
     EXPECT_EQ(PixelsOf(editor, 2, mark), 0);
 }
 
+// Bytes a file's encoding cannot read show as red boxes, one per byte, and only they do.
+TEST_F(EditorColoursTest, BytesThatDoNotDecodeArePaintedApart) {
+    const QColor red(0xE0, 0x30, 0x30);
+    auto* broken = Open("broken.txt", "\xEF\xBB\xBFok\n\xFF\xFE\xFD\xFC\xFB\xFA after\n");
+    ASSERT_NE(broken, nullptr);
+    EXPECT_EQ(broken->Lines()->InvalidBytesKept(), 6);
+    EXPECT_EQ(PixelsOf(broken, 0, red), 0) << "a row of valid text";
+    const int six = PixelsOf(broken, 1, red);
+    auto* fewer = Open("fewer.txt", "\xEF\xBB\xBFok\n\xFF\xFE\xFD after\n");
+    ASSERT_NE(fewer, nullptr);
+    const int three = PixelsOf(fewer, 1, red);
+    EXPECT_GT(three, 50);
+    EXPECT_NEAR(six, 2 * three, three / 4) << "a box per byte";
+}
+
 // The first sweep of a big file runs beside the window: the event loop keeps turning, keys
 // typed meanwhile (a new row included) are handled at once, and the sweep still ends with
 // the states a fresh scan gives.
