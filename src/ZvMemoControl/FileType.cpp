@@ -2,13 +2,13 @@
 #include "ZvMemoControl/FileType.h"
 
 #include "ZvMemoControl/CodePages.h"
+#include "ZvMemoControl/Streams.h"
 
 #include <unicode/ucsdet.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cstring>
-#include <fstream>
 
 namespace zv {
 namespace {
@@ -168,10 +168,9 @@ TFileType ClassifyFileHead(std::string_view head, const std::string& fileName, T
 
 TFileType IsFileType(const std::string& fileName, TFileOpenAs openAs,
                      const TFileTypeOptions& options) {
-    std::ifstream in(fileName, std::ios::binary);
+    TZvFileInStream in(fileName); // never waits on a pipe: such a file reads as empty here
     std::string head(4096, '\0');
-    in.read(head.data(), static_cast<std::streamsize>(head.size()));
-    head.resize(static_cast<std::size_t>(std::max<std::streamsize>(in.gcount(), 0)));
+    head.resize(in.Ok() ? in.Read(head.data(), head.size()) : 0);
     return ClassifyFileHead(head, fileName, openAs, options);
 }
 
@@ -245,11 +244,10 @@ TUtf8Verdict TestUTF8(std::string_view sample, bool sampleCut) {
 }
 
 bool FileMayBeUTF8(const std::string& fileName) {
-    std::ifstream in(fileName, std::ios::binary);
+    TZvFileInStream in(fileName);
     char block[128];
     std::size_t good = 0, bad = 0;
-    while (in.read(block, sizeof block) || in.gcount() > 0) {
-        const auto n = static_cast<std::size_t>(in.gcount());
+    for (std::size_t n; in.Ok() && (n = in.Read(block, sizeof block)) > 0;) {
         for (std::size_t i = 1; i < n; ++i) {
             const auto b = static_cast<unsigned char>(block[i]);
             const auto prev = static_cast<unsigned char>(block[i - 1]);

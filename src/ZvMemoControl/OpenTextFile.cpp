@@ -2,22 +2,20 @@
 #include "ZvMemoControl/OpenTextFile.h"
 
 #include "ZvMemoControl/CodePages.h"
+#include "ZvMemoControl/Streams.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
-
-#include <fstream>
 
 namespace zv {
 
 bool OpenTextFile(TZvMemoStrings& store, const std::string& fileName, std::uint32_t codePage,
                   TFileType& type, std::string& error, const TFileTypeOptions& options) {
-    std::ifstream in(fileName, std::ios::binary);
-    if (!in) {
-        error = "Cannot open the file \"" + fileName + "\".";
+    TZvFileInStream in(fileName); // refuses pipes, devices and folders at once
+    if (!in.Ok()) {
+        error = "Cannot open the file \"" + fileName + "\": " + in.Error();
         return false;
     }
     std::string head(65536, '\0');
-    in.read(head.data(), static_cast<std::streamsize>(head.size()));
-    head.resize(static_cast<std::size_t>(in.gcount()));
+    head.resize(in.Read(head.data(), head.size()));
     type = ClassifyFileHead(std::string_view(head).substr(0, 4096), fileName, foNone, options);
     if (type.Kind == 1 || type.Kind == 2 || type.Kind == 4) {
         error = "The file \"" + fileName + "\" is an encrypted document.";

@@ -1,6 +1,8 @@
 // File and memory streams for the codec.
 #include "ZvMemoControl/Streams.h"
 
+#include "common/RegularFile.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,9 +24,27 @@ std::size_t TZvMemoryInStream::Read(char* buffer, std::size_t count) {
 }
 
 TZvFileInStream::TZvFileInStream(const std::string& fileName) {
-    FFd = ::open(fileName.c_str(), O_RDONLY | O_CLOEXEC);
-    if (FFd < 0)
-        FError = std::strerror(errno);
+    FFd = OpenRegularFile(fileName, FError);
+    if (FFd < 0 || Size() > 0)
+        return;
+    // A size of 0 may be a file that cannot know its size: what it gives is its content.
+    FUnsized = true;
+    char buffer[65536];
+    for (;;) {
+        const ssize_t n = ::read(FFd, buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            break;
+        FContent.append(buffer, static_cast<std::size_t>(n));
+        if (static_cast<std::int64_t>(FContent.size()) > kUnsizedLimit) {
+            FError = "\"" + fileName + "\" does not tell its size and gives more than " +
+                     std::to_string(kUnsizedLimit >> 20) + " MB: it cannot be opened.";
+            ::close(FFd);
+            FFd = -1;
+            return;
+        }
+    }
 }
 
 TZvFileInStream::~TZvFileInStream() {
@@ -33,6 +53,8 @@ TZvFileInStream::~TZvFileInStream() {
 }
 
 std::int64_t TZvFileInStream::Size() const {
+    if (FUnsized)
+        return static_cast<std::int64_t>(FContent.size());
     struct stat st {};
     if (FFd < 0 || ::fstat(FFd, &st) != 0)
         return 0;
@@ -40,6 +62,14 @@ std::int64_t TZvFileInStream::Size() const {
 }
 
 std::size_t TZvFileInStream::Read(char* buffer, std::size_t count) {
+    if (FUnsized) {
+        const std::size_t at = static_cast<std::size_t>(std::min(FPosition, Size()));
+        const std::size_t n = std::min(count, FContent.size() - at);
+        if (n) // an empty file has no data pointer to copy from
+            std::memcpy(buffer, FContent.data() + at, n);
+        FPosition += static_cast<std::int64_t>(n);
+        return n;
+    }
     std::size_t done = 0;
     while (done < count) {
         const ssize_t n = ::pread(FFd, buffer + done, count - done, FPosition);

@@ -42,9 +42,15 @@ public:
     std::int64_t Size() const override;
     std::size_t Read(char* buffer, std::size_t count) override;
 
+    // Files that tell no size (those of /proc and /sys say 0) are read whole at opening, up
+    // to this many bytes; a larger one is refused with a message.
+    static constexpr std::int64_t kUnsizedLimit = 64 << 20;
+
 private:
     int FFd = -1;
     std::string FError;
+    bool FUnsized = false; // the content is FContent, read at opening
+    std::string FContent;
 };
 
 class TZvOutStream {

@@ -1,6 +1,7 @@
 // Whole-file reads and crash-safe whole-file writes.
 #include "common/AtomicFile.h"
 
+#include "common/RegularFile.h"
 #include "common/Trace.h"
 
 #include <atomic>
@@ -182,7 +183,8 @@ std::optional<std::string> ReadWholeDescriptor(int fd) {
 }
 
 std::optional<std::string> ReadWholeFile(const fs::path& file) {
-    const TFd fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    std::string why;
+    const TFd fd(OpenRegularFile(file.string(), why)); // a pipe would hang the reader
     if (fd.Get() < 0)
         return std::nullopt;
     return ReadWholeDescriptor(fd.Get());

@@ -10,7 +10,8 @@
 
 namespace zv {
 
-// The file's bytes, or nullopt if it cannot be opened or read (errno tells why).
+// The file's bytes, or nullopt if it cannot be opened or read, or is not a plain file (a pipe,
+// a device, a folder: refused at once, never waited on).
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
 // The whole content of an open file, read from offset 0 whatever its position.
 std::optional<std::string> ReadWholeDescriptor(int fd);

@@ -5,6 +5,7 @@
 #include "ZvMemoControl/DocumentSave.h"
 #include "ZvMemoControl/OpenTextFile.h"
 #include "common/ActionTrace.h"
+#include "common/RegularFile.h"
 #include "common/Trace.h"
 #include "common/Utf.h"
 #include "shell/Language.h"
@@ -176,6 +177,12 @@ bool TMainFormHelper::LoadFile(const TLoadFileArgs& args) {
         AddDocument(std::move(doc));
         ActionTraceListAdd("LoadFile", "new " + path);
         return true;
+    }
+    // Refused before a tab exists: a deferred read of a pipe would wait for a writer.
+    if (const std::string kind = NotRegularFileKind(path); !kind.empty()) {
+        FPrompt.ShowMessage(LangText("Messages", "011", "Could not open the file!") + "\n\"" +
+                            path + "\"\n" + NotRegularFileMessage(kind));
+        return false;
     }
     auto doc = std::make_unique<TDocument>();
     doc->FFilePath = path;

@@ -23,8 +23,7 @@ int RunInfo(const std::vector<std::string>& args) {
         std::fprintf(stderr, "zvtool info: %s\n", error.c_str());
         return 1;
     }
-    std::error_code ec;
-    const auto size = std::filesystem::file_size(args[0], ec);
+    const auto size = store.CurrentStreamPos(); // the bytes read: files of /proc tell none
     int lines = 0;
     for (int row = 0; row < store.Count(); ++row)
         lines += store.IsLineWrapped(row) ? 0 : 1;
@@ -32,6 +31,7 @@ int RunInfo(const std::vector<std::string>& args) {
     std::printf("size: %llu\n", static_cast<unsigned long long>(size));
     std::printf("rows: %d\n", store.Count());
     std::printf("lines: %d\n", lines);
+    std::printf("invalid-bytes: %lld\n", static_cast<long long>(store.InvalidBytesKept()));
     std::printf("codepage: %u\n", store.CodePage());
     std::printf("encoding: %s\n", CodePageName(store.CodePage()).c_str());
     std::printf("bom: %s\n", store.UseBOM() ? "yes" : "no");

@@ -7,9 +7,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <random>
+
+#include <QElapsedTimer>
+
+#include <cstring>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -142,6 +151,55 @@ TEST_F(HeadlessRun, DamagedSettingsComeBackFromTheBackupOfTheLastGoodStart) {
     EXPECT_EQ(zv::TMemIniFileW(settings).ReadString("Customize", "Marker", ""), "edited by hand");
     EXPECT_TRUE(SameBytes(settings, backup));
     EXPECT_EQ(zvtest::ReadAll(dir / "root" / "Zevrit.ini.damaged"), garbage);
+}
+
+// Only plain files open: a named pipe, a socket, a device and a folder named on the command
+// line are each refused with a message at once (a pipe used to wait for a writer for ever),
+// the device stays a device, and the plain file beside them still loads and saves.
+TEST_F(HeadlessRun, SpecialFilesAreRefusedAtOnceAndFilesWithoutASizeReadWhole) {
+    const fs::path pipe = dir / "files" / "pipe", socketPath = dir / "files" / "sock";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const int sock = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, socketPath.c_str(), sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(sock, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const std::string plain = "plain text\n";
+    const fs::path ok = Write("ok.txt", plain);
+    QElapsedTimer clock;
+    clock.start();
+    const auto result = Run({"-headless", QString::fromStdString(pipe.string()),
+                             QString::fromStdString(socketPath.string()), "/dev/null",
+                             QString::fromStdString((dir / "files").string()),
+                             QString::fromStdString(ok.string())});
+    ::close(sock);
+    ASSERT_TRUE(result.finished) << "no wait on the pipe";
+    EXPECT_LT(clock.elapsed(), 10000);
+    EXPECT_EQ(result.exitCode, 1);
+    for (const char* kind : {"named pipe (FIFO)", "a socket", "character device", "a folder"})
+        EXPECT_NE(result.err.find(kind), std::string::npos) << kind << " in " << result.err;
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    EXPECT_TRUE(fs::is_fifo(pipe));
+    EXPECT_EQ(zvtest::ReadAll(ok), plain);
+
+    // zvtool too; a file of /proc says its size is 0 yet has rows, and is read to its end.
+    const auto info = [&](const std::string& file) {
+        return zvtest::RunProgram(ZV_TOOL_PATH, {"info", QString::fromStdString(file)},
+                                  QProcessEnvironment::systemEnvironment(), 10000);
+    };
+    const auto piped = info(pipe.string());
+    ASSERT_TRUE(piped.finished);
+    EXPECT_EQ(piped.exitCode, 1);
+    EXPECT_NE(piped.err.find("named pipe"), std::string::npos) << piped.err;
+    const auto proc = info("/proc/self/mounts");
+    ASSERT_TRUE(proc.finished);
+    EXPECT_EQ(proc.exitCode, 0) << proc.err;
+    const std::string mounts = zvtest::ReadAll("/proc/self/mounts"); // the same for both
+    ASSERT_FALSE(mounts.empty());
+    EXPECT_NE(proc.out.find("size: " + std::to_string(mounts.size()) + "\n"), std::string::npos)
+        << proc.out;
+    const auto rows = std::count(mounts.begin(), mounts.end(), '\n') + 1;
+    EXPECT_NE(proc.out.find("rows: " + std::to_string(rows) + "\n"), std::string::npos) << proc.out;
 }
 
 } // namespace
