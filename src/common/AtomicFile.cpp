@@ -193,6 +193,9 @@ std::optional<std::string> ReadWholeFile(const fs::path& file) {
 bool WriteFileAtomically(const fs::path& target, const TFileContentWriter& write,
                          std::string* error) {
     const fs::path real = ResolveSymlinks(target);
+    // A pipe or a device node is not a file to replace: renaming over it would destroy it.
+    if (const std::string kind = NotRegularFileKind(real.string()); !kind.empty())
+        return Fail(real, "checking the target", NotRegularFileMessage(kind), error);
     fs::path temp;
     TFd fd(CreateTemp(real, temp));
     if (fd.Get() < 0)

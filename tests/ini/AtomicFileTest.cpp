@@ -91,11 +91,19 @@ TEST(AtomicWrite, FollowsLinksAndKeepsMode) {
     EXPECT_EQ(test::FolderNames(dir / "real"), std::vector<std::string>{"Zevrit.ini"});
 }
 
-TEST(AtomicWrite, MissingFolderFailsCleanly) {
+TEST(AtomicWrite, MissingFolderOrATargetThatIsNoFileFailsCleanly) {
     test::TTempDir dir;
     std::string error;
     EXPECT_FALSE(WriteFileAtomically(dir / "no/such/folder/x.ini", "x", &error));
     EXPECT_NE(error.find("No such file"), std::string::npos) << error;
+    // A named pipe (or a device) in the file's place stays what it is.
+    const auto pipe = dir / "pipe.ini";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_FALSE(WriteFileAtomically(pipe, "x", &error));
+    EXPECT_NE(error.find("named pipe"), std::string::npos) << error;
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+    EXPECT_EQ(test::FolderNames(dir.Path()), std::vector<std::string>{"pipe.ini"})
+        << "no stray file";
 }
 
 } // namespace
