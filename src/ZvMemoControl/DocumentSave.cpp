@@ -1,6 +1,8 @@
 // Document saves: trims, numbered backups, atomic write.
 #include "ZvMemoControl/DocumentSave.h"
 
+#include "common/AtomicFile.h"
+
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "ZvMemoControl/ZvUniUtils.h"
 
@@ -135,12 +137,18 @@ TZvSaveResult SaveDocument(TZvMemoStrings& store, const std::string& fileName,
         ApplySaveTrims(store, options);
     if (options.KeepAsIs && options.SkipIfUnchanged && options.Unchanged)
         return TZvSaveResult::Skipped;
-    if (options.MakeBackup && !MakeBackup(fileName, options, error))
+    std::error_code ec;
+    const bool strangeLink = !options.FollowLinks && fs::is_symlink(fileName, ec);
+    if (options.MakeBackup && !strangeLink && !MakeBackup(fileName, options, error))
         return TZvSaveResult::Failed;
-    if (!store.SaveToFile(fileName)) {
+    TAtomicWriteOptions write;
+    write.FollowLinks = options.FollowLinks;
+    if (!store.SaveToFile(fileName, &write)) {
         error = store.LastError();
         return TZvSaveResult::Failed;
     }
+    if (options.WroteInPlace)
+        *options.WroteInPlace = write.WroteInPlace;
     return TZvSaveResult::Written;
 }
 

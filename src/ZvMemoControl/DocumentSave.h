@@ -18,6 +18,11 @@ struct TZvSaveOptions {
     bool SkipIfUnchanged = false; // with KeepAsIs: an unchanged document is not written
     bool Unchanged = false;       // the control's undo list says nothing changed since saving
     bool ForceTrim = false;       // trims even with KeepAsIs
+    // False: a symbolic link now at the path is replaced, not followed (the document was not
+    // opened through one); no backup is made of what it points to.
+    bool FollowLinks = true;
+    // Set when given: the file has other hard links and was rewritten in place.
+    bool* WroteInPlace = nullptr;
     // A folder path, or a name of a subfolder beside the file; empty: beside the file.
     std::string BackupFolder;
     int MaxBackupFiles = 1; // backups of one file kept after this save, at least 1

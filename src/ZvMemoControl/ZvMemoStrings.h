@@ -17,6 +17,8 @@
 
 namespace zv {
 
+struct TAtomicWriteOptions;
+
 class TZvInStream;
 class TZvOutStream;
 class TZvDecoder;
@@ -213,10 +215,11 @@ public:
     bool LoadFromFile(const std::string& fileName, bool clearUndo = true);
     bool LoadFromStream(TZvInStream& stream);
     bool LoadFromBytes(std::string_view bytes);
-    // Writes atomically (temporary file beside the target, fsync, mode and owner kept,
-    // symlinks followed, rename). On failure the file on disk is untouched, LastError() says
-    // why, and false is returned.
-    bool SaveToFile(const std::string& fileName);
+    // Writes atomically (temporary file beside the target, fsync, mode, owner and extended
+    // attributes kept, rename; a file with other hard links in place), symlinks followed
+    // unless `options` says otherwise. On failure the file on disk is untouched, LastError()
+    // says why, and false is returned.
+    bool SaveToFile(const std::string& fileName, TAtomicWriteOptions* options = nullptr);
     // True when the code page of the next save can hold every character of the text (always
     // for the Unicode forms and the byte views); a dry run of the encoder, nothing written.
     bool FitsCodePage();

@@ -244,7 +244,7 @@ std::string TZvMemoStrings::SaveToBytes() {
     return std::move(out.Bytes());
 }
 
-bool TZvMemoStrings::SaveToFile(const std::string& fileName) {
+bool TZvMemoStrings::SaveToFile(const std::string& fileName, TAtomicWriteOptions* options) {
     FLastError.clear();
     FSaveUnicode = FCodePage == cpUTF16LE;
     FSaveBigUnicode = FCodePage == cpUTF16BE;
@@ -262,7 +262,8 @@ bool TZvMemoStrings::SaveToFile(const std::string& fileName) {
         out.Flush();
         return true;
     };
-    return WriteFileAtomically(fileName, writeRows, &FLastError);
+    TAtomicWriteOptions defaults;
+    return WriteFileAtomically(fileName, writeRows, options ? *options : defaults, &FLastError);
 }
 
 void TZvMemoStrings::SaveToStream(TZvOutStream& stream) {

@@ -1,12 +1,15 @@
 // Whole-file reads and crash-safe whole-file writes.
 #include "common/AtomicFile.h"
 
+#include "common/FileMetadata.h"
 #include "common/RegularFile.h"
+#include "common/TempFiles.h"
 #include "common/Trace.h"
 
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -21,7 +24,6 @@ namespace fs = std::filesystem;
 namespace {
 
 std::atomic<TAtomicStep> gInjectedFailure{TAtomicStep::None};
-std::atomic<unsigned> gTempCounter{0};
 
 // Closes a descriptor on every path out of a function.
 class TFd {
@@ -67,36 +69,6 @@ bool WriteAll(int fd, std::string_view bytes) {
             return false;
         bytes.remove_prefix(static_cast<size_t>(n));
     }
-    return true;
-}
-
-// A new, exclusive file beside target: ".name.<pid>.<n>.tmp". Hidden, so a folder listing
-// does not show it while the write is under way.
-int CreateTemp(const fs::path& target, fs::path& temp) {
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-        temp = target.parent_path() /
-               ("." + target.filename().string() + "." + std::to_string(::getpid()) + "." +
-                std::to_string(gTempCounter.fetch_add(1) ^ static_cast<unsigned>(stamp)) + ".tmp");
-        const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (fd >= 0 || errno != EEXIST)
-            return fd;
-    }
-    return -1;
-}
-
-// Gives the temporary file the mode and owner of the file it replaces. Only a privileged
-// user may give a file away; then the group is kept where we belong to it.
-bool KeepModeAndOwner(int fd, const fs::path& real) {
-    struct stat old {};
-    if (::stat(real.c_str(), &old) != 0)
-        return true; // a new file
-    if (::fchmod(fd, old.st_mode & 07777) != 0)
-        return false;
-    struct stat now {};
-    if (::fstat(fd, &now) == 0 && (now.st_uid != old.st_uid || now.st_gid != old.st_gid))
-        if (::fchown(fd, old.st_uid, old.st_gid) != 0)
-            (void)::fchown(fd, static_cast<uid_t>(-1), old.st_gid);
     return true;
 }
 
@@ -150,6 +122,80 @@ bool RunWriter(const TFileContentWriter& write, int fd, std::string& why) {
     return false;
 }
 
+// The mode of a new file: 0666 less the umask, as open() would give it. The umask is read,
+// not set and set back, which would race with other threads creating files.
+mode_t NewFileMode() {
+    static const mode_t mask = [] {
+        unsigned value = 022;
+        if (FILE* status = std::fopen("/proc/self/status", "r")) {
+            char line[256];
+            while (std::fgets(line, sizeof line, status))
+                if (std::sscanf(line, "Umask: %o", &value) == 1)
+                    break;
+            std::fclose(status);
+        }
+        return static_cast<mode_t>(value);
+    }();
+    return 0666 & ~mask;
+}
+
+// Copies all of `from` into `to` from offset 0 and cuts `to` there; false with errno set.
+bool CopyContent(int from, int to) {
+    char buffer[1 << 16];
+    off_t at = 0;
+    for (;;) {
+        const ssize_t n = ::pread(from, buffer, sizeof buffer, at);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return false;
+        if (n == 0)
+            break;
+        if (::pwrite(to, buffer, static_cast<size_t>(n), at) != n)
+            return false;
+        at += n;
+    }
+    return ::ftruncate(to, at) == 0 && ::fsync(to) == 0;
+}
+
+// Runs the writer on `fd` from its start and cuts the file where the writer stopped.
+bool RewriteFrom(int fd, const TFileContentWriter& write, std::string& why) {
+    if (::lseek(fd, 0, SEEK_SET) != 0 || Injected(TAtomicStep::Write) || !RunWriter(write, fd, why))
+        return false;
+    const off_t end = ::lseek(fd, 0, SEEK_CUR);
+    return end >= 0 && ::ftruncate(fd, end) == 0 && !Injected(TAtomicStep::Sync) &&
+           ::fsync(fd) == 0;
+}
+
+// A file with other hard links: its inode is kept. The old content is first saved beside it;
+// after a failure it is written back, and kept only if even that fails.
+bool WriteInPlace(const fs::path& real, const TFileContentWriter& write, std::string* error) {
+    const TFd file(::open(real.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+    if (file.Get() < 0)
+        return Fail(real, "opening the file", std::strerror(errno), error);
+    fs::path keep;
+    const TFd copy(CreateTempIn(real.parent_path(), TTempKind::OldContent, keep));
+    if (copy.Get() < 0 || !CopyContent(file.Get(), copy.Get())) {
+        const std::string why = std::strerror(errno);
+        if (copy.Get() >= 0)
+            ::unlink(keep.c_str());
+        return Fail(real, "keeping the old content", why, error);
+    }
+    std::string why;
+    if (RewriteFrom(file.Get(), write, why)) {
+        ::unlink(keep.c_str());
+        return true;
+    }
+    if (why.empty())
+        why = std::strerror(errno);
+    if (CopyContent(copy.Get(), file.Get())) {
+        ::unlink(keep.c_str());
+        return Fail(real, "writing in place", why + " (the old content is back)", error);
+    }
+    return Fail(real, "writing in place",
+                why + "; the old content is kept in \"" + keep.string() + "\"", error);
+}
+
 } // namespace
 
 fs::path ResolveSymlinks(const fs::path& target) {
@@ -192,17 +238,33 @@ std::optional<std::string> ReadWholeFile(const fs::path& file) {
 
 bool WriteFileAtomically(const fs::path& target, const TFileContentWriter& write,
                          std::string* error) {
-    const fs::path real = ResolveSymlinks(target);
+    TAtomicWriteOptions options;
+    return WriteFileAtomically(target, write, options, error);
+}
+
+bool WriteFileAtomically(const fs::path& target, const TFileContentWriter& write,
+                         TAtomicWriteOptions& options, std::string* error) {
+    options.WroteInPlace = false;
+    const fs::path real = options.FollowLinks ? ResolveSymlinks(target) : target;
+    struct stat old {};
+    const bool exists = ::lstat(real.c_str(), &old) == 0;
     // A pipe or a device node is not a file to replace: renaming over it would destroy it.
-    if (const std::string kind = NotRegularFileKind(real.string()); !kind.empty())
-        return Fail(real, "checking the target", NotRegularFileMessage(kind), error);
+    if (exists && !S_ISREG(old.st_mode) && !S_ISLNK(old.st_mode))
+        return Fail(real, "checking the target",
+                    NotRegularFileMessage(NotRegularFileKind(real.string())), error);
+    RemoveStaleTemps(real.parent_path());
+    if (exists && S_ISREG(old.st_mode) && old.st_nlink > 1 && options.KeepHardLinks) {
+        options.WroteInPlace = true;
+        return WriteInPlace(real, write, error);
+    }
     fs::path temp;
-    TFd fd(CreateTemp(real, temp));
+    TFd fd(CreateTempIn(real.parent_path(), TTempKind::NewContent, temp));
     if (fd.Get() < 0)
         return Fail(real, "creating the temporary file", std::strerror(errno), error);
     const char* failedStep = nullptr;
     std::string why;
-    if (!KeepModeAndOwner(fd.Get(), real))
+    if (exists && S_ISREG(old.st_mode) ? !KeepMetadata(fd.Get(), old, real)
+                                       : ::fchmod(fd.Get(), NewFileMode()) != 0)
         failedStep = "keeping the file's mode";
     else if (Injected(TAtomicStep::Write) || !RunWriter(write, fd.Get(), why))
         failedStep = "writing";

@@ -23,14 +23,30 @@ using TFileContentWriter = std::function<bool(int fd)>;
 // Replaces the file's content in one step: the content goes to a new file in the same
 // folder, which is synced and renamed over the target, so a reader or a crash sees the old
 // content or the new, never a mix. A symbolic link is followed to the real file, which is
-// replaced; an existing file keeps its mode and (where permitted) its owner and group; a new
-// file gets 0666 less the umask. On failure the target is untouched, no temporary file is
-// left, a trace line says why, `error` (if given) receives the same text naming the file,
-// and the result is false.
+// replaced; an existing file keeps its mode (setuid and setgid bits too), extended attributes
+// (ACLs) and, where permitted, its owner and group; a new file gets 0666 less the umask.
+// Temporaries of killed saves in that folder are removed at the first save there. On failure the
+// target is untouched, no temporary file is left, a trace line says why, `error` (if given)
+// receives the same text naming the file, and the result is false.
 bool WriteFileAtomically(const std::filesystem::path& target, const TFileContentWriter& write,
                          std::string* error = nullptr);
 bool WriteFileAtomically(const std::filesystem::path& target, std::string_view bytes,
                          std::string* error = nullptr);
+
+// How a user's file is replaced (documents; settings take the defaults).
+struct TAtomicWriteOptions {
+    // False: a symbolic link standing at the target is replaced by the file, not followed.
+    // A document opened through no link must not write through one put there since.
+    bool FollowLinks = true;
+    // A file with several hard links is rewritten in place, so that the links keep sharing
+    // it: its old content is first copied beside it (".zvold-..."), the copy is removed
+    // once the new content is synced, and on a failure the old content is written back.
+    bool KeepHardLinks = true;
+    // Set by the call: the file was rewritten in place (it has other links).
+    bool WroteInPlace = false;
+};
+bool WriteFileAtomically(const std::filesystem::path& target, const TFileContentWriter& write,
+                         TAtomicWriteOptions& options, std::string* error = nullptr);
 
 // The file a path finally names: symbolic links followed (at most 40), also when the last
 // one points to a file not yet there.

@@ -20,8 +20,13 @@ struct TFileStamp {
     bool operator==(const TFileStamp&) const = default;
 };
 
+class TDocument;
+
 // The stamp of `path` now (symbolic links followed); Exists false when there is no file.
 TFileStamp StampOf(const std::string& path);
+// Notes how `doc`'s path stands now: whether it is a symbolic link, whether the file has
+// other hard links, and its stamp.
+void TakeFileState(TDocument& doc);
 
 // How a document is to be opened; a one-shot request set just before LoadFile.
 enum TOpenAs { oaNone, oaASCII, oaAnsi, oaUTF8, oaUnicode, oaUnicodeBE, oaBinary, oaHex };
@@ -40,7 +45,11 @@ public:
     // FDeferredCodePage. Invariant: while set, Lines is empty and unmodified.
     bool FDeferred = false;
     std::int32_t FDeferredCodePage = 50001;
-    TFileStamp FStamp;                     // the file as last read or written
+    TFileStamp FStamp; // the file as last read or written
+    // The path was a symbolic link when opened or chosen: saves write through it. A link
+    // put there later is replaced by the file instead of followed.
+    bool FThroughLink = false;
+    bool FHardLinked = false; // the file has other hard links: saves rewrite it in place
     std::int32_t FCaretX = 0, FCaretY = 0; // the caret of its view, kept for a restore
     TOpenAs FOpenAs = oaNone;
     // Invariant: never null; the store is replaced only while no view paints it.

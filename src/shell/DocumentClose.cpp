@@ -25,6 +25,13 @@ TFileStamp StampOf(const std::string& path) {
     return stamp;
 }
 
+void TakeFileState(TDocument& doc) {
+    doc.FStamp = StampOf(doc.FFilePath);
+    struct stat st {};
+    doc.FThroughLink = ::lstat(doc.FFilePath.c_str(), &st) == 0 && S_ISLNK(st.st_mode);
+    doc.FHardLinked = ::stat(doc.FFilePath.c_str(), &st) == 0 && st.st_nlink > 1;
+}
+
 bool TMainFormHelper::ConfirmOverwrite(TDocument& doc, bool automatic) {
     // A file deleted meanwhile holds nothing to overwrite: the save makes it again.
     const TFileStamp now = StampOf(doc.FFilePath);
@@ -66,6 +73,8 @@ bool TMainFormHelper::WriteDocument(TDocument& doc, bool automatic) {
         return false;
     TZvSaveOptions options;
     ApplyBackupOptions(FCustomize, options);
+    options.FollowLinks = doc.FThroughLink;
+    options.WroteInPlace = &doc.FHardLinked;
     if (automatic) {
         options.MakeBackup = FCustomize.BackupAuto;
         options.KeepAsIs = true;
@@ -79,7 +88,7 @@ bool TMainFormHelper::WriteDocument(TDocument& doc, bool automatic) {
     doc.FModified = false;
     doc.FIsNew = false;
     doc.FBlank = false;
-    doc.FStamp = StampOf(doc.FFilePath);
+    TakeFileState(doc);
     ActionTraceListAdd("SaveFile", doc.FFilePath);
     if (FListener)
         FListener->DocumentSaved(doc);
@@ -116,12 +125,15 @@ bool TMainFormHelper::SaveFileAs(TDocument* doc) {
     const TFileStamp oldStamp = doc->FStamp;
     doc->FFilePath = path;
     doc->FReadOnly = false;
-    doc->FStamp = StampOf(path); // the user chose to replace whatever is there
+    const bool oldThroughLink = doc->FThroughLink, oldHardLinked = doc->FHardLinked;
+    TakeFileState(*doc); // the user chose to replace whatever is there, link or file
     if (WriteDocument(*doc))
         return true;
     doc->FFilePath = oldPath; // the document stays what it was
     doc->FReadOnly = oldReadOnly;
     doc->FStamp = oldStamp;
+    doc->FThroughLink = oldThroughLink;
+    doc->FHardLinked = oldHardLinked;
     return false;
 }
 

@@ -136,7 +136,7 @@ bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage,
     }
     // The rows a view may still show live on in `lines` until the caller lets them go.
     std::swap(doc.Lines, lines);
-    doc.FStamp = StampOf(doc.FFilePath);
+    TakeFileState(doc);
     if (previous)
         *previous = std::move(lines);
     doc.FModified = false;
@@ -216,7 +216,7 @@ TDocument& TMainFormHelper::RestoreDocument(const std::string& path, bool isNew,
     doc->FIsNew = isNew;
     doc->Lines = std::move(lines);
     doc->FModified = true; // the text differs from the file until the user saves it
-    doc->FStamp = StampOf(path);
+    TakeFileState(*doc);
     doc->FCaretX = caretX;
     doc->FCaretY = caretY;
     return AddDocument(std::move(doc));

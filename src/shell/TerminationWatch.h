@@ -15,8 +15,7 @@ class TTerminationWatch : public QObject {
 public:
     // Installs the handlers; `onSignal` runs on the main thread, once per signal received.
     // One watch per process: a second one takes the signals over from the first.
-    explicit TTerminationWatch(std::function<void(int signal)> onSignal,
-                               QObject* parent = nullptr);
+    explicit TTerminationWatch(std::function<void(int signal)> onSignal, QObject* parent = nullptr);
     // Restores the default handlers.
     ~TTerminationWatch() override;
 

@@ -159,6 +159,8 @@ void TMainWindow::UpdateStatus() {
         mode << tr("Modified");
     if (editor->Lines()->InvalidBytesKept() > 0)
         mode << tr("Invalid bytes kept");
+    if (const TDocument* doc = FHelper.ActiveDocument(); doc && doc->FHardLinked)
+        mode << tr("Hard-linked: saved in place");
     if (editor->Scan() && editor->Scan()->Styles())
         mode << QString::fromStdU16String(editor->Scan()->Styles()->FSyntaxName);
     FStatusMode->setText(mode.join(QStringLiteral("  ")));

@@ -6,9 +6,11 @@
 #include "shell/ZvIniFiles.h"
 
 #include <csignal>
+#include <random>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace zv {
@@ -104,6 +106,42 @@ TEST(AtomicWrite, MissingFolderOrATargetThatIsNoFileFailsCleanly) {
     EXPECT_TRUE(std::filesystem::is_fifo(pipe));
     EXPECT_EQ(test::FolderNames(dir.Path()), std::vector<std::string>{"pipe.ini"})
         << "no stray file";
+}
+
+// A save killed at a random moment leaves the old content or the new, whole; the stray
+// temporary file it leaves is removed by the next save in that folder, also under a name that
+// fills a file name's whole length.
+TEST(AtomicWrite, KilledSavesLeaveOldOrNewContentAndNoStrayFileAfterTheNextSave) {
+    std::mt19937 rng(7);
+    const std::string longName = std::string(250, 'n') + ".txt";
+    for (int round = 0; round < 12; ++round) {
+        test::TTempDir dir;
+        const auto file = dir / (round % 2 ? longName : std::string("doc.txt"));
+        const std::string before(300000, 'o'), after(600000, 'N');
+        test::WriteAll(file, before);
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) { // writes in small steps, so that the kill lands inside the save
+            const bool ok = WriteFileAtomically(file, [&](int fd) {
+                for (std::size_t at = 0; at < after.size(); at += 20000) {
+                    if (::write(fd, after.data() + at, 20000) != 20000)
+                        return false;
+                    ::usleep(1000);
+                }
+                return true;
+            });
+            ::_exit(ok ? 0 : 3);
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(rng() % 40000));
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        const std::string now = test::ReadAll(file);
+        EXPECT_TRUE(now == before || now == after) << "round " << round << ": " << now.size();
+        ASSERT_TRUE(WriteFileAtomically(file, std::string_view("next\n"))) << "round " << round;
+        EXPECT_EQ(test::FolderNames(dir.Path()), std::vector<std::string>{file.filename().string()})
+            << "round " << round;
+    }
 }
 
 } // namespace

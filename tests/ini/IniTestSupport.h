@@ -14,6 +14,7 @@
 
 namespace zv::test {
 
+using zvtest::FolderNames;
 using zvtest::ReadAll;
 using zvtest::TTempDir;
 using zvtest::WriteAll;
@@ -26,15 +27,6 @@ inline int Shell(const std::string& command) {
 
 inline std::string Quote(const std::filesystem::path& path) {
     return "'" + path.string() + "'";
-}
-
-// Names in the folder, the folder itself excluded (to find stray temporary files).
-inline std::vector<std::string> FolderNames(const std::filesystem::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 // Writers of a shared settings file: each writes its own keys "<writer>_<i>" = i.

@@ -2,12 +2,14 @@
 // folder that removes itself, whole-file reads and writes.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace zvtest {
 
@@ -57,6 +59,15 @@ inline std::string ReadAll(const std::filesystem::path& p) {
 // Replaces the file's bytes with `bytes`.
 inline void WriteAll(const std::filesystem::path& p, const std::string& bytes) {
     std::ofstream(p, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+// Names in the folder, sorted, the folder itself excluded (to find stray temporary files).
+inline std::vector<std::string> FolderNames(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 } // namespace zvtest
