@@ -17,8 +17,10 @@ std::atomic<int> gWriteEnd{-1};
 extern "C" void OnTerminationSignal(int signal) {
     const int saved = errno;
     const unsigned char byte = static_cast<unsigned char>(signal);
-    if (const int fd = gWriteEnd.load(); fd >= 0) [[maybe_unused]]
-        const auto n = ::write(fd, &byte, 1);
+    if (const int fd = gWriteEnd.load(); fd >= 0) {
+        const ssize_t n = ::write(fd, &byte, 1);
+        (void)n; // a full pipe already holds a wake-up
+    }
     errno = saved;
 }
 
