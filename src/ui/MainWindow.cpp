@@ -158,11 +158,7 @@ void TMainWindow::PasteHandedOver(const QString& text) {
 }
 
 int TMainWindow::IndexOf(const TDocument& doc) const {
-    const auto& docs = FHelper.Documents();
-    for (size_t i = 0; i < docs.size(); ++i)
-        if (docs[i].get() == &doc)
-            return static_cast<int>(i);
-    return -1;
+    return FHelper.DocumentIndex(doc);
 }
 
 void TMainWindow::DocumentAdded(TDocument& doc) {
@@ -249,10 +245,18 @@ void TMainWindow::DocumentReloaded(TDocument& doc) {
         editor->SetLines(doc.Lines.get());
         ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
         editor->FollowDocumentIndent();
+        if (doc.FMonitored) // a followed log shows its newest line
+            editor->ShowRow(editor->Memo().RowCount() - 1);
     }
     UpdateCaption(doc);
     UpdateTitle();
     UpdateStatus();
+}
+
+void TMainWindow::DocumentDiffersFromFile(TDocument& doc) {
+    // Through the editor, whose modified mark the tab and the closing questions follow.
+    if (auto* editor = EditorAt(IndexOf(doc)))
+        editor->Memo().SetModified(true);
 }
 
 void TMainWindow::TabChanged(int index) {

@@ -39,6 +39,7 @@ public:
     void DocumentActivated(TDocument& doc) override;
     void DocumentReloaded(TDocument& doc) override;
     void DocumentSaved(TDocument& doc) override;
+    void DocumentDiffersFromFile(TDocument& doc) override;
 
     // Takes the main object's requests that need an editor (hand-over kind 1009: paste).
     void AttachForm(TMainForm& form);
