@@ -257,6 +257,7 @@ void TMainWindow::DocumentDiffersFromFile(TDocument& doc) {
     // Through the editor, whose modified mark the tab and the closing questions follow.
     if (auto* editor = EditorAt(IndexOf(doc)))
         editor->Memo().SetModified(true);
+    KeepUnsavedText(); // the file no longer holds this text: the crash session must
 }
 
 void TMainWindow::TabChanged(int index) {

@@ -10,12 +10,16 @@
 #include "support/ZvTestSupport.h"
 #include "ui/EditorWidget.h"
 #include "ui/MainWindow.h"
+#include "ui/QtPrompt.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QMessageBox>
 #include <QProcess>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -311,3 +315,31 @@ TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithAWriterWithoutAsking) {
 }
 
 } // namespace
+
+// The window's question box: the to-all buttons and "Always" are offered and each click gives
+// its answer.
+TEST_F(FileMonitorTest, TheQuestionBoxGivesEachButtonsAnswer) {
+    zv::TQtPrompt box(window.get());
+    const std::vector<std::pair<QString, int>> buttons = {
+        {"&Yes", zv::prYes},           {"&No", zv::prNo},         {"Yes to &All", zv::prYesToAll},
+        {"N&o to All", zv::prNoToAll}, {"Al&ways", zv::prAlways},
+    };
+    for (const auto& [caption, answer] : buttons) {
+        QStringList offered;
+        QTimer::singleShot(0, [&, caption = caption] {
+            auto* shown = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!shown)
+                return;
+            for (QAbstractButton* button : shown->buttons())
+                offered << button->text();
+            for (QAbstractButton* button : shown->buttons())
+                if (button->text() == caption)
+                    return button->click();
+            shown->reject();
+        });
+        const int given =
+            box.Prompt("Zevrit", "changed", zv::pfYesNoToAll | zv::pfAlwaysButton, zv::prNo);
+        EXPECT_EQ(given, answer) << caption.toStdString();
+        EXPECT_EQ(offered.size(), 5) << offered.join(", ").toStdString();
+    }
+}
