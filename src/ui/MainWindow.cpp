@@ -5,6 +5,7 @@
 #include "shell/MemoOptions.h"
 #include "shell/RootFolder.h"
 #include "shell/Settings.h"
+#include "shell/TailKeywords.h"
 #include "ui/EditorWidget.h"
 
 #include <QAction>
@@ -199,6 +200,13 @@ void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {
     });
     connect(&editor, &TEditorWidget::TextChanged, this, [this] { KeepUnsavedText(); });
     editor.FOnSave = [this, &doc] { return FHelper.SaveFile(&doc); };
+    editor.FOnRowStyle = [this, &doc](std::u16string_view row) -> const TCharStyle* {
+        if (!doc.FMonitored)
+            return nullptr;
+        if (!FTailKeywords)
+            FTailKeywords = MemoGetFollowTailOptions(GetRootFolder());
+        return FTailKeywords->Match(row);
+    };
 }
 
 void TMainWindow::ModifiedChanged(TDocument& doc, bool modified) {

@@ -20,6 +20,7 @@ class QTabWidget;
 namespace zv {
 
 class TEditorWidget;
+class TTailKeywords;
 
 class TMainWindow : public QMainWindow, public IMainView, public IDocumentListener {
     Q_OBJECT
@@ -46,6 +47,12 @@ public:
     // Pastes handed-over text into the active editor by smart paste; a selection is first
     // reduced to its start, so the text goes in before it and nothing is replaced.
     void PasteHandedOver(const QString& text);
+
+    // The keywords whose lines a followed log's editor colours; read from the root's
+    // "Data/TailKeywords.ini" when first needed unless set here.
+    void SetMonitorLogFileOptions(std::shared_ptr<const TTailKeywords> keywords) {
+        FTailKeywords = std::move(keywords);
+    }
 
     QTabWidget* TabGroup() const { return FTabs; }
     TEditorWidget* EditorAt(int index) const;
@@ -96,8 +103,9 @@ private:
     TMainFormHelper& FHelper;
     TMainForm* FForm = nullptr; // set by AttachForm
     QTabWidget* FTabs;
-    bool FSyncingTabs = false;                  // set while the helper drives the tab group
-    std::unique_ptr<const TTypeColors> FColors; // made on the first document
+    bool FSyncingTabs = false;                          // set while the helper drives the tab group
+    std::unique_ptr<const TTypeColors> FColors;         // made on the first document
+    std::shared_ptr<const TTailKeywords> FTailKeywords; // made on the first followed line
     QLabel* FStatusPosition = nullptr;
     QLabel* FStatusEncoding = nullptr;
     QLabel* FStatusLineEnds = nullptr;

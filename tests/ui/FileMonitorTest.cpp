@@ -6,6 +6,7 @@
 #include "common/Utf.h"
 #include "platform/Prompt.h"
 #include "shell/MainFormHelper.h"
+#include "shell/TailKeywords.h"
 #include "shell/ZvIniFiles.h"
 #include "support/ZvTestSupport.h"
 #include "ui/EditorWidget.h"
@@ -15,6 +16,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QImage>
 #include <QMessageBox>
 #include <QProcess>
 #include <QTabWidget>
@@ -342,4 +344,41 @@ TEST_F(FileMonitorTest, TheQuestionBoxGivesEachButtonsAnswer) {
         EXPECT_EQ(given, answer) << caption.toStdString();
         EXPECT_EQ(offered.size(), 5) << offered.join(", ").toStdString();
     }
+}
+
+// Red bands down the right edge of the editor's text area: the coloured lines, top to
+// bottom, as the screen shows them.
+int RedBands(zv::TEditorWidget& editor) {
+    editor.viewport()->repaint();
+    const QImage image = editor.viewport()->grab().toImage();
+    const int x = image.width() - 4;
+    int bands = 0;
+    bool inBand = false;
+    for (int y = 0; y < image.height(); ++y) {
+        const bool red = image.pixelColor(x, y) == QColor(Qt::red);
+        bands += red && !inBand;
+        inBand = red;
+    }
+    return bands;
+}
+
+TEST_F(FileMonitorTest, AFollowedLogColoursTheLinesOfItsKeywordsAsTheyArrive) {
+    zv::TMemIniFileW ini;
+    ini.LoadFromBytes("[ERROR]\nColorBk=$0000FF\n[quiet]\nColorBk=$0000FF\nTransparent=1\n");
+    window->SetMonitorLogFileOptions(std::make_shared<const zv::TTailKeywords>(ini));
+    const fs::path log = dir / "colours.log";
+    zvtest::WriteAll(log, "ok\nERROR one\nquiet\nok\n");
+    zv::TParamFlags flags;
+    flags.monitor = true;
+    helper.ProcessParam(log.string(), flags);
+    zv::TEditorWidget& editor = *window->ActiveEditor();
+    EXPECT_EQ(RedBands(editor), 1);
+    Change({"errors", "open(p, 'a').write('ok\\nERROR two\\nok\\nERROR three\\n')"}, {log});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return RedBands(editor) == 3; }, kNoticeMs));
+    // The same text, not followed, keeps its plain look.
+    zvtest::WriteAll(dir / "plain.log", zvtest::ReadAll(log));
+    zv::TLoadFileArgs args;
+    args.FileName = (dir / "plain.log").string();
+    ASSERT_TRUE(helper.LoadFile(args));
+    EXPECT_EQ(RedBands(*window->ActiveEditor()), 0);
 }
