@@ -253,8 +253,10 @@ void TMainWindow::DocumentReloaded(TDocument& doc) {
         editor->SetLines(doc.Lines.get());
         ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
         editor->FollowDocumentIndent();
-        if (doc.FMonitored) // a followed log shows its newest line
-            editor->ShowRow(editor->Memo().RowCount() - 1);
+        // A followed log shows its newest line; another document keeps its caret's place.
+        const int row = doc.FMonitored ? editor->Memo().RowCount() - 1 : doc.FCaretY;
+        editor->Memo().SetTextCursor(doc.FMonitored ? 0 : doc.FCaretX, row);
+        editor->ShowRow(editor->Memo().FCurY);
     }
     UpdateCaption(doc);
     UpdateTitle();

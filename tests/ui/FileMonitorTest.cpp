@@ -112,6 +112,7 @@ protected:
 TEST_F(FileMonitorTest, AChangeIsNoticedInTimeAndReloadGivesTheDisksBytes) {
     for (const TOutsideChange& change : {kAppend, kRewrite, kReplace, kInPlace}) {
         zv::TDocument& doc = Open("f.txt", "mine\r\nsecond line\r\n");
+        EditorOf(doc).Memo().SetTextCursor(2, 1);
         prompt.Asked.clear();
         prompt.Answers = {zv::prYes};
         Change(change, {dir / "f.txt"});
@@ -125,6 +126,8 @@ TEST_F(FileMonitorTest, AChangeIsNoticedInTimeAndReloadGivesTheDisksBytes) {
         EXPECT_FALSE(doc.FModified) << change.Name;
         EXPECT_FALSE(EditorOf(doc).IsModified()) << change.Name;
         EXPECT_FALSE(TabShowsModified(doc)) << change.Name;
+        const zv::TZvMemo& memo = EditorOf(doc).Memo();
+        EXPECT_EQ(memo.FCurY, std::min(1, memo.RowCount() - 1)) << change.Name << ": caret kept";
         monitor->CheckMemoTimeStamp();
         EXPECT_EQ(prompt.Asked.size(), 1u) << change.Name << ": one change asks once";
         helper.CloseAllDocumentTabs();
