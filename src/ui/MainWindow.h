@@ -103,13 +103,14 @@ private:
     TMainFormHelper& FHelper;
     TMainForm* FForm = nullptr; // set by AttachForm
     QTabWidget* FTabs;
-    bool FSyncingTabs = false;                          // set while the helper drives the tab group
-    std::unique_ptr<const TTypeColors> FColors;         // made on the first document
-    std::shared_ptr<const TTailKeywords> FTailKeywords; // made on the first followed line
+    bool FSyncingTabs = false;                  // set while the helper drives the tab group
+    std::unique_ptr<const TTypeColors> FColors; // made on the first document
     QLabel* FStatusPosition = nullptr;
     QLabel* FStatusEncoding = nullptr;
     QLabel* FStatusLineEnds = nullptr;
     QLabel* FStatusMode = nullptr;
+
+    std::shared_ptr<const TTailKeywords> FTailKeywords; // made on the first followed line
 };
 
 } // namespace zv
