@@ -14,6 +14,9 @@ enum TPromptResult : int {
     prYes = 6,
     prNo = 7,
     prYesNotAgain = 14, // yes, with the box for not asking again ticked
+    prYesToAll = 20,    // yes, and the same for the rest of this round of questions
+    prNoToAll = 21,     // no, and the same for the rest of this round of questions
+    prAlways = 22,      // yes, and from now on without asking
 };
 
 // Buttons and look of a question.
@@ -22,10 +25,12 @@ enum TPromptFlags : unsigned {
     pfOkCancel = 1,
     pfYesNoCancel = 3,
     pfYesNo = 4,
+    pfYesNoToAll = 5, // yes, no, yes to all, no to all
     pfButtonsMask = 0xF,
     pfWarning = 0x30,
     pfInformation = 0x40,
-    pfNotAgainBox = 0x1000, // offers "do not ask again"
+    pfNotAgainBox = 0x1000,  // offers "do not ask again"
+    pfAlwaysButton = 0x2000, // adds "Always" (prAlways)
 };
 
 class IPrompt {

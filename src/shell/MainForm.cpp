@@ -2,6 +2,7 @@
 #include "shell/MainForm.h"
 
 #include "common/Trace.h"
+#include "shell/FileMonitor.h"
 #include "shell/HandOver.h"
 #include "shell/Language.h"
 #include "shell/RootFolder.h"
@@ -32,6 +33,8 @@ TMainForm::TMainForm(TMainFormHelper& helper, IMainView* view, QObject* parent)
     });
     if (FHelper.Customize().AutoSaveEnable)
         AutoSaveTimer.start(FHelper.Customize().AutoSaveIntervalMinutes * 60000);
+    if (FView)
+        FMonitor = std::make_unique<TFileMonitor>(FHelper);
 }
 
 int TMainForm::AutoSaveTimerTick() {

@@ -17,6 +17,7 @@
 
 namespace zv {
 
+class TFileMonitor;
 class TRunOnce;
 class THandOverServer;
 class TTerminationWatch;
@@ -93,6 +94,7 @@ private:
     QTimer ParamsTimer;
     QTimer AutoSaveTimer;
     std::unique_ptr<TCrashKeeper> FCrash;
+    std::unique_ptr<TFileMonitor> FMonitor; // with a window only: headless runs ask nothing
     std::unique_ptr<TTerminationWatch> FTermination; // set once the window shows
     std::unique_ptr<THandOverServer> FHandOver;
     TRunOnce* FRunOnce = nullptr;

@@ -91,6 +91,22 @@ bool TMainFormHelper::LoadDeferred(TDocument& doc) {
     return true;
 }
 
+bool TMainFormHelper::ReloadDocument(TDocument& doc, int32_t codePage) {
+    // The old rows outlive the reload until every view has taken the new ones.
+    std::unique_ptr<TZvMemoStrings> previous;
+    if (!ReadInto(doc, codePage, &previous))
+        return false;
+    if (FListener)
+        FListener->DocumentReloaded(doc);
+    return true;
+}
+
+void TMainFormHelper::MarkDiffersFromFile(TDocument& doc) {
+    doc.FModified = true;
+    if (FListener)
+        FListener->DocumentDiffersFromFile(doc);
+}
+
 void TMainFormHelper::SetBatch(bool inBatch) {
     FInBatch = inBatch;
     if (!inBatch)
@@ -102,6 +118,13 @@ int TMainFormHelper::FindDocMemo(const std::string& path) const {
     const auto wanted = AbsolutePath(path);
     for (size_t i = 0; i < FDocuments.size(); ++i)
         if (FDocuments[i]->FFilePath == wanted)
+            return static_cast<int>(i);
+    return -1;
+}
+
+int TMainFormHelper::DocumentIndex(const TDocument& doc) const {
+    for (size_t i = 0; i < FDocuments.size(); ++i)
+        if (FDocuments[i].get() == &doc)
             return static_cast<int>(i);
     return -1;
 }
@@ -159,11 +182,8 @@ bool TMainFormHelper::LoadFile(const TLoadFileArgs& args) {
     FOpenAs = oaNone;
     if (const int open = FindDocMemo(path); open >= 0) {
         Activate(open);
-        // The old rows outlive the reload until every view has taken the new ones.
-        std::unique_ptr<TZvMemoStrings> previous;
-        if (args.Reload &&
-            ReadInto(*FDocuments[open], CodePageFor(openAs, args.CodePage), &previous) && FListener)
-            FListener->DocumentReloaded(*FDocuments[open]);
+        if (args.Reload)
+            ReloadDocument(*FDocuments[open], CodePageFor(openAs, args.CodePage));
         return true;
     }
     std::error_code ec;

@@ -5,6 +5,7 @@
 #include "platform/Prompt.h"
 #include "shell/CommandLine.h"
 #include "shell/Document.h"
+#include "shell/DocumentListener.h"
 #include "shell/SettingsOptions.h"
 
 #include <functional>
@@ -27,18 +28,6 @@ struct TLoadFileArgs {
     bool NoMRU = false;
     bool ApplySyntax = true;
     bool CreateIfMissing = false;
-};
-
-// Told about document changes; the window adds, removes and shows tabs.
-class IDocumentListener {
-public:
-    virtual ~IDocumentListener() = default;
-    virtual void DocumentAdded(TDocument& doc) = 0;
-    virtual void DocumentRemoved(TDocument& doc) = 0;
-    virtual void DocumentActivated(TDocument& doc) = 0;
-    virtual void DocumentReloaded(TDocument& doc) = 0;
-    // The document's text reached its file (it may have a new name and be writable now).
-    virtual void DocumentSaved(TDocument& doc) = 0;
 };
 
 class TCustomIniFile;
@@ -101,6 +90,8 @@ public:
                                std::unique_ptr<TZvMemoStrings> lines, int caretX, int caretY);
     // Index of the open document with that path, or -1.
     int FindDocMemo(const std::string& path) const;
+    // Index of `doc` among the open documents, or -1 once it is closed.
+    int DocumentIndex(const TDocument& doc) const;
     bool CloseDocument(int index);
     // Opens one file named on the command line.
     void ProcessParam(const std::string& path, const TParamFlags& flags);
@@ -120,7 +111,16 @@ public:
     // A batch of opens (a command line of many files): documents opened meanwhile are
     // deferred; at its end the active one is read.
     void SetBatch(bool inBatch);
-    void SetListener(IDocumentListener* listener) { FListener = listener; }
+    // The window's listener (null: none); it hears of each change first.
+    void SetListener(IDocumentListener* listener) { FListeners.SetPrimary(listener); }
+    // A further listener (the file monitor), told after the window until removed.
+    void AddListener(IDocumentListener* listener) { FListeners.Add(listener); }
+    void RemoveListener(IDocumentListener* listener) { FListeners.Remove(listener); }
+    // Reads the document's file again in `codePage` (50001: detect) and tells the views;
+    // false, with a message, when it cannot be read (the text stays as it was).
+    bool ReloadDocument(TDocument& doc, int32_t codePage);
+    // The text stays as it is although its file changed or went away: it is modified now.
+    void MarkDiffersFromFile(TDocument& doc);
 
     TOpenAs FOpenAs = oaNone;   // one-shot request for the next LoadFile
     bool FDelayTabLoad = false; // batch mode: tabs made, files read on first show
@@ -151,7 +151,8 @@ private:
     TCustomizeOptions FCustomize; // as SetCustomize last read them (defaults before)
     TMemoMiscOptions FMemoMisc;   // likewise; DefaultEncoding 0 until read: the ANSI page
     TTextOptions FTextOptions;    // as LoadTextOptions last read them
-    IDocumentListener* FListener = nullptr;
+    TDocumentListeners FListeners;
+    IDocumentListener* FListener = &FListeners; // every change goes to all listeners
     std::vector<std::unique_ptr<TDocument>> FDocuments;
     int FActive = -1;
 };

@@ -160,6 +160,8 @@ TMemoMiscOptions ReadMemoMiscOptions(const TCustomIniFile& settings, int32_t ans
     read("OpenTypeUnix", o.OpenTypeUnix);
     read("OpenTypeMac", o.OpenTypeMac);
     read("OverwriteReadOnly", o.OverwriteReadOnly);
+    read("WarnChange", o.WarnChange);
+    read("AutoReloadUnmodified", o.AutoReloadUnmodified);
     read("AnnotationBarWidth", o.AnnotationBarWidth);
     read("ExpandAbbreviationWithTab", o.ExpandAbbreviationWithTab);
     read("ExpandAbbreviationWithSpace", o.ExpandAbbreviationWithSpace);

@@ -96,6 +96,8 @@ struct TMemoMiscOptions {
     bool OpenTypeUnix = false;
     bool OpenTypeMac = false;
     bool OverwriteReadOnly = false;
+    bool WarnChange = true;            // open files changed on disk are noticed and asked about
+    bool AutoReloadUnmodified = false; // ... and unmodified ones read again without a question
     int32_t AnnotationBarWidth = 20;
     bool ExpandAbbreviationWithTab = true;
     bool ExpandAbbreviationWithSpace = false;

@@ -321,6 +321,11 @@ void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
                              const std::vector<TColourRun>& runs) {
     const int lineHeight = LineHeight();
     const int left = TextLeft();
+    const std::u16string_view text = FLines->Get(row);
+    const TCharStyle* rowStyle = FOnRowStyle ? FOnRowStyle(text) : nullptr;
+    if (rowStyle && rowStyle->FBkColor != kNoColor) // the whole line, not only its text
+        painter.fillRect(QRectF(left, y, viewport()->width() - left, lineHeight),
+                         ToQColor(rowStyle->FBkColor));
     TZvPos s, e;
     FMemo.OrderedSelection(s, e);
     if (FMemo.HasSelection() && row >= s.Y && row <= e.Y) {
@@ -333,13 +338,13 @@ void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
             x2 += FMeasure.SpaceWidth(); // the line end is selected too
         painter.fillRect(QRectF(left + x1, y, x2 - x1, lineHeight), kSelectionBack);
     }
-    const std::u16string_view text = FLines->Get(row);
     std::vector<TBraceMark> braces;
     for (const TBracePoint& p : {FBraces.Left, FBraces.Right})
         if (p.x >= 0 && p.Y == row)
             braces.push_back({p.x, FBraces.Matched});
     TRunPainter& runPainter = Painter();
-    runPainter.PaintRow(painter, QPointF(left, y), text, runs, braces, viewport()->width());
+    runPainter.PaintRow(painter, QPointF(left, y), text, runs, braces, viewport()->width(),
+                        rowStyle);
     // The tag pair: the opening tag's name and ">" and the closing tag's name.
     const auto markTag = [&](int tagRow, int x, int length) {
         if (tagRow != row || x < 0 || length <= 0)

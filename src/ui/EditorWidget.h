@@ -57,6 +57,9 @@ public:
     void PasteText(const QString& text);
     // Told every painted row and its runs (tests).
     std::function<void(int row, const std::vector<TColourRun>& runs)> FOnRowPainted;
+    // The style a whole row takes instead of its syntax colours (a followed log's keyword
+    // line), or null; asked for each painted row.
+    std::function<const TCharStyle*(std::u16string_view row)> FOnRowStyle;
     // Puts the caret on the 0-based row and scrolls it into view: by the least amount, or
     // with jump to the upper third of the view (as for a line given on the command line).
     void ShowRow(int row, bool jump = true);

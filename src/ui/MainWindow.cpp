@@ -5,6 +5,7 @@
 #include "shell/MemoOptions.h"
 #include "shell/RootFolder.h"
 #include "shell/Settings.h"
+#include "shell/TailKeywords.h"
 #include "ui/EditorWidget.h"
 
 #include <QAction>
@@ -158,11 +159,7 @@ void TMainWindow::PasteHandedOver(const QString& text) {
 }
 
 int TMainWindow::IndexOf(const TDocument& doc) const {
-    const auto& docs = FHelper.Documents();
-    for (size_t i = 0; i < docs.size(); ++i)
-        if (docs[i].get() == &doc)
-            return static_cast<int>(i);
-    return -1;
+    return FHelper.DocumentIndex(doc);
 }
 
 void TMainWindow::DocumentAdded(TDocument& doc) {
@@ -203,6 +200,13 @@ void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {
     });
     connect(&editor, &TEditorWidget::TextChanged, this, [this] { KeepUnsavedText(); });
     editor.FOnSave = [this, &doc] { return FHelper.SaveFile(&doc); };
+    editor.FOnRowStyle = [this, &doc](std::u16string_view row) -> const TCharStyle* {
+        if (!doc.FMonitored)
+            return nullptr;
+        if (!FTailKeywords)
+            FTailKeywords = MemoGetFollowTailOptions(GetRootFolder());
+        return FTailKeywords->Match(row);
+    };
 }
 
 void TMainWindow::ModifiedChanged(TDocument& doc, bool modified) {
@@ -249,10 +253,21 @@ void TMainWindow::DocumentReloaded(TDocument& doc) {
         editor->SetLines(doc.Lines.get());
         ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
         editor->FollowDocumentIndent();
+        // A followed log shows its newest line; another document keeps its caret's place.
+        const int row = doc.FMonitored ? editor->Memo().RowCount() - 1 : doc.FCaretY;
+        editor->Memo().SetTextCursor(doc.FMonitored ? 0 : doc.FCaretX, row);
+        editor->ShowRow(editor->Memo().FCurY);
     }
     UpdateCaption(doc);
     UpdateTitle();
     UpdateStatus();
+}
+
+void TMainWindow::DocumentDiffersFromFile(TDocument& doc) {
+    // Through the editor, whose modified mark the tab and the closing questions follow.
+    if (auto* editor = EditorAt(IndexOf(doc)))
+        editor->Memo().SetModified(true);
+    KeepUnsavedText(); // the file no longer holds this text: the crash session must
 }
 
 void TMainWindow::TabChanged(int index) {

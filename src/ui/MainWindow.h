@@ -20,6 +20,7 @@ class QTabWidget;
 namespace zv {
 
 class TEditorWidget;
+class TTailKeywords;
 
 class TMainWindow : public QMainWindow, public IMainView, public IDocumentListener {
     Q_OBJECT
@@ -39,12 +40,19 @@ public:
     void DocumentActivated(TDocument& doc) override;
     void DocumentReloaded(TDocument& doc) override;
     void DocumentSaved(TDocument& doc) override;
+    void DocumentDiffersFromFile(TDocument& doc) override;
 
     // Takes the main object's requests that need an editor (hand-over kind 1009: paste).
     void AttachForm(TMainForm& form);
     // Pastes handed-over text into the active editor by smart paste; a selection is first
     // reduced to its start, so the text goes in before it and nothing is replaced.
     void PasteHandedOver(const QString& text);
+
+    // The keywords whose lines a followed log's editor colours; read from the root's
+    // "Data/TailKeywords.ini" when first needed unless set here.
+    void SetMonitorLogFileOptions(std::shared_ptr<const TTailKeywords> keywords) {
+        FTailKeywords = std::move(keywords);
+    }
 
     QTabWidget* TabGroup() const { return FTabs; }
     TEditorWidget* EditorAt(int index) const;
@@ -101,6 +109,8 @@ private:
     QLabel* FStatusEncoding = nullptr;
     QLabel* FStatusLineEnds = nullptr;
     QLabel* FStatusMode = nullptr;
+
+    std::shared_ptr<const TTailKeywords> FTailKeywords; // made on the first followed line
 };
 
 } // namespace zv

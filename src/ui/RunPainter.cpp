@@ -113,7 +113,8 @@ void TRunPainter::MarkBrace(QPainter& p, QPointF origin, std::u16string_view tex
 
 qreal TRunPainter::PaintRow(QPainter& painter, QPointF origin, std::u16string_view text,
                             const std::vector<TColourRun>& runs,
-                            const std::vector<TBraceMark>& braces, qreal rightEdge) const {
+                            const std::vector<TBraceMark>& braces, qreal rightEdge,
+                            const TCharStyle* rowStyle) const {
     // Tab stops count from the row's left edge.
     painter.save();
     painter.translate(origin);
@@ -123,7 +124,7 @@ qreal TRunPainter::PaintRow(QPainter& painter, QPointF origin, std::u16string_vi
     for (const TColourRun& run : runs) {
         if (rightEdge >= 0 && x > rightEdge)
             break;
-        const TCharStyle style = RunStyle(run, FOptions.Colours);
+        const TCharStyle style = rowStyle ? *rowStyle : RunStyle(run, FOptions.Colours);
         const QFont font = FontFor(style.FStyle, style.FBoldness > 0);
         const QColor fg = ToQColor(style.FTextColor);
         const QColor bg =

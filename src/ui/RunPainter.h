@@ -47,10 +47,11 @@ public:
     // Paints `text` cut by `runs` with its top-left at `origin` (tab stops count from there),
     // stopping at `rightEdge` (painter x; negative: paint the whole row, as export and
     // printing do). Runs longer than 1,024 units are drawn in pieces. Returns the width
-    // painted. `runs` must tile the text (as the colouring walk gives them).
+    // painted. `runs` must tile the text (as the colouring walk gives them). A `rowStyle`
+    // paints every run in that style instead of its own.
     qreal PaintRow(QPainter& painter, QPointF origin, std::u16string_view text,
                    const std::vector<TColourRun>& runs, const std::vector<TBraceMark>& braces,
-                   qreal rightEdge = -1) const;
+                   qreal rightEdge = -1, const TCharStyle* rowStyle = nullptr) const;
 
     // The x offset of 0-based column `column` of `text` (tabs expanded), for carets and
     // marks.

@@ -2,6 +2,7 @@
 // modified document asks, and each answer does what it says to the text and to the file on
 // disk; read-only documents refuse edits and save under a new name. Dropped files open, a
 // reopen changes the encoding, a copy leaves the document as it was.
+#include "UiFixtures.h"
 #include "common/Utf.h"
 #include "platform/Prompt.h"
 #include "shell/CrashKeeper.h"
@@ -41,13 +42,7 @@ public:
 
 class ClosingTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        zvtest::TheApp<QApplication>();
-        window = std::make_unique<zv::TMainWindow>(helper);
-        window->show();
-        QApplication::setActiveWindow(window.get());
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    }
+    void SetUp() override { window = zvtest::ShownWindow(helper); }
     zv::TEditorWidget& Open(const std::string& name, const std::string& bytes,
                             bool readOnly = false) {
         zvtest::WriteAll(dir / name, bytes);

@@ -1,6 +1,7 @@
 // Day-one editing in the real window, as keystrokes: Tab and Shift+Tab, indentation that
 // follows the document (make needs tabs), Alt chords, Ctrl+Tab between documents, word
 // deletes against a model of the word rule, and typing that the saved file can hold.
+#include "UiFixtures.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "platform/Prompt.h"
 #include "shell/MainForm.h"
@@ -30,21 +31,7 @@ namespace {
 // The shipped syntax files, before the first look-up of the data root fixes it.
 const bool kTreeRoot = ::setenv("ZEVRIT_ROOT", ZV_TEST_TREE, 1) == 0;
 
-// Answers questions from a script, and remembers that they were asked.
-class TScriptedPrompt : public zv::IPrompt {
-public:
-    int Prompt(const std::string&, const std::string& text, unsigned, int) override {
-        Asked.push_back(text);
-        if (Answers.empty())
-            return zv::prCancel;
-        const int answer = Answers.front();
-        Answers.pop_front();
-        return answer;
-    }
-    void ShowMessage(const std::string& text) override { Asked.push_back(text); }
-    std::deque<int> Answers;
-    std::vector<std::string> Asked;
-};
+using zvtest::TScriptedPrompt;
 
 std::string Utf8(std::u16string_view text) {
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size())).toStdString();
@@ -69,10 +56,7 @@ protected:
         zv::TMemIniFileW settings;
         settings.WriteInteger("EditorMisc", "DefaultEncoding", 65001);
         helper.SetCustomize(settings);
-        own = std::make_unique<zv::TMainWindow>(helper);
-        Win().show();
-        QApplication::setActiveWindow(&Win());
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&Win()));
+        own = zvtest::ShownWindow(helper);
     }
     zv::TEditorWidget& Open(const std::string& name, const std::string& bytes) {
         zvtest::WriteAll(dir / name, bytes);

@@ -1,0 +1,51 @@
+// Shared by the window tests: a question answered from a script, and the main window shown
+// and active as a user meets it.
+#pragma once
+
+#include "platform/Prompt.h"
+#include "shell/MainFormHelper.h"
+#include "support/ZvTestSupport.h"
+#include "ui/MainWindow.h"
+
+#include <QApplication>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zvtest {
+
+// Answers questions from a script (cancel once it runs out) and remembers what was asked
+// and told, and each question's buttons.
+class TScriptedPrompt : public zv::IPrompt {
+public:
+    int Prompt(const std::string&, const std::string& text, unsigned flags, int) override {
+        Asked.push_back(text);
+        Flags.push_back(flags);
+        if (Answers.empty())
+            return zv::prCancel;
+        const int answer = Answers.front();
+        Answers.pop_front();
+        return answer;
+    }
+    void ShowMessage(const std::string& text) override { Asked.push_back(text); }
+    std::deque<int> Answers;
+    std::vector<std::string> Asked;
+    std::vector<unsigned> Flags; // of the questions only
+};
+
+// The main window of `helper`, shown and active.
+inline std::unique_ptr<zv::TMainWindow> ShownWindow(zv::TMainFormHelper& helper) {
+    TheApp<QApplication>();
+    auto window = std::make_unique<zv::TMainWindow>(helper);
+    window->show();
+    QApplication::setActiveWindow(window.get());
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    return window;
+}
+
+} // namespace zvtest
