@@ -114,8 +114,8 @@ int main(int argc, char** argv) {
         return 0;
     SetApplicationLook(entry.options.AppIcon);
 
-    zv::OpenProgramSettings(zv::GetRootFolder(),
-                            zv::SettingsFileFor(windowArgs, zv::GetRootFolder()));
+    const std::string settingsFault = zv::OpenProgramSettings(
+        zv::GetRootFolder(), zv::SettingsFileFor(windowArgs, zv::GetRootFolder()));
     zv::TQtPrompt prompt;
     zv::TMainFormHelper helper(prompt);
     zv::TMainWindow window(helper);
@@ -124,12 +124,17 @@ int main(int argc, char** argv) {
     window.AttachForm(form);
     form.RegisterWindow(block, outcome == zv::TEntryOutcome::RunAsFirst);
     window.show();
+    if (!settingsFault.empty())
+        prompt.ShowMessage(settingsFault);
     form.FormShow(windowArgs);
     zv::SettingsStarted(zv::GetRootFolder());
     const int code = app.exec();
     helper.FApplicationClosing = true;
     block.FreeFiles();
-    zv::CloseProgramSettings(zv::GetRootFolder());
+    // Told once per run: a fault seen at the start is not told again at the end.
+    if (const std::string fault = zv::CloseProgramSettings(zv::GetRootFolder());
+        !fault.empty() && settingsFault.empty() && !form.Terminated())
+        prompt.ShowMessage(fault);
     zv::TraceShutdown();
     return code;
 }

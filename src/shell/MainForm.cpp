@@ -98,6 +98,7 @@ void TMainForm::OfferCrashSession() {
     // A logout or `kill` asks nothing: the unsaved text is kept for the next start.
     FTermination = std::make_unique<TTerminationWatch>([this](int signal) {
         Trace("TerminationSignal() - " + std::to_string(signal));
+        FTerminated = true;
         FCrash->WriteNow();
         QCoreApplication::exit(0);
     });

@@ -72,6 +72,8 @@ public:
     TCrashKeeper& Crash() { return *FCrash; }
 
     TCommandLineState& State() { return FState; }
+    // True when SIGTERM or SIGHUP ended the run: no question or message can be shown then.
+    bool Terminated() const { return FTerminated; }
 
     const std::string& ParamStrings() const { return FParamStrings; }
     uint64_t FZenHWnd = 0; // window of a companion process (kind 1010)
@@ -100,6 +102,7 @@ private:
     TRunOnce* FRunOnce = nullptr;
     uint64_t FWindowHandle = 0;
     bool FFormShown = false;
+    bool FTerminated = false; // a signal ended the run: nobody is there to answer
     int FBatchDepth = 0;
 };
 

@@ -1,6 +1,7 @@
 // Instance check, hand-over and the headless run.
 #include "shell/Startup.h"
 
+#include "common/RegularFile.h"
 #include "common/Trace.h"
 #include "platform/Prompt.h"
 #include "shell/CommandLine.h"
@@ -14,9 +15,12 @@
 #include "shell/Switches.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <thread>
+#include <unistd.h>
 
 namespace zv {
 
@@ -72,7 +76,30 @@ void InstallUserFilesIfNeeded(const std::filesystem::path& root) {
 
 } // namespace
 
-void OpenProgramSettings(const std::filesystem::path& root, const std::filesystem::path& file) {
+namespace {
+
+// What keeps the settings just opened from working, in words for the user.
+std::string SettingsFault(const std::filesystem::path& file) {
+    const std::string name = "\"" + file.string() + "\"";
+    if (SettingsIni().LoadStatus() == TIniLoadStatus::ReadError) {
+        const std::string kind = NotRegularFileKind(file.string());
+        return "The settings file " + name + " cannot be read (" +
+               (kind.empty() ? std::string(std::strerror(errno)) : "it is " + kind) +
+               "). Zevrit starts with the default settings.";
+    }
+    std::error_code ec;
+    const bool exists = std::filesystem::exists(file, ec);
+    const std::filesystem::path folder = file.parent_path();
+    if (exists ? ::access(file.c_str(), W_OK) != 0 : ::access(folder.c_str(), W_OK) != 0)
+        return "The settings cannot be saved in " + name + " (" + std::strerror(errno) +
+               "): changes to them are lost at exit.";
+    return {};
+}
+
+} // namespace
+
+std::string OpenProgramSettings(const std::filesystem::path& root,
+                                const std::filesystem::path& file) {
     TraceEnter("OpenProgramSettings");
     InstallUserFilesIfNeeded(root);
     PrepareDataFolder(root, ProgramFolder());
@@ -86,6 +113,10 @@ void OpenProgramSettings(const std::filesystem::path& root, const std::filesyste
         [](const std::string& section, const std::string& key, const std::string& fallback) {
             return LanguageIni().ReadString(section, key, std::string_view(fallback));
         });
+    std::string fault = SettingsFault(file);
+    if (!fault.empty())
+        Trace("OpenProgramSettings() - " + fault);
+    return fault;
 }
 
 void SettingsStarted(const std::filesystem::path& root) {
@@ -96,12 +127,15 @@ void SettingsStarted(const std::filesystem::path& root) {
         Trace("SettingsStarted() - backup refreshed");
 }
 
-void CloseProgramSettings(const std::filesystem::path& root) {
+std::string CloseProgramSettings(const std::filesystem::path& root) {
     TraceEnter("CloseProgramSettings");
     SetLanguageLookup({});
     WriteStartOptions(root, SettingsIni());
-    if (!SettingsIni().UpdateFile())
-        Trace("CloseProgramSettings() - settings not written");
+    std::string error;
+    if (SettingsIni().UpdateFile(error))
+        return {};
+    Trace("CloseProgramSettings() - settings not written: " + error);
+    return "The settings could not be saved: " + error;
 }
 
 TEntryOutcome RunInstanceCheck(TRunOnce& block, const TEntryParams& params) {
@@ -143,8 +177,11 @@ int RunHeadless(const std::vector<std::string>& argv) {
     std::vector<std::string> args;
     std::copy_if(argv.begin(), argv.end(), std::back_inserter(args),
                  [](const std::string& a) { return !IsSwitch(a, "HEADLESS"); });
-    OpenProgramSettings(GetRootFolder(), SettingsFileFor(args, GetRootFolder()));
+    const std::string fault =
+        OpenProgramSettings(GetRootFolder(), SettingsFileFor(args, GetRootFolder()));
     THeadlessPrompt prompt;
+    if (!fault.empty()) // told, but not a failure of the run: the files are still saved
+        std::fprintf(stderr, "zevrit: %s\n", fault.c_str());
     TMainFormHelper helper(prompt);
     TMainForm form(helper, nullptr);
     form.FormShow(args);
@@ -154,7 +191,9 @@ int RunHeadless(const std::vector<std::string>& argv) {
         if (!helper.SaveFile(doc.get()))
             ++failures;
     helper.FApplicationClosing = true;
-    CloseProgramSettings(GetRootFolder());
+    if (const std::string closing = CloseProgramSettings(GetRootFolder());
+        !closing.empty() && fault.empty()) // once per run
+        std::fprintf(stderr, "zevrit: %s\n", closing.c_str());
     TraceShutdown();
     return failures == 0 ? 0 : 1;
 }

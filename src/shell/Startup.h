@@ -25,15 +25,20 @@ TStartOptions ReadStartOptions(const std::filesystem::path& root);
 std::filesystem::path SettingsFileFor(const std::vector<std::string>& argv,
                                       const std::filesystem::path& root);
 // Lays out the data folder (restoring the settings file if need be), opens the settings
-// file and the language file they name, and routes the program's texts through it.
-void OpenProgramSettings(const std::filesystem::path& root, const std::filesystem::path& file);
+// file and the language file they name, and routes the program's texts through it. Returns
+// what keeps the settings from working (a file that cannot be read, a folder where they
+// cannot be written), for the user; empty when nothing does. The program goes on with the
+// defaults either way.
+std::string OpenProgramSettings(const std::filesystem::path& root,
+                                const std::filesystem::path& file);
 // Once the start has succeeded (the arguments are processed, the window shows): writes
 // StartOptions.ini from the settings, and copies the main settings file over
 // "Zevrit.ini.bak", so that settings which break the start never displace the good copy
 // (no backup for a file named by /SETTINGS).
 void SettingsStarted(const std::filesystem::path& root);
-// Writes StartOptions.ini, then the settings (last, as the shutdown order wants).
-void CloseProgramSettings(const std::filesystem::path& root);
+// Writes StartOptions.ini, then the settings (last, as the shutdown order wants). Returns
+// why the settings could not be written, for the user; empty when they were.
+std::string CloseProgramSettings(const std::filesystem::path& root);
 
 enum class TEntryOutcome {
     RunAsFirst, // this process owns the block (or took it over from a silent first)

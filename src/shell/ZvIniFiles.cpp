@@ -188,9 +188,16 @@ std::string TMemIniFileW::SaveToBytes() const {
 }
 
 bool TMemIniFileW::UpdateFile() {
-    if (FFileName.empty())
+    std::string error;
+    return UpdateFile(error);
+}
+
+bool TMemIniFileW::UpdateFile(std::string& error) {
+    if (FFileName.empty()) {
+        error = "no file name";
         return false;
-    return WriteFileAtomically(FFileName, SaveToBytes());
+    }
+    return WriteFileAtomically(FFileName, SaveToBytes(), &error);
 }
 
 THashedStringList* TMemIniFileW::FindSection(TIniName section) const {

@@ -110,6 +110,8 @@ public:
     bool SectionExists(TIniName section) const override;
     // Writes atomically to FileName(); false with no file name or on failure (traced).
     bool UpdateFile() override;
+    // The same, with the reason of a failure in `error`.
+    bool UpdateFile(std::string& error);
 
     // Drops everything held and reads FileName() again; returns LoadStatus().
     TIniLoadStatus Reload();

@@ -202,4 +202,24 @@ TEST_F(HeadlessRun, SpecialFilesAreRefusedAtOnceAndFilesWithoutASizeReadWhole) {
     EXPECT_NE(proc.out.find("rows: " + std::to_string(rows) + "\n"), std::string::npos) << proc.out;
 }
 
+// Settings that cannot be read (a folder, or a device, named as the settings file) are told
+// once, at the start, and the run goes on with the defaults: the files are still saved.
+TEST_F(HeadlessRun, ASettingsFaultIsToldOnceAndTheRunGoesOn) {
+    const auto text = Write("a.txt", "abc\n");
+    for (const std::string& settings : {(dir / "folder").string(), std::string("/dev/full")}) {
+        fs::create_directories(dir / "folder");
+        const auto result = Run({"-SETTINGS", QString::fromStdString(settings), "-headless",
+                                 QString::fromStdString(text.string())});
+        ASSERT_TRUE(result.finished);
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        const auto told = result.err.find("settings file \"" + settings + "\" cannot be read");
+        EXPECT_NE(told, std::string::npos) << result.err;
+        EXPECT_EQ(result.err.find("settings", told + 1), result.err.rfind("settings"))
+            << "told once: " << result.err;
+        EXPECT_EQ(zvtest::ReadAll(text), "abc\n");
+        EXPECT_TRUE(fs::is_directory(dir / "folder"));
+    }
+    EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
 } // namespace
