@@ -306,7 +306,12 @@ private:
     void RecountVisible();
     bool IsDisplayWrapped() const;
     void ApplyLineEndVerdict(std::int64_t crlf, std::int64_t lf, std::int64_t cr);
-    void LoadSlices(TZvInStream& stream, std::uint32_t codePage, bool ansiBreaks);
+    // False (FLastError set) when the text would need more memory than the machine has.
+    bool FitsInMemory(std::int64_t read, std::int64_t total);
+    std::int64_t ProjectedLoadBytes(std::int64_t read, std::int64_t total) const;
+    // The row array grows by doubling: while it moves, old and new blocks both exist.
+    static constexpr double kRowGrowthSlack = 1.5;
+    bool LoadSlices(TZvInStream& stream, std::uint32_t codePage, bool ansiBreaks);
     std::uint32_t ChooseEncoding(std::string_view head, std::size_t& bom, bool& ansiBreaks);
     std::uint32_t RowLimit() const;
     void LoadBinary(TZvInStream& stream);

@@ -7,6 +7,7 @@
 #include "ZvMemoControl/FileType.h"
 #include "ZvMemoControl/RowSplitter.h"
 #include "ZvMemoControl/Streams.h"
+#include "common/MemoryBudget.h"
 
 #include <algorithm>
 #include <cstring>
@@ -63,6 +64,10 @@ bool TZvMemoStrings::LoadFromFile(const std::string& fileName, bool /*clearUndo*
     } catch (const std::system_error& e) {
         // A read that fails part way (a folder, a vanished disk) is reported, never thrown.
         FLastError = "Cannot read the file: " + e.code().message();
+    } catch (const std::bad_alloc&) {
+        // The projection missed (memory taken by others meanwhile): the half-read rows go.
+        ClearQuick();
+        FLastError = "There is not enough memory to open the file.";
     }
     Memo().FOpeningFile = false;
     if (ok && Memo().FBinaryMode)
@@ -161,9 +166,14 @@ bool TZvMemoStrings::LoadFromStream(TZvInStream& stream) {
         FUseBOM = bom > 0;
         FCodePage = cp;
         stream.Seek(start + static_cast<std::int64_t>(bom));
-        LoadSlices(stream, cp, ansiBreaks);
+        const bool fits = LoadSlices(stream, cp, ansiBreaks);
         if (OnProgress && size > 100000)
             OnProgress(-1, 0);
+        if (!fits) {
+            ClearQuick();
+            EndUpdate();
+            return false;
+        }
     }
     FCurrentStreamPos = stream.Size();
     EndUpdate();
@@ -193,7 +203,27 @@ std::uint32_t TZvMemoStrings::ChooseEncoding(std::string_view head, std::size_t&
     return cp;
 }
 
-void TZvMemoStrings::LoadSlices(TZvInStream& stream, std::uint32_t codePage, bool ansiBreaks) {
+// The memory a whole load needs, projected from the part read so far: two bytes of text per
+// byte at most, and the rows in the proportion found so far.
+std::int64_t TZvMemoStrings::ProjectedLoadBytes(std::int64_t read, std::int64_t total) const {
+    const double rows = static_cast<double>(FCount) * static_cast<double>(total) /
+                        static_cast<double>(std::max<std::int64_t>(read, 1));
+    return 2 * total + static_cast<std::int64_t>(rows * sizeof(TRowItem) * kRowGrowthSlack);
+}
+
+bool TZvMemoStrings::FitsInMemory(std::int64_t read, std::int64_t total) {
+    const std::int64_t need = ProjectedLoadBytes(read, total);
+    const std::int64_t available = AvailableMemoryBytes();
+    if (need <= available)
+        return true;
+    char needText[32], availableText[32];
+    FLastError = std::string("Opening this file needs about ") + FormatMemory(need, needText) +
+                 " of memory, but only " + FormatMemory(available, availableText) +
+                 " are available.";
+    return false;
+}
+
+bool TZvMemoStrings::LoadSlices(TZvInStream& stream, std::uint32_t codePage, bool ansiBreaks) {
     TZvMemoState& memo = Memo();
     const std::int64_t begin = stream.Position();
     std::int64_t end = stream.Size();
@@ -224,6 +254,8 @@ void TZvMemoStrings::LoadSlices(TZvInStream& stream, std::uint32_t codePage, boo
         splitter.Feed(decoder, bytes, last);
         if (OnProgress && FSize > 100000)
             OnProgress(position, FSize);
+        if (!FitsInMemory(position - begin, end - begin))
+            return false; // refused while the rows read so far are still few
     }
     splitter.Finish();
     FInvalidBytes = static_cast<std::int64_t>(decoder.Substitutions()) + (FTrailingByte >= 0);
@@ -231,6 +263,7 @@ void TZvMemoStrings::LoadSlices(TZvInStream& stream, std::uint32_t codePage, boo
     ApplyLineEndVerdict(splitter.CrLfCount(), splitter.LfCount(), splitter.CrCount());
     memo.FHasTabs = splitter.HasTabs();
     memo.FMaxLength = std::max(memo.FMaxLength, splitter.LongestLine() + 100);
+    return true;
 }
 
 // The prevailing kind names the document; it is pure only when no other kind occurs at all,

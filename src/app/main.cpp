@@ -13,10 +13,13 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QIcon>
+#include <QMessageBox>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -40,6 +43,27 @@ constexpr const char* kUsage =
 bool HasOption(const std::vector<std::string>& args, const char* option) {
     return args.size() > 1 && std::find(args.begin() + 1, args.end(), option) != args.end();
 }
+
+// Runs every event's handler; a command that runs out of memory is stopped there with a
+// message, and the window with every other document lives on.
+class TZevritApplication : public QApplication {
+public:
+    using QApplication::QApplication;
+    bool notify(QObject* receiver, QEvent* event) override {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const std::bad_alloc&) {
+            zv::Trace("notify() - out of memory");
+            // Told after this event: a message box now would run inside the failed handler.
+            QTimer::singleShot(0, this, [] {
+                QMessageBox::warning(QApplication::activeWindow(), QStringLiteral("Zevrit"),
+                                     QStringLiteral("There was not enough memory to finish the "
+                                                    "last command. Your documents are kept."));
+            });
+            return false;
+        }
+    }
+};
 
 bool HasDisplay() {
     for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
@@ -101,7 +125,7 @@ int main(int argc, char** argv) {
     }
     if (!HasDisplay())
         return RunWithoutDisplay(argc, argv, args);
-    QApplication app(argc, argv);
+    TZevritApplication app(argc, argv);
     // Qt took its own options (-platform, -style, ...) out of argv: they name no files.
     const std::vector<std::string> windowArgs(argv, argv + argc);
     zv::TraceConfigure(zv::ProgramFolder(), zv::GetRootFolder());

@@ -2,6 +2,7 @@
 // opens them, give the document (code page, mode, text, read-only) the decision tree says;
 // `file --mime-encoding` checks the test files where it can tell.
 #include "ZvMemoControl/ZvMemoStrings.h"
+#include "common/MemoryBudget.h"
 #include "common/Utf.h"
 #include "platform/Prompt.h"
 #include "shell/MainFormHelper.h"
@@ -184,6 +185,40 @@ TEST(OpeningTable, AnyFileSavesBackItsOwnBytes) {
         }
         helper.CloseDocument(static_cast<int>(helper.Documents().size()) - 1);
     }
+}
+
+// A file whose rows would need more memory than the machine has is refused at once with a
+// message saying how much, and the documents already open stay as they were; the same bytes
+// in a few long lines fit and open.
+TEST(OpeningTable, AFileBeyondTheMachinesMemoryIsRefusedAndNothingElseIsLost) {
+    zvtest::TheApp<QCoreApplication>();
+    zvtest::TTempDir temp{"zv-open-memory"};
+    zv::THeadlessPrompt prompt{false};
+    zv::TMainFormHelper helper{prompt};
+    const fs::path kept = temp / "kept.txt", rows = temp / "rows.txt", lines = temp / "lines.txt";
+    zvtest::WriteAll(kept, "keep me\n");
+    zvtest::WriteAll(rows, std::string(4 << 20, '\n'));                           // 4M rows
+    zvtest::WriteAll(lines, std::string(4 << 20, 'x').replace(1 << 20, 1, "\n")); // 2 rows
+    zv::TLoadFileArgs args;
+    args.FileName = kept.string();
+    ASSERT_TRUE(helper.LoadFile(args));
+    helper.ActiveDocument()->Lines->SetLineString(0, u"edited");
+    helper.ActiveDocument()->FModified = true;
+
+    zv::SetMemoryBudgetForTests(64 << 20); // 4M rows of 32 bytes need more than this
+    args.FileName = rows.string();
+    const bool openedRows = helper.LoadFile(args);
+    args.FileName = lines.string();
+    const bool openedLines = helper.LoadFile(args);
+    zv::SetMemoryBudgetForTests(0);
+
+    EXPECT_FALSE(openedRows);
+    ASSERT_EQ(prompt.Log().size(), 1u);
+    EXPECT_NE(prompt.Log()[0].find("needs about"), std::string::npos) << prompt.Log()[0];
+    EXPECT_TRUE(openedLines) << "the same bytes in long lines fit";
+    ASSERT_EQ(helper.Documents().size(), 2u);
+    EXPECT_EQ(helper.Documents()[0]->Lines->Get(0), u"edited");
+    EXPECT_TRUE(helper.Documents()[0]->FModified);
 }
 
 } // namespace
