@@ -3,6 +3,7 @@
 // loading 1 to 10 million rows to show that no step grows with the square of the row count.
 #include "ZvMemoControl/Streams.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
+#include "common/Utf8Stream.h"
 
 #include "WallClock.h"
 
@@ -16,6 +17,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <random>
@@ -197,8 +199,34 @@ void BM_LoadRows(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+// Keeping undecodable bytes as escapes against replacing them (the former rule), decoding the
+// same valid 100 MB file interleaved in one run: the counter `escape_cost` is the ratio of the
+// medians (1.0: no cost), beside the whole load's time for scale.
+void BM_EscapeCostOnValidUtf8(benchmark::State& state) {
+    std::ifstream in(SourceLikeFile(), std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::u16string out(bytes.size() + 4, u'\0');
+    std::vector<double> escape, replace, load;
+    for (auto _ : state) {
+        for (auto mode : {zv::TUtf8Decoder::TInvalid::Escape, zv::TUtf8Decoder::TInvalid::Replace})
+            (mode == zv::TUtf8Decoder::TInvalid::Escape ? escape : replace).push_back(Seconds([&] {
+                zv::TUtf8Decoder decoder(mode);
+                benchmark::DoNotOptimize(decoder.Decode(bytes, true, out.data()));
+            }));
+        zv::TZvMemoStrings store;
+        store.SetCodePage(65001);
+        load.push_back(Seconds([&] { store.LoadFromFile(SourceLikeFile().string()); }));
+        state.SetIterationTime(escape.back());
+    }
+    state.counters["escape_ms"] = Median(escape) * 1e3;
+    state.counters["replace_ms"] = Median(replace) * 1e3;
+    state.counters["load_ms"] = Median(load) * 1e3;
+    state.counters["escape_cost"] = Median(escape) / Median(replace);
+}
+
 } // namespace
 
+BENCHMARK(BM_EscapeCostOnValidUtf8)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(7);
 BENCHMARK(BM_LoadSaveVsIconv)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(7);
 BENCHMARK(BM_LoadRows)
     ->UseManualTime()
