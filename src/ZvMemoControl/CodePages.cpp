@@ -174,6 +174,11 @@ bool IsCodePageSupported(std::uint32_t codePage) {
     return U_SUCCESS(status);
 }
 
+bool IsUnicodeCodePage(std::uint32_t codePage) {
+    return codePage == cpUTF8 || codePage == cpUTF16LE || codePage == cpUTF16BE ||
+           codePage == cpUTF7 || codePage == 12000 || codePage == 12001;
+}
+
 std::uint32_t CodePageFromIcuName(std::string_view name) {
     const std::string wanted(name);
     UErrorCode status = U_ZERO_ERROR;

@@ -37,6 +37,8 @@ const TCodePageInfo* FindCodePage(std::uint32_t codePage);
 std::uint32_t EffectiveCodePage(std::uint32_t codePage);
 // True when a converter for the code page can be opened here.
 bool IsCodePageSupported(std::uint32_t codePage);
+// True for the forms of Unicode (UTF-7, UTF-8, UTF-16, UTF-32), which hold any character.
+bool IsUnicodeCodePage(std::uint32_t codePage);
 // The code page of an ICU converter or charset name (as the charset detector gives), or 0.
 std::uint32_t CodePageFromIcuName(std::string_view name);
 // A short name for people: "UTF-8", "windows-1251", "cp437"...

@@ -2,6 +2,7 @@
 // CheckFileStatus, and a document without a writable file is saved under a new name.
 #include "shell/MainFormHelper.h"
 
+#include "ZvMemoControl/CodePages.h"
 #include "ZvMemoControl/DocumentSave.h"
 #include "common/ActionTrace.h"
 #include "common/Trace.h"
@@ -108,18 +109,31 @@ bool TMainFormHelper::SaveFileAs(TDocument* doc) {
     TraceEnter("SaveFileAs");
     if (!doc)
         doc = ActiveDocument();
-    if (!doc || !FOnAskSaveName)
+    if (!doc || !FOnAskSaveAs)
         return false;
-    const std::string name = FOnAskSaveName(*doc);
-    if (name.empty())
+    const TSaveAsChoice choice = FOnAskSaveAs(*doc);
+    if (choice.FileName.empty())
         return false;
-    const std::string path = AbsolutePath(name);
+    const std::string path = AbsolutePath(choice.FileName);
     if (const int other = FindDocMemo(path); other >= 0 && FDocuments[other].get() != doc) {
         FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
                             path + "\"\n" +
                             LangText("Messages", "304", "That file is open in another tab."));
         return false;
     }
+    TZvMemoStrings& lines = *doc->Lines;
+    const std::uint32_t oldCodePage = lines.CodePage();
+    const bool oldBom = lines.UseBOM();
+    if (choice.CodePage != 0 && !ConfirmLegacyCodePage(*doc, choice.CodePage))
+        return false;
+    if (choice.CodePage != 0)
+        lines.SetCodePage(choice.CodePage);
+    if (choice.BOM >= 0)
+        lines.SetUseBOM(choice.BOM == 1);
+    // Line ends are the text's own: changed only when another kind is chosen (a mixed
+    // text keeps its ends row by row otherwise).
+    if (choice.LineEnds >= 0 && choice.LineEnds != static_cast<int>(lines.SysTextType()))
+        lines.SetSysTextType(static_cast<TSysTextType>(choice.LineEnds));
     const std::string oldPath = doc->FFilePath;
     const bool oldReadOnly = doc->FReadOnly;
     const TFileStamp oldStamp = doc->FStamp;
@@ -134,7 +148,19 @@ bool TMainFormHelper::SaveFileAs(TDocument* doc) {
     doc->FStamp = oldStamp;
     doc->FThroughLink = oldThroughLink;
     doc->FHardLinked = oldHardLinked;
+    lines.SetCodePage(oldCodePage);
+    lines.SetUseBOM(oldBom);
     return false;
+}
+
+bool TMainFormHelper::ConfirmLegacyCodePage(const TDocument& doc, std::uint32_t codePage) {
+    if (!IsUnicodeCodePage(doc.Lines->CodePage()) || IsUnicodeCodePage(codePage))
+        return true;
+    const std::string text =
+        LangText("Messages", "038",
+                 "The document contains Unicode characters! Some characters might be lost if "
+                 "saved as ANSI! Do want to save anyway?");
+    return FPrompt.Prompt("Zevrit", text, pfYesNo | pfWarning, prNo) == prYes;
 }
 
 bool TMainFormHelper::SaveFileCopy(TDocument& doc, const std::string& fileName) {

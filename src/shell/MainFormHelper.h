@@ -16,6 +16,14 @@
 namespace zv {
 
 // Arguments of LoadFile (the usual call: code page 50001, focused, cursors -1, syntax on).
+// What the save dialog gives: the name, and the form the file takes.
+struct TSaveAsChoice {
+    std::string FileName;       // empty: cancelled
+    std::uint32_t CodePage = 0; // 0: the document's own
+    int BOM = -1;               // -1: as it is; 0 without, 1 with
+    int LineEnds = -1;          // -1: as they are; else a TSysTextType
+};
+
 struct TLoadFileArgs {
     std::string FileName;
     int32_t CodePage = 50001;
@@ -54,11 +62,16 @@ public:
     // Writes the document (the active one when null) through the codec, after the backup
     // the "Save" keys ask for; true when the text reached the disk. A failed write leaves
     // the file and the modified mark as they were. A document without a file, or whose file
-    // is read-only (unless "OverwriteReadOnly"), is saved under the name FOnAskSaveName
+    // is read-only (unless "OverwriteReadOnly"), is saved under the name FOnAskSaveAs
     // gives; no name (or no such hook) is a cancel.
     bool SaveFile(TDocument* doc = nullptr);
-    // Saves under a name asked from FOnAskSaveName; false when cancelled or failed.
+    // Saves under a name, in an encoding, BOM and line-end kind asked from FOnAskSaveAs
+    // (message "038" first when a Unicode text goes to a legacy code page); false when
+    // cancelled or failed, and then name and encoding stay as they were.
     bool SaveFileAs(TDocument* doc = nullptr);
+    // True when the document's text is Unicode and `codePage` is a legacy one: message
+    // "038" asks first, and a no is false.
+    bool ConfirmLegacyCodePage(const TDocument& doc, std::uint32_t codePage);
     // Writes `doc` to `fileName` without touching its name or modified mark.
     bool SaveFileCopy(TDocument& doc, const std::string& fileName);
     // Reads the document's file again in `codePage` (after CheckFileStatus: a modified
@@ -78,8 +91,9 @@ public:
     // Closes every document, or every one but `keep` (-1: none kept), asking about each
     // modified one first; nothing closes when any answer is cancel.
     bool CloseAllDocumentTabs(int keep = -1);
-    // Asks for a file name to save `doc` under (the window's save dialog); empty: cancel.
-    std::function<std::string(const TDocument& doc)> FOnAskSaveName;
+    // Asks for a file name to save `doc` under, and the form the file takes (the window's
+    // save dialog); an empty name is a cancel.
+    std::function<TSaveAsChoice(const TDocument& doc)> FOnAskSaveAs;
     // Opens an empty document named with the language's "New" and ".txt", in the form the
     // settings give new documents; with `blank`, it is the start document that the next
     // opened file replaces while it is untouched.

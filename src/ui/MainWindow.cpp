@@ -7,6 +7,7 @@
 #include "shell/Settings.h"
 #include "shell/TailKeywords.h"
 #include "ui/EditorWidget.h"
+#include "ui/SaveAsDialog.h"
 
 #include <QAction>
 #include <QApplication>
@@ -46,13 +47,13 @@ TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
     CreateStatusBar();
     resize(1000, 700);
     FHelper.SetListener(this);
-    FHelper.FOnAskSaveName = [this](const TDocument& doc) { return AskSaveName(doc); };
+    FHelper.FOnAskSaveAs = [this](const TDocument& doc) { return AskSaveAs(doc); };
     UpdateTitle();
 }
 
 TMainWindow::~TMainWindow() {
     FHelper.SetListener(nullptr);
-    FHelper.FOnAskSaveName = nullptr;
+    FHelper.FOnAskSaveAs = nullptr;
     // The editors die in the base class's destructor, when this is no longer a TMainWindow:
     // what they signal then must not reach it.
     for (QObject* child : findChildren<QObject*>())
@@ -298,9 +299,10 @@ void TMainWindow::OpenFileClick() {
     }
 }
 
-std::string TMainWindow::AskSaveName(const TDocument& doc) {
-    return QFileDialog::getSaveFileName(this, tr("Save As"), QString::fromStdString(doc.FFilePath))
-        .toStdString();
+TSaveAsChoice TMainWindow::AskSaveAs(const TDocument& doc) {
+    TSaveAsDialog dialog(this, doc, tr("Save As"));
+    dialog.exec();
+    return dialog.Choice();
 }
 
 void TMainWindow::DocumentSaved(TDocument& doc) {

@@ -77,7 +77,7 @@ private:
     // Runs `command` on the active editor, if there is one.
     void OnActiveEditor(const std::function<void(TEditorWidget&)>& command);
     // The save dialog for `doc`; empty when cancelled.
-    std::string AskSaveName(const TDocument& doc);
+    TSaveAsChoice AskSaveAs(const TDocument& doc);
     void OpenFileClick();
     void SaveClick();
     void CloseTabClick(int index);

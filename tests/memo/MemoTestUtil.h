@@ -17,23 +17,7 @@ using zvtest::ReadAll;
 using zvtest::TTempDir;
 using zvtest::WriteAll;
 
-// Runs a shell-free command line of fixed words and returns its standard output; `status`
-// gets the exit code (-1 when it could not run).
-inline std::string RunOutput(const std::string& commandLine, int& status) {
-    std::string out;
-    FILE* pipe = ::popen(commandLine.c_str(), "r");
-    if (!pipe) {
-        status = -1;
-        return out;
-    }
-    char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
-        out.append(buffer, n);
-    const int rc = ::pclose(pipe);
-    status = WIFEXITED(rc) ? WEXITSTATUS(rc) : -1;
-    return out;
-}
+using zvtest::RunOutput;
 
 inline bool HaveProgram(const std::string& name) {
     int status = 0;

@@ -22,14 +22,7 @@ namespace fs = std::filesystem;
 namespace {
 
 std::string MimeEncoding(const fs::path& file) {
-    const std::string command = "file -b --mime-encoding '" + file.string() + "'";
-    std::string out;
-    if (FILE* pipe = ::popen(command.c_str(), "r")) {
-        char buffer[128];
-        while (std::fgets(buffer, sizeof buffer, pipe))
-            out += buffer;
-        ::pclose(pipe);
-    }
+    std::string out = zvtest::RunOutput("file -b --mime-encoding '" + file.string() + "'");
     while (!out.empty() && out.back() == '\n')
         out.pop_back();
     return out;

@@ -31,17 +31,6 @@ public:
     std::vector<std::string> Asked, Told;
 };
 
-std::string Shell(const std::string& command) {
-    std::string out;
-    if (FILE* pipe = ::popen(command.c_str(), "r")) {
-        char buffer[256];
-        while (std::fgets(buffer, sizeof buffer, pipe))
-            out += buffer;
-        ::pclose(pipe);
-    }
-    return out;
-}
-
 class SaveSafety : public ::testing::Test {
 protected:
     void SetUp() override { zvtest::TheApp<QCoreApplication>(); }
@@ -105,7 +94,9 @@ TEST_F(SaveSafety, ModeBitsOwnerAndExtendedAttributesStay) {
         EXPECT_EQ(st.st_gid, 1234u);
     }
     if (attributes) {
-        EXPECT_EQ(Shell("getfattr --only-values -n user.origin '" + file.string() + "'"), "kept");
+        EXPECT_EQ(
+            zvtest::RunOutput("getfattr --only-values -n user.origin '" + file.string() + "'"),
+            "kept");
     } else {
         ADD_FAILURE() << "setfattr could not set an attribute here (package attr missing?)";
     }

@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -59,6 +61,28 @@ inline std::string ReadAll(const std::filesystem::path& p) {
 // Replaces the file's bytes with `bytes`.
 inline void WriteAll(const std::filesystem::path& p, const std::string& bytes) {
     std::ofstream(p, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+// Runs a command line through the shell and returns its standard output; `status` gets the
+// exit code (-1 when it could not run or was killed).
+inline std::string RunOutput(const std::string& commandLine, int& status) {
+    std::string out;
+    FILE* pipe = ::popen(commandLine.c_str(), "r");
+    if (!pipe) {
+        status = -1;
+        return out;
+    }
+    char buffer[4096];
+    std::size_t n;
+    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
+        out.append(buffer, n);
+    const int rc = ::pclose(pipe);
+    status = WIFEXITED(rc) ? WEXITSTATUS(rc) : -1;
+    return out;
+}
+inline std::string RunOutput(const std::string& commandLine) {
+    int status = 0;
+    return RunOutput(commandLine, status);
 }
 
 // Names in the folder, sorted, the folder itself excluded (to find stray temporary files).

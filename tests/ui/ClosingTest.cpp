@@ -10,8 +10,11 @@
 #include "support/ZvTestSupport.h"
 #include "ui/EditorWidget.h"
 #include "ui/MainWindow.h"
+#include "ui/SaveAsDialog.h"
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QTabWidget>
@@ -164,9 +167,9 @@ TEST_F(ClosingTest, ReadOnlyDocumentsRefuseEditsAndSaveUnderANewName) {
     (void)byMode;
     EXPECT_TRUE(helper.ActiveDocument()->FReadOnly) << "a file without write bits";
     std::string asked;
-    helper.FOnAskSaveName = [&](const zv::TDocument& doc) {
+    helper.FOnAskSaveAs = [&](const zv::TDocument& doc) {
         asked = doc.FFilePath;
-        return (dir / "copy.txt").string();
+        return zv::TSaveAsChoice{(dir / "copy.txt").string()};
     };
     QTest::keyClick(&reopened, Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(asked, locked.string()) << "Save goes to Save As with the name suggested";
@@ -282,6 +285,49 @@ TEST_F(ClosingTest, UnsavedTextIsKeptWithinTwoSecondsAndRestoredExactly) {
     helper.CloseAllDocumentTabs();
     keeper.WriteNow();
     EXPECT_FALSE(keeper.HasSession());
+}
+
+// Save As writes the encoding, byte order mark and line ends chosen in the dialog (the
+// dialog starts from the document's own), as iconv reads the file back; a Unicode text
+// going to a legacy code page asks first, and a no writes nothing.
+TEST_F(ClosingTest, SaveAsWritesTheFormChosenInTheDialog) {
+    Open("src.txt", "caf\xC3\xA9\nline\n");
+    zv::TDocument& doc = *helper.ActiveDocument();
+    zv::TSaveAsDialog dialog(window.get(), doc, "Save As");
+    EXPECT_EQ(dialog.EncodingBox()->currentData().toUInt(), 65001u);
+    EXPECT_FALSE(dialog.BomBox()->isChecked());
+    EXPECT_EQ(dialog.LineEndsBox()->currentData().toInt(), zv::sttUnix);
+    dialog.EncodingBox()->setCurrentIndex(dialog.EncodingBox()->findData(1200u));
+    dialog.BomBox()->setChecked(true);
+    dialog.LineEndsBox()->setCurrentIndex(dialog.LineEndsBox()->findData(zv::sttWindows));
+    dialog.selectFile(QString::fromStdString((dir / "wide.txt").string()));
+    QMetaObject::invokeMethod(&dialog, "accept"); // as the Save button does
+    zv::TSaveAsChoice choice = dialog.Choice();
+    ASSERT_EQ(fs::path(choice.FileName), dir / "wide.txt");
+    helper.FOnAskSaveAs = [&](const zv::TDocument&) { return choice; };
+    ASSERT_TRUE(helper.SaveFileAs(&doc));
+    const auto iconv = [&](const char* from, const char* name) {
+        int status = 0;
+        const std::string out = zvtest::RunOutput(
+            "iconv -f " + std::string(from) + " -t UTF-8 '" + (dir / name).string() + "'", status);
+        return status == 0 ? out : "iconv failed";
+    };
+    EXPECT_EQ(zvtest::ReadAll(dir / "wide.txt").substr(0, 2), "\xFF\xFE");
+    EXPECT_EQ(iconv("UTF-16", "wide.txt"), "caf\xC3\xA9\r\nline\r\n");
+    EXPECT_EQ(doc.FFilePath, (dir / "wide.txt").string());
+
+    choice = {(dir / "legacy.txt").string(), 1252, 0, -1};
+    prompt.Answer = zv::prNo;
+    const int asked = prompt.Questions;
+    EXPECT_FALSE(helper.SaveFileAs(&doc));
+    EXPECT_EQ(prompt.Questions, asked + 1) << "the Unicode question";
+    EXPECT_FALSE(fs::exists(dir / "legacy.txt"));
+    EXPECT_EQ(doc.FFilePath, (dir / "wide.txt").string());
+    EXPECT_EQ(doc.Lines->CodePage(), 1200u);
+    prompt.Answer = zv::prYes;
+    ASSERT_TRUE(helper.SaveFileAs(&doc));
+    EXPECT_EQ(iconv("CP1252", "legacy.txt"), "caf\xC3\xA9\r\nline\r\n");
+    EXPECT_EQ(zvtest::ReadAll(dir / "legacy.txt").size(), 12u) << "one byte per character";
 }
 
 } // namespace
