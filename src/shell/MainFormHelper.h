@@ -31,6 +31,7 @@ struct TLoadFileArgs {
 };
 
 class TCustomIniFile;
+class TFileQue;
 
 class TMainFormHelper {
 public:
@@ -123,6 +124,7 @@ public:
     void MarkDiffersFromFile(TDocument& doc);
 
     TOpenAs FOpenAs = oaNone;   // one-shot request for the next LoadFile
+    TFileQue* FFileQ = nullptr; // the memory per file LoadFile recalls; null: none
     bool FDelayTabLoad = false; // batch mode: tabs made, files read on first show
     bool FApplicationClosing = false;
     bool FInBatch = false;
