@@ -3,6 +3,7 @@
 
 #include "common/AtomicFile.h"
 #include "common/Trace.h"
+#include "common/Utf.h"
 #include "shell/ZvIniFiles.h"
 
 #include <pugixml.hpp>
@@ -119,6 +120,16 @@ TFileInfo ReadEntry(pugi::xml_node entry) {
     return info;
 }
 
+// XML 1.0 holds no control characters but tab and line ends, and parsers turn a CR into
+// LF: a path with any of them, or with bytes that are no UTF-8, could not come back.
+bool IsStorableText(std::string_view text) {
+    return IsValidUtf8(text) &&
+           std::none_of(text.begin(), text.end(),
+                        [](char c) { return static_cast<unsigned char>(c) < 0x20; }) &&
+           text.find("\xEF\xBF\xBE") == std::string_view::npos &&
+           text.find("\xEF\xBF\xBF") == std::string_view::npos;
+}
+
 std::filesystem::path FreeDamagedName(const std::filesystem::path& file) {
     const std::string base = file.string() + ".damaged-" + IsoTime(std::time(nullptr));
     std::error_code ec;
@@ -156,6 +167,11 @@ std::string FileInfoToXml(const std::vector<TFileInfo>& entries) {
 bool ParseFileInfo(std::string_view bytes, std::vector<TFileInfo>& entries) {
     pugi::xml_document doc;
     if (!doc.load_buffer(bytes.data(), bytes.size(), pugi::parse_default, pugi::encoding_utf8))
+        return false;
+    // pugixml takes several top-level elements; a well-formed document has one.
+    const auto children = doc.children();
+    if (std::count_if(children.begin(), children.end(),
+                      [](pugi::xml_node node) { return node.type() == pugi::node_element; }) != 1)
         return false;
     const pugi::xml_node files = doc.document_element();
     if (std::string_view(files.name()) != "Files")
@@ -221,8 +237,10 @@ void TFileQue::Prune() {
 }
 
 bool TFileQue::AddFiledata(TFileInfo info) {
-    if (info.LocalFile.empty() || info.LocalFile.front() != '/')
+    if (info.LocalFile.empty() || info.LocalFile.front() != '/' || !IsStorableText(info.LocalFile))
         return false;
+    if (info.Highlighter && !IsStorableText(*info.Highlighter))
+        info.Highlighter.reset();
     std::erase_if(FInfoList, [&](const TFileInfo& e) { return e.LocalFile == info.LocalFile; });
     FInfoList.insert(FInfoList.begin(), Filtered(std::move(info)));
     Prune();

@@ -64,7 +64,8 @@ public:
 
     // Puts `info` at the head, replacing an entry of the same path, with only the groups
     // the Store flags allow; the oldest entries beyond MaxIndex go. A path that is not
-    // absolute is ignored (false).
+    // absolute, or that XML cannot carry back unchanged (control characters, bytes that are
+    // no UTF-8), is ignored (false); such a syntax name is left out.
     bool AddFiledata(TFileInfo info);
     // The entry of `path` with only the groups the Store flags allow, or null.
     std::optional<TFileInfo> GetFileData(const std::string& path) const;
