@@ -325,8 +325,9 @@ void TMainWindow::DocumentSaved(TDocument& doc) {
         // After the save returns: the editor's scan is paused by the save until then.
         QMetaObject::invokeMethod(
             editor,
-            [this, editor, name = doc.FFilePath] {
-                editor->SetSyntaxForFile(name, GetRootFolder(), Colors());
+            [this, editor, &doc, name = doc.FFilePath] { // doc lives as long as its editor
+                doc.FHighlighter =
+                    Utf16ToUtf8(editor->SetSyntaxForFile(name, GetRootFolder(), Colors()));
                 editor->FollowDocumentIndent();
             },
             Qt::QueuedConnection);

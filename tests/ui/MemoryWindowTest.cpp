@@ -9,6 +9,7 @@
 #include "shell/MainForm.h"
 #include "shell/RootFolder.h"
 #include "shell/Settings.h"
+#include "syntax/SyntaxSelect.h"
 #include "ui/EditorWidget.h"
 
 #include <QMenu>
@@ -22,9 +23,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Before anything asks for the root: all of this program's data goes to a folder of its own.
+// Before anything asks for the root: all of this program's data goes to a folder of its own,
+// with the syntax files of the build's tree.
 const zvtest::TTempDir& Root() {
     static const zvtest::TTempDir root{"zv-memory-root"};
+    static const bool linked = [] {
+        fs::create_directory_symlink(fs::path(ZV_TEST_TREE) / "Syntax", root / "Syntax");
+        return true;
+    }();
+    (void)linked;
     return root;
 }
 const bool kRootSet = ::setenv("ZEVRIT_ROOT", Root().Path().c_str(), 1) == 0;
@@ -256,6 +263,44 @@ TEST_F(MemoryWindowTest, NamedSessionsOpenTheirDocumentsAndCanBeDeleted) {
     ASSERT_EQ(remove->actions().size(), 1);
     remove->actions()[0]->trigger();
     EXPECT_TRUE(zv::TSessions(data / "Sessions.ini").Names().empty());
+}
+
+// The type the extension map gives a file name: an oracle apart from the window.
+std::string TypeByExtension(const fs::path& file) {
+    zv::TZvSyntax loader;
+    zv::TSyntaxEnvironment env;
+    env.Settings = &zv::SettingsIni();
+    env.Root = zv::GetRootFolder();
+    return zv::Utf16ToUtf8(zv::TSyntaxSelector(env, loader).LoadStyleFromFile(file));
+}
+
+TEST_F(MemoryWindowTest, TheSyntaxInForceIsRememberedAndWinsOverTheExtension) {
+    const fs::path notes = Write("notes.txt", "int main() { return 0; }\n");
+    const fs::path c = dir / "notes.c";
+    ASSERT_EQ(TypeByExtension(c), "C");
+    ASSERT_NE(TypeByExtension(notes), "C");
+    {
+        TRun first;
+        ASSERT_TRUE(first.Open(notes));
+        first.helper.FOnAskSaveName = [&](const zv::TDocument&) { return c.string(); };
+        ASSERT_TRUE(first.helper.SaveFileAs());
+        QCoreApplication::processEvents(); // the new name's syntax follows the save
+        ASSERT_TRUE(first.Exit());
+    }
+    zv::TFileQue memory(data / "FileInfo.xml", {});
+    ASSERT_EQ(memory.LoadList(), zv::TFileQueLoad::Loaded);
+    ASSERT_TRUE(memory.GetFileData(c.string()));
+    EXPECT_EQ(memory.GetFileData(c.string())->Highlighter, "C");
+
+    zv::TFileInfo chosen; // a .txt file shown as C
+    chosen.LocalFile = notes.string();
+    chosen.Highlighter = "C";
+    memory.AddFiledata(chosen);
+    ASSERT_TRUE(memory.SaveFile());
+    TRun second;
+    ASSERT_TRUE(second.Open(notes));
+    EXPECT_EQ(second.helper.ActiveDocument()->FHighlighter, "C");
+    EXPECT_NE(second.window->ActiveEditor()->Scan(), nullptr) << "coloured as C";
 }
 
 TEST_F(MemoryWindowTest, ADamagedMemoryIsSaidOnceAndAFreshOneIsWritten) {
