@@ -64,7 +64,9 @@ void TDocumentMemory::Flush() {
         Trace("TDocumentMemory.Flush() - recent lists not written");
     if (FFileQDirty && !FFileQ.SaveFile())
         Trace("TDocumentMemory.Flush() - FileInfo.xml not written");
-    FListsDirty = FFileQDirty = false;
+    if (FReopenDirty && !FExiting)
+        WriteReopenList();
+    FListsDirty = FFileQDirty = FReopenDirty = false;
 }
 
 void TDocumentMemory::DocumentAdded(TDocument& doc) {
@@ -95,8 +97,7 @@ void TDocumentMemory::DocumentRemoved(TDocument& doc) {
         FMRU.AddFile(doc.FFilePath);
         FListsDirty = true;
     }
-    if (!FExiting)
-        WriteReopenList();
+    FReopenDirty = true;
     ScheduleSave();
 }
 

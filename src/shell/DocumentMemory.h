@@ -34,7 +34,8 @@ public:
 
     void DocumentAdded(TDocument& doc) override;
     // Remembers the closed document, lists it as recently closed and, with "ReopenLastDoc",
-    // writes the documents still open; the files follow once the event loop is idle.
+    // notes the documents still open; the files are written once the event loop is idle
+    // (one write for a whole Close All).
     void DocumentRemoved(TDocument& doc) override;
     void DocumentActivated(TDocument&) override {}
     void DocumentReloaded(TDocument&) override {}
@@ -92,6 +93,7 @@ private:
     bool FExiting = false;
     bool FListsDirty = false;
     bool FFileQDirty = false;
+    bool FReopenDirty = false;
     QTimer FSaveTimer; // coalesces the writes of many closes into one
 };
 

@@ -114,7 +114,6 @@ bool TSessions::Save(const std::string& name, const std::string& description,
         ini.WriteString(name, kSessionKeys[v], std::string_view(joined));
     }
     ini.WriteBool(name, "IncludeFiles", true);
-    ini.WriteBool(name, "IncludeProject", false);
     std::error_code ec;
     std::filesystem::create_directories(FFile.parent_path(), ec);
     return ini.UpdateFile();
