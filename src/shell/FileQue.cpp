@@ -207,11 +207,20 @@ TFileQueLoad TFileQue::LoadList() {
     FInfoList.clear();
     FDamagedCopy = FreeDamagedName(FFileName);
     std::filesystem::rename(FFileName, FDamagedCopy, ec);
+    if (ec) { // it stays where it is, and nothing is written over it
+        FDamagedCopy = FFileName;
+        FWriteRefused = true;
+    }
     Trace("TFileQue.LoadList() - damaged, kept as " + FDamagedCopy.string());
     return TFileQueLoad::Damaged;
 }
 
 bool TFileQue::SaveFile(std::string* error) const {
+    if (FWriteRefused) {
+        if (error)
+            *error = "the damaged " + FFileName.string() + " could not be kept aside";
+        return false;
+    }
     std::error_code ec;
     std::filesystem::create_directories(FFileName.parent_path(), ec);
     return WriteFileAtomically(FFileName, FileInfoToXml(FInfoList), error);

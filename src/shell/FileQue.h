@@ -56,7 +56,8 @@ public:
 
     // Reads the file. A file that is not well-formed XML with a "Files" root is renamed
     // to "<name>.damaged-<UTC time>" (never overwriting an earlier copy) and the memory
-    // starts empty; nothing else is ever deleted.
+    // starts empty; nothing else is ever deleted. When the rename fails the file stays in
+    // place (DamagedCopy is its own name) and SaveFile refuses to write over it.
     TFileQueLoad LoadList();
     const std::filesystem::path& DamagedCopy() const { return FDamagedCopy; }
     // Writes all entries atomically, newest first; false (the old file kept) on failure.
@@ -85,6 +86,7 @@ private:
     TFileQueOptions FOptions;
     std::vector<TFileInfo> FInfoList; // newest first
     std::filesystem::path FDamagedCopy;
+    bool FWriteRefused = false; // a damaged file could not be kept aside
 };
 
 // Serialises entries to the file's bytes, and back. ParseFileInfo returns false for text

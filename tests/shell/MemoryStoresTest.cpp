@@ -181,6 +181,18 @@ TEST_F(FileQueStore, ADamagedFileIsKeptAsideAndTheMemoryStartsEmpty) {
     }
 }
 
+TEST_F(FileQueStore, ADamagedFileThatCannotBeKeptAsideIsNeverWrittenOver) {
+    // A name so long that the suffixed copy's name exceeds what the file system allows.
+    const fs::path longName = temp / std::string(250, 'm');
+    zvtest::WriteAll(longName, "<Files>");
+    zv::TFileQue store(longName, {});
+    ASSERT_EQ(store.LoadList(), zv::TFileQueLoad::Damaged);
+    EXPECT_EQ(store.DamagedCopy(), longName);
+    store.AddFiledata(RandomEntry(random));
+    EXPECT_FALSE(store.SaveFile());
+    EXPECT_EQ(zvtest::ReadAll(longName), "<Files>");
+}
+
 TEST_F(FileQueStore, ADamagedFileIsSaidOnceWhenTheProgramStarts) {
     zvtest::TheApp<QCoreApplication>();
     fs::create_directories(file.parent_path());
