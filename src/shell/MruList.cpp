@@ -9,7 +9,7 @@ namespace zv {
 
 bool IsRecentPath(const std::string& path) {
     return !path.empty() && (path.front() == '/' || path.find('|') != std::string::npos) &&
-           path.find('\n') == std::string::npos;
+           path.find_first_of("\r\n") == std::string::npos;
 }
 
 TZvMRUList::TZvMRUList(std::filesystem::path file, int capacity)

@@ -37,7 +37,8 @@ private:
     bool fLoaded = false;
 };
 
-// True for a path a recent list takes: absolute, or remote (holds "|").
+// True for a path a recent list takes: absolute, or remote (holds "|"), and no line end
+// in it (the lists are one path per line).
 bool IsRecentPath(const std::string& path);
 
 } // namespace zv

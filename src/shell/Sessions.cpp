@@ -110,7 +110,8 @@ bool TSessions::Save(const std::string& name, const std::string& description,
     for (size_t v = 0; v < views.size() && v < kMaxViews; ++v) {
         std::string joined;
         for (const std::string& path : views[v])
-            joined += (joined.empty() ? "" : "|") + path;
+            if (path.find('|') == std::string::npos)
+                joined += (joined.empty() ? "" : "|") + path;
         ini.WriteString(name, kSessionKeys[v], std::string_view(joined));
     }
     ini.WriteBool(name, "IncludeFiles", true);

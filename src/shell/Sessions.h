@@ -31,7 +31,8 @@ public:
     // The documents of each tab group ("LeftFiles", "RightFiles", "TG2Files".."TG5Files").
     std::vector<std::vector<std::string>> Files(const std::string& name) const;
     // Stores (or replaces) a session and writes the file; false for a name that cannot be
-    // a section ("", "[", "]", a line end) or a failed write.
+    // a section ("", "[", "]", a line end) or a failed write. A path holding "|", which
+    // separates the paths of a list, is left out rather than split.
     bool Save(const std::string& name, const std::string& description,
               const std::vector<std::vector<std::string>>& views);
     // Removes a session and writes the file; false when it did not exist or the write failed.

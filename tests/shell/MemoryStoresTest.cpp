@@ -216,7 +216,7 @@ TEST(RecentList, FollowsItsRulesAndSurvivesItsFile) {
     std::mt19937 random(7);
     const std::vector<std::string> names = {"/a.txt",    "/b/c d.txt", "/é.txt",
                                             "rel/x.txt", "bare.txt",   "/srv/l.txt|/remote/l.txt",
-                                            "",          "/e\nf"};
+                                            "",          "/e\nf",      "/g\rh"};
     for (int round = 0; round < 20; ++round) {
         const int capacity = 1 + static_cast<int>(random() % 5);
         zv::TZvMRUList list(temp / "MRU.txt", capacity);
@@ -230,7 +230,7 @@ TEST(RecentList, FollowsItsRulesAndSurvivesItsFile) {
                 std::erase(model, path);
                 continue;
             }
-            const bool taken = !path.empty() && path.find('\n') == std::string::npos &&
+            const bool taken = !path.empty() && path.find_first_of("\r\n") == std::string::npos &&
                                (path[0] == '/' || path.find('|') != std::string::npos);
             EXPECT_EQ(list.AddFile(path), taken) << path;
             if (!taken)
@@ -282,6 +282,37 @@ TEST(SavedDocumentLists, SessionsAndTheReopenListRoundTrip) {
     ASSERT_TRUE(zv::SaveLastOpenFiles(temp / "_reopen.txt", open));
     EXPECT_EQ(zv::LoadLastOpenFiles(temp / "_reopen.txt"), open);
     EXPECT_TRUE(zv::LoadLastOpenFiles(temp / "missing.txt").Views.empty());
+}
+
+// Paths with what the settings-file form treats specially: "=", ";", brackets, blanks at
+// either end, "|".
+TEST(SavedDocumentLists, RandomPathsRoundTripOrAreLeftOutWhole) {
+    zvtest::TTempDir temp{"zv-sessions"};
+    std::mt19937 random(99);
+    const std::vector<std::string> pieces = {"a", "=", ";", "[", "]", " ", "|", "é", "#", "x"};
+    for (int round = 0; round < 30; ++round) {
+        std::vector<std::string> paths;
+        const int count = static_cast<int>(random() % 8);
+        for (int i = 0; i < count; ++i) {
+            std::string path = "/";
+            for (int n = 1 + static_cast<int>(random() % 8); n > 0; --n)
+                path += pieces[random() % pieces.size()];
+            paths.push_back(path);
+        }
+        const zv::TOpenFiles open{{paths}, 0, count - 1};
+        ASSERT_TRUE(zv::SaveLastOpenFiles(temp / "_reopen.txt", open));
+        const zv::TOpenFiles back = zv::LoadLastOpenFiles(temp / "_reopen.txt");
+        EXPECT_EQ(back.Views.empty() ? std::vector<std::string>{} : back.Views[0], paths);
+        EXPECT_EQ(back.PageIndex, open.PageIndex);
+
+        zv::TSessions sessions(temp / "Sessions.ini");
+        ASSERT_TRUE(sessions.Save("s", "", {paths}));
+        std::vector<std::string> storable;
+        std::copy_if(paths.begin(), paths.end(), std::back_inserter(storable),
+                     [](const std::string& p) { return p.find('|') == std::string::npos; });
+        const auto views = sessions.Files("s");
+        EXPECT_EQ(views.empty() ? std::vector<std::string>{} : views[0], storable);
+    }
 }
 
 TEST(ReopenAtStart, HonoursTheOptionNoReopenAndSilent) {
