@@ -4,3 +4,9 @@ if(TARGET zv_ui)
     DEPS zv_ui)
   target_include_directories(zv_window_bench PRIVATE ${PROJECT_SOURCE_DIR}/tests)
 endif()
+# Starting with the last session of 200 documents: the window shows with deferred tabs.
+if(TARGET zv_ui)
+  zv_benchmark(zv_session_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/ui/SessionBench.cpp
+    DEPS zv_ui)
+  target_include_directories(zv_session_bench PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+endif()

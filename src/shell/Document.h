@@ -51,6 +51,13 @@ public:
     bool FThroughLink = false;
     bool FHardLinked = false; // the file has other hard links: saves rewrite it in place
     std::int32_t FCaretX = 0, FCaretY = 0; // the caret of its view, kept for a restore
+    // The rest of its view, noted when the view closes and remembered per file: the first
+    // row shown and the selection (start == end: none).
+    std::int32_t FTopLine = 0;
+    std::int32_t FSelStartX = 0, FSelStartY = 0, FSelEndX = 0, FSelEndY = 0;
+    bool FRestoreView = false; // the view takes caret, selection and top row from here
+    std::string FHighlighter;  // syntax type in force; empty: chosen by the extension
+    bool FAddToMRU = false;    // goes to the recent files (not when reopened by the program)
     TOpenAs FOpenAs = oaNone;
     // Invariant: never null; the store is replaced only while no view paints it.
     std::unique_ptr<TZvMemoStrings> Lines;

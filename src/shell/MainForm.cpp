@@ -2,6 +2,7 @@
 #include "shell/MainForm.h"
 
 #include "common/Trace.h"
+#include "shell/DocumentMemory.h"
 #include "shell/FileMonitor.h"
 #include "shell/HandOver.h"
 #include "shell/Language.h"
@@ -33,8 +34,11 @@ TMainForm::TMainForm(TMainFormHelper& helper, IMainView* view, QObject* parent)
     });
     if (FHelper.Customize().AutoSaveEnable)
         AutoSaveTimer.start(FHelper.Customize().AutoSaveIntervalMinutes * 60000);
-    if (FView)
+    if (FView) {
         FMonitor = std::make_unique<TFileMonitor>(FHelper);
+        FMemory = std::make_unique<TDocumentMemory>(FHelper, *this, GetRootFolder() / "Data",
+                                                    SettingsIni());
+    }
 }
 
 int TMainForm::AutoSaveTimerTick() {
@@ -47,7 +51,22 @@ int TMainForm::AutoSaveTimerTick() {
     return options.AutoSaveIntervalMinutes * 60000;
 }
 
+bool TMainForm::FormCloseQuery() {
+    if (FMemory)
+        FMemory->BeginExit();
+    if (!FHelper.CloseAllDocumentTabs()) {
+        if (FMemory)
+            FMemory->CancelExit();
+        return false;
+    }
+    FCrash->Clear(); // a clean end: nothing unsaved is left
+    if (FMemory)
+        FMemory->Flush();
+    return true;
+}
+
 TMainForm::~TMainForm() {
+    FMemory.reset(); // stops listening before the helper's documents go
     if (FRunOnce && FWindowHandle)
         FRunOnce->RemoveHandle(FWindowHandle);
 }
@@ -64,9 +83,14 @@ void TMainForm::RegisterWindow(TRunOnce& block, bool firstInstance) {
 
 void TMainForm::FormShow(const std::vector<std::string>& argv) {
     FFormShown = true;
+    // The last documents come back unless a crashed run's texts do.
+    const bool reopen = FMemory && !FCrash->HasSession() &&
+                        WantsReopen(argv, FHelper.MemoMiscOptions().ReopenLastDoc);
     // Unsaved text a killed or crashed run left behind: offered before anything opens.
     if (FView)
         OfferCrashSession();
+    if (reopen)
+        FMemory->ReopenLastDocuments();
     try {
         RunArgumentPass(argv, *this, FState);
     } catch (const EConvertError& e) {
@@ -100,6 +124,8 @@ void TMainForm::OfferCrashSession() {
         Trace("TerminationSignal() - " + std::to_string(signal));
         FTerminated = true;
         FCrash->WriteNow();
+        if (FMemory)
+            FMemory->KeepOpenDocuments();
         QCoreApplication::exit(0);
     });
 }

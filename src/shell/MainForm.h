@@ -17,6 +17,7 @@
 
 namespace zv {
 
+class TDocumentMemory;
 class TFileMonitor;
 class TRunOnce;
 class THandOverServer;
@@ -70,6 +71,12 @@ public:
 
     // The crash session of unsaved text (under the data root's "Data/Crash").
     TCrashKeeper& Crash() { return *FCrash; }
+    // Recent files, memory per file, reopen list and sessions (under "Data"); null when
+    // headless.
+    TDocumentMemory* Memory() { return FMemory.get(); }
+    // The window closes: every document is offered for saving and closed, its state
+    // remembered. False when the user cancelled (everything stays open).
+    bool FormCloseQuery();
 
     TCommandLineState& State() { return FState; }
     // True when SIGTERM or SIGHUP ended the run: no question or message can be shown then.
@@ -96,7 +103,8 @@ private:
     QTimer ParamsTimer;
     QTimer AutoSaveTimer;
     std::unique_ptr<TCrashKeeper> FCrash;
-    std::unique_ptr<TFileMonitor> FMonitor; // with a window only: headless runs ask nothing
+    std::unique_ptr<TFileMonitor> FMonitor;   // with a window only: headless runs ask nothing
+    std::unique_ptr<TDocumentMemory> FMemory; // with a window only
     std::unique_ptr<TTerminationWatch> FTermination; // set once the window shows
     std::unique_ptr<THandOverServer> FHandOver;
     TRunOnce* FRunOnce = nullptr;

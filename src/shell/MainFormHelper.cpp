@@ -8,6 +8,7 @@
 #include "common/RegularFile.h"
 #include "common/Trace.h"
 #include "common/Utf.h"
+#include "shell/DocumentMemory.h"
 #include "shell/Language.h"
 #include "shell/MemoOptions.h"
 #include "shell/ZvIniFiles.h"
@@ -208,11 +209,15 @@ bool TMainFormHelper::LoadFile(const TLoadFileArgs& args) {
     doc->FFilePath = path;
     doc->FOpenAs = openAs;
     doc->FDeferredCodePage = CodePageFor(openAs, args.CodePage);
+    doc->FAddToMRU = !args.NoMRU;
+    if (FFileQ)
+        RecallFileData(*FFileQ, *doc, args.CodePage == 50001 && openAs == oaNone,
+                       args.CursorX < 0 && args.CursorY < 0);
     // Many files at once: only the tab now, the file when the tab first shows.
     doc->FDeferred = FInBatch || FDelayTabLoad;
     if (!doc->FDeferred && !ReadInto(*doc, doc->FDeferredCodePage))
         return false;
-    doc->FReadOnly = args.ReadOnly || IsReadOnlyFile(path);
+    doc->FReadOnly = doc->FReadOnly || args.ReadOnly || IsReadOnlyFile(path);
     AddDocument(std::move(doc));
     DropUntouchedBlank();
     ActionTraceListAdd("LoadFile", path);

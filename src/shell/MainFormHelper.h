@@ -39,6 +39,7 @@ struct TLoadFileArgs {
 };
 
 class TCustomIniFile;
+class TFileQue;
 
 class TMainFormHelper {
 public:
@@ -137,6 +138,7 @@ public:
     void MarkDiffersFromFile(TDocument& doc);
 
     TOpenAs FOpenAs = oaNone;   // one-shot request for the next LoadFile
+    TFileQue* FFileQ = nullptr; // the memory per file LoadFile recalls; null: none
     bool FDelayTabLoad = false; // batch mode: tabs made, files read on first show
     bool FApplicationClosing = false;
     bool FInBatch = false;

@@ -40,10 +40,13 @@ public:
     // scan context, line scanner and background thread are attached to the rows; the thread
     // starts at once. The host is kept alive by the widget while it is in use.
     void SetSyntax(std::shared_ptr<const TMemoStyleHost> host);
-    // The syntax the extension of `fileName` selects, loaded from the data folder `root`
-    // and coloured by `colors` (read only during the call); plain text when none is mapped.
-    void SetSyntaxForFile(const std::filesystem::path& fileName, const std::filesystem::path& root,
-                          const IStyleColorSource& colors);
+    // The syntax the extension of `fileName` selects (or the type `forcedType` names, when
+    // given), loaded from the data folder `root` and coloured by `colors` (read only during
+    // the call); plain text when none is mapped. Returns the type in force.
+    std::u16string SetSyntaxForFile(const std::filesystem::path& fileName,
+                                    const std::filesystem::path& root,
+                                    const IStyleColorSource& colors,
+                                    std::u16string_view forcedType = {});
     // Both at once, with one scanner rebuild.
     void SetDocument(TZvMemoStrings* lines, std::shared_ptr<const TMemoStyleHost> host);
     // Timing of background threads made from now on (tests and benchmarks shorten it).

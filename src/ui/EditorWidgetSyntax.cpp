@@ -9,9 +9,10 @@
 
 namespace zv {
 
-void TEditorWidget::SetSyntaxForFile(const std::filesystem::path& fileName,
-                                     const std::filesystem::path& root,
-                                     const IStyleColorSource& colors) {
+std::u16string TEditorWidget::SetSyntaxForFile(const std::filesystem::path& fileName,
+                                               const std::filesystem::path& root,
+                                               const IStyleColorSource& colors,
+                                               std::u16string_view forcedType) {
     TZvSyntax loader;
     loader.SetColorSource(&colors);
     TSyntaxEnvironment env;
@@ -22,8 +23,9 @@ void TEditorWidget::SetSyntaxForFile(const std::filesystem::path& fileName,
     std::error_code ec;
     const auto size = std::filesystem::file_size(fileName, ec);
     auto host = std::make_shared<TMemoStyleHost>();
-    selector.SetSyntaxStyle(fileName, *host, ec ? 0 : size);
+    std::u16string type = selector.SetSyntaxStyle(fileName, *host, ec ? 0 : size, forcedType);
     SetSyntax(host->FStyles ? std::move(host) : nullptr);
+    return type;
 }
 
 } // namespace zv

@@ -2,6 +2,7 @@
 #include "ui/MainWindow.h"
 
 #include "common/Trace.h"
+#include "common/Utf.h"
 #include "shell/MemoOptions.h"
 #include "shell/RootFolder.h"
 #include "shell/Settings.h"
@@ -69,6 +70,7 @@ void TMainWindow::CreateMenus() {
                     [this] { FHelper.SaveFileAs(); });
     file->addAction(tr("Save A&ll"), this, [this] { FHelper.SaveAllFiles(); });
     CreateFileExtras(file);
+    CreateMemoryMenus(file);
     file->addSeparator();
     file->addAction(tr("&Close"), QKeySequence(Qt::CTRL | Qt::Key_W), this,
                     [this] { CloseTabClick(FTabs->currentIndex()); });
@@ -80,10 +82,8 @@ void TMainWindow::CreateMenus() {
 }
 
 void TMainWindow::closeEvent(QCloseEvent* event) {
-    if (!FHelper.CloseAllDocumentTabs())
+    if (FForm ? !FForm->FormCloseQuery() : !FHelper.CloseAllDocumentTabs())
         return event->ignore();
-    if (FForm)
-        FForm->Crash().Clear(); // a clean end: nothing unsaved is left
     event->accept();
 }
 
@@ -167,12 +167,16 @@ void TMainWindow::DocumentAdded(TDocument& doc) {
     auto* editor = new TEditorWidget(FTabs);
     editor->SetLines(doc.Lines.get());
     ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
-    editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder(), Colors());
+    const std::u16string forced = Utf8ToUtf16(doc.FHighlighter);
+    doc.FHighlighter =
+        Utf16ToUtf8(editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder(), Colors(), forced));
     editor->FollowDocumentIndent();
     editor->Memo().FReadOnly = doc.FReadOnly;
     if (doc.FModified) { // text brought back from the crash session
         editor->Memo().SetModified(true);
         editor->Memo().SetTextCursor(doc.FCaretX, doc.FCaretY);
+    } else if (doc.FRestoreView && !doc.FDeferred) { // remembered from a former opening
+        ShowViewState(*editor, doc);
     }
     BindEditor(*editor, doc);
     FSyncingTabs = true;
@@ -194,8 +198,7 @@ void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {
     connect(&editor, &TEditorWidget::ModifiedChanged, this,
             [this, &doc](bool modified) { ModifiedChanged(doc, modified); });
     connect(&editor, &TEditorWidget::CursorChanged, this, [this, &editor, &doc] {
-        doc.FCaretX = editor.Memo().FCurX;
-        doc.FCaretY = editor.Memo().FCurY;
+        NoteViewState(editor, doc);
         if (&editor == ActiveEditor())
             UpdateStatus();
     });
@@ -227,6 +230,8 @@ void TMainWindow::DocumentRemoved(TDocument& doc) {
     // still shows doc's rows.
     for (int i = 0; i < FTabs->count(); ++i) {
         if (EditorAt(i)->Lines() == doc.Lines.get()) {
+            if (!doc.FDeferred)
+                NoteViewState(*EditorAt(i), doc); // remembered for the next opening
             QWidget* page = FTabs->widget(i);
             FSyncingTabs = true;
             FTabs->removeTab(i);
@@ -254,10 +259,14 @@ void TMainWindow::DocumentReloaded(TDocument& doc) {
         editor->SetLines(doc.Lines.get());
         ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
         editor->FollowDocumentIndent();
-        // A followed log shows its newest line; another document keeps its caret's place.
-        const int row = doc.FMonitored ? editor->Memo().RowCount() - 1 : doc.FCaretY;
-        editor->Memo().SetTextCursor(doc.FMonitored ? 0 : doc.FCaretX, row);
-        editor->ShowRow(editor->Memo().FCurY);
+        if (doc.FRestoreView && !doc.FMonitored) { // a deferred tab's remembered view
+            ShowViewState(*editor, doc);
+        } else {
+            // A followed log shows its newest line; another document keeps its caret's place.
+            const int row = doc.FMonitored ? editor->Memo().RowCount() - 1 : doc.FCaretY;
+            editor->Memo().SetTextCursor(doc.FMonitored ? 0 : doc.FCaretX, row);
+            editor->ShowRow(editor->Memo().FCurY);
+        }
     }
     UpdateCaption(doc);
     UpdateTitle();
@@ -318,8 +327,9 @@ void TMainWindow::DocumentSaved(TDocument& doc) {
         // After the save returns: the editor's scan is paused by the save until then.
         QMetaObject::invokeMethod(
             editor,
-            [this, editor, name = doc.FFilePath] {
-                editor->SetSyntaxForFile(name, GetRootFolder(), Colors());
+            [this, editor, &doc, name = doc.FFilePath] { // doc lives as long as its editor
+                doc.FHighlighter =
+                    Utf16ToUtf8(editor->SetSyntaxForFile(name, GetRootFolder(), Colors()));
                 editor->FollowDocumentIndent();
             },
             Qt::QueuedConnection);

@@ -68,6 +68,15 @@ private:
     // File > Reopen with encoding (every code page this system converts) and Save Copy As.
     void CreateFileExtras(QMenu* file);
     void CreateEditMenus();
+    // File > Recent files and Recently closed, and the Sessions menu.
+    void CreateMemoryMenus(QMenu* file);
+    void FillRecentMenu(QMenu* menu, bool closed);
+    void FillSessionMenu(QMenu* menu, bool remove);
+    void SaveSessionClick();
+    // The view's caret, selection and top row go to the document, and back.
+    static void NoteViewState(const TEditorWidget& editor, TDocument& doc);
+    // ShowViewState applies a remembered state once (then clears FRestoreView).
+    static void ShowViewState(TEditorWidget& editor, TDocument& doc);
     void CreateStatusBar();
     void UpdateStatus();
     // The crash session follows an edit, a save or a close.

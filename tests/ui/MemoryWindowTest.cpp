@@ -1,0 +1,323 @@
+// What the real window remembers for the next run, in runs of the window and its main object
+// as the program makes them (data root of this test program's own): a file opened again
+// gets its caret, selection, top row and encoding back; the last documents come back at
+// start unless -NOREOPEN; recent and recently closed files open from the File menu; named
+// sessions open and close documents; a damaged memory is said once and starts empty.
+#include "UiFixtures.h"
+#include "common/Utf.h"
+#include "shell/DocumentMemory.h"
+#include "shell/MainForm.h"
+#include "shell/RootFolder.h"
+#include "shell/Settings.h"
+#include "syntax/SyntaxSelect.h"
+#include "ui/EditorWidget.h"
+
+#include <QMenu>
+#include <QScrollBar>
+#include <QTabWidget>
+
+#include <filesystem>
+#include <random>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Before anything asks for the root: all of this program's data goes to a folder of its own,
+// with the syntax files of the build's tree.
+const zvtest::TTempDir& Root() {
+    static const zvtest::TTempDir root{"zv-memory-root"};
+    static const bool linked = [] {
+        fs::create_directory_symlink(fs::path(ZV_TEST_TREE) / "Syntax", root / "Syntax");
+        return true;
+    }();
+    (void)linked;
+    return root;
+}
+const bool kRootSet = ::setenv("ZEVRIT_ROOT", Root().Path().c_str(), 1) == 0;
+
+// One run of the program: helper, window and main object, made and shown as at start.
+struct TRun {
+    explicit TRun(const std::vector<std::string>& argv = {"zevrit"}) {
+        window = zvtest::ShownWindow(helper);
+        form = std::make_unique<zv::TMainForm>(helper, window.get());
+        window->AttachForm(*form);
+        form->FormShow(argv);
+    }
+    ~TRun() {
+        form.reset();
+        window.reset();
+    }
+    // The user closes the window; true when it closed.
+    bool Exit() {
+        window->close();
+        return !window->isVisible();
+    }
+    bool Open(const fs::path& path) {
+        zv::TLoadFileArgs args;
+        args.FileName = path.string();
+        return helper.LoadFile(args);
+    }
+    std::vector<std::string> Paths() const {
+        std::vector<std::string> paths;
+        for (const auto& doc : helper.Documents())
+            paths.push_back(doc->FFilePath);
+        return paths;
+    }
+    zv::TDocumentMemory& Memory() { return *form->Memory(); }
+
+    zvtest::TScriptedPrompt prompt;
+    zv::TMainFormHelper helper{prompt};
+    std::unique_ptr<zv::TMainWindow> window;
+    std::unique_ptr<zv::TMainForm> form;
+};
+
+class MemoryWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(kRootSet);
+        ASSERT_EQ(zv::GetRootFolder(), Root().Path());
+        fs::remove_all(data);
+        fs::create_directories(data);
+        zv::SettingsIni().Clear();
+    }
+    void TearDown() override { zv::SettingsIni().Clear(); }
+
+    fs::path Write(const std::string& name, const std::string& bytes) {
+        zvtest::WriteAll(dir / name, bytes);
+        return dir / name;
+    }
+
+    const fs::path data = Root().Path() / "Data";
+    zvtest::TTempDir temp{"zv-memory"};
+    const fs::path dir = temp.Path();
+};
+
+// 300 rows, one of them Cyrillic in code page 1251, which detection takes for 1252.
+std::string Cyrillic1251Text() {
+    std::string text;
+    for (int i = 0; i < 300; ++i)
+        text +=
+            i == 7 ? "\xCF\xF0\xE8\xE2\xE5\xF2 row\n" : "row " + std::to_string(i) + " of text\n";
+    return text;
+}
+
+TEST_F(MemoryWindowTest, AFileOpenedAgainGetsItsCaretSelectionTopRowAndEncodingBack) {
+    const std::string bytes = Cyrillic1251Text();
+    const fs::path file = Write("cyr.txt", bytes);
+    std::mt19937 random(42);
+    for (int round = 0; round < 3; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        const zv::TZvPos start{static_cast<int>(random() % 10), static_cast<int>(random() % 290)};
+        const zv::TZvPos end{static_cast<int>(random() % 10), static_cast<int>(random() % 290)};
+        const int top = static_cast<int>(random() % 250);
+        {
+            TRun first;
+            ASSERT_TRUE(first.Open(file));
+            zv::TDocument& doc = *first.helper.ActiveDocument();
+            if (round == 0) {
+                ASSERT_NE(doc.Lines->CodePage(), 1251u) << "detection alone does not find it";
+            }
+            ASSERT_TRUE(first.helper.ReopenWithEncoding(doc, 1251));
+            zv::TEditorWidget& editor = *first.window->ActiveEditor();
+            editor.Memo().SetSelection(start, end);
+            editor.verticalScrollBar()->setValue(top);
+            ASSERT_TRUE(first.Exit());
+        }
+        ASSERT_TRUE(fs::exists(data / "FileInfo.xml"));
+        TRun second;
+        ASSERT_TRUE(second.Open(file));
+        const zv::TDocument& doc = *second.helper.ActiveDocument();
+        EXPECT_EQ(doc.Lines->CodePage(), 1251u);
+        EXPECT_EQ(zv::Utf16ToUtf8(doc.Lines->Get(7)), "Привет row");
+        const zv::TEditorWidget& editor = *second.window->ActiveEditor();
+        EXPECT_EQ(editor.Memo().SelStart().X, start.X);
+        EXPECT_EQ(editor.Memo().SelStart().Y, start.Y);
+        EXPECT_EQ(editor.Memo().FCurX, end.X);
+        EXPECT_EQ(editor.Memo().FCurY, end.Y);
+        EXPECT_EQ(editor.TopRow(), top);
+        EXPECT_TRUE(second.Exit());
+        EXPECT_EQ(zvtest::ReadAll(file), bytes) << "remembering never writes the file";
+    }
+}
+
+TEST_F(MemoryWindowTest, ACodePageGivenForTheOpeningWinsOverTheRememberedOne) {
+    const fs::path file = Write("cyr.txt", Cyrillic1251Text());
+    {
+        TRun first;
+        ASSERT_TRUE(first.Open(file));
+        ASSERT_TRUE(first.helper.ReopenWithEncoding(*first.helper.ActiveDocument(), 1251));
+        ASSERT_TRUE(first.Exit());
+    }
+    TRun second;
+    zv::TLoadFileArgs args;
+    args.FileName = file.string();
+    args.CodePage = 1252;
+    ASSERT_TRUE(second.helper.LoadFile(args));
+    EXPECT_EQ(second.helper.ActiveDocument()->Lines->CodePage(), 1252u);
+}
+
+TEST_F(MemoryWindowTest, TheLastDocumentsComeBackAtStartUnlessNoReopen) {
+    zv::SettingsIni().WriteBool("EditorMisc", "ReopenLastDoc", true);
+    std::vector<fs::path> files;
+    for (const char* name : {"a.txt", "b.txt", "c.txt", "d.txt"})
+        files.push_back(Write(name, Cyrillic1251Text()));
+    {
+        TRun first;
+        for (const auto& file : files)
+            ASSERT_TRUE(first.Open(file));
+        first.window->ActiveEditor()->Memo().SetTextCursor(3, 120); // in d.txt
+        ASSERT_TRUE(first.helper.ClosePage(0));                     // a.txt closes
+        QCoreApplication::processEvents();
+        EXPECT_EQ(zv::LoadLastOpenFiles(data / "_reopen.txt").Views,
+                  (std::vector<std::vector<std::string>>{
+                      {files[1].string(), files[2].string(), files[3].string()}}))
+            << "written when a document closes";
+        first.helper.Activate(1); // c.txt
+        ASSERT_TRUE(first.Exit());
+    }
+    fs::remove(files[1]); // b.txt is gone meanwhile: skipped
+    {
+        TRun second;
+        EXPECT_EQ(second.Paths(), (std::vector<std::string>{files[2].string(), files[3].string()}));
+        ASSERT_EQ(second.helper.ActiveDocument(), second.helper.Documents()[0].get());
+        EXPECT_FALSE(second.helper.Documents()[0]->FDeferred) << "the active one is read";
+        const zv::TDocument& d = *second.helper.Documents()[1];
+        EXPECT_TRUE(d.FDeferred) << "the others wait until their tab shows";
+        EXPECT_FALSE(d.FAddToMRU);
+        second.window->TabGroup()->setCurrentIndex(1);
+        EXPECT_FALSE(d.FDeferred);
+        EXPECT_EQ(second.window->ActiveEditor()->Memo().FCurY, 120);
+        EXPECT_EQ(second.window->ActiveEditor()->Memo().FCurX, 3);
+        ASSERT_TRUE(second.Exit());
+    }
+    for (const char* noReopen : {"-NOREOPEN", "/noreopen"}) {
+        TRun third({"zevrit", noReopen});
+        EXPECT_TRUE(third.Paths().empty()) << noReopen;
+    }
+    zv::SettingsIni().WriteBool("EditorMisc", "ReopenLastDoc", false);
+    TRun fourth;
+    EXPECT_TRUE(fourth.Paths().empty()) << "the option is off";
+}
+
+TEST_F(MemoryWindowTest, RecentAndRecentlyClosedFilesOpenFromTheFileMenu) {
+    const fs::path a = Write("a&b.txt", "a\n"), b = Write("b.txt", "b\n");
+    TRun run;
+    ASSERT_TRUE(run.Open(a));
+    ASSERT_TRUE(run.Open(b));
+    ASSERT_TRUE(run.helper.ClosePage(0));
+    ASSERT_TRUE(run.helper.ClosePage(0));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(zvtest::ReadAll(data / "MRUClosed.txt"), b.string() + "\n" + a.string() + "\n");
+
+    auto* closed = run.window->findChild<QMenu*>("RecentlyClosedMenu");
+    ASSERT_NE(closed, nullptr);
+    emit closed->aboutToShow();
+    ASSERT_EQ(closed->actions().size(), 2);
+    EXPECT_EQ(closed->actions()[1]->text().toStdString(), (dir / "a&&b.txt").string());
+    closed->actions()[1]->trigger();
+    EXPECT_EQ(run.Paths(), std::vector<std::string>{a.string()});
+
+    fs::remove(b); // a recent file that is gone stays listed; opening it asks
+    auto* recent = run.window->findChild<QMenu*>("RecentFilesMenu");
+    ASSERT_NE(recent, nullptr);
+    emit recent->aboutToShow();
+    ASSERT_EQ(recent->actions().size(), 2);
+    EXPECT_EQ(recent->actions()[1]->text().toStdString(), b.string());
+    run.prompt.Answers = {zv::prNo};
+    const size_t asked = run.prompt.Asked.size();
+    recent->actions()[1]->trigger();
+    EXPECT_EQ(run.prompt.Asked.size(), asked + 1);
+    EXPECT_EQ(run.Paths(), std::vector<std::string>{a.string()});
+    emit recent->aboutToShow();
+    EXPECT_EQ(recent->actions().size(), 2);
+}
+
+TEST_F(MemoryWindowTest, NamedSessionsOpenTheirDocumentsAndCanBeDeleted) {
+    const fs::path a = Write("a.txt", "a\n"), b = Write("b.txt", "b\n"), c = Write("c.txt", "c\n");
+    TRun run;
+    ASSERT_TRUE(run.Open(a));
+    ASSERT_TRUE(run.Open(b));
+    ASSERT_TRUE(run.Memory().SaveSession("two", "a and b"));
+    ASSERT_TRUE(run.helper.CloseAllDocumentTabs());
+    ASSERT_TRUE(run.Open(c));
+
+    auto* open = run.window->findChild<QMenu*>("OpenSessionMenu");
+    ASSERT_NE(open, nullptr);
+    emit open->aboutToShow();
+    ASSERT_EQ(open->actions().size(), 1);
+    EXPECT_EQ(open->actions()[0]->toolTip().toStdString(), "a and b");
+    open->actions()[0]->trigger();
+    EXPECT_EQ(run.Paths(), (std::vector<std::string>{a.string(), b.string()}))
+        << "opening a session closes the open documents first";
+
+    zv::SettingsIni().WriteBool("SessionOptions", "CloseOpenFiles", false);
+    TRun keeping;
+    ASSERT_TRUE(keeping.Open(c));
+    ASSERT_TRUE(keeping.Memory().OpenSession("two"));
+    EXPECT_EQ(keeping.Paths(), (std::vector<std::string>{c.string(), a.string(), b.string()}));
+
+    auto* remove = keeping.window->findChild<QMenu*>("DeleteSessionMenu");
+    ASSERT_NE(remove, nullptr);
+    emit remove->aboutToShow();
+    ASSERT_EQ(remove->actions().size(), 1);
+    remove->actions()[0]->trigger();
+    EXPECT_TRUE(zv::TSessions(data / "Sessions.ini").Names().empty());
+}
+
+// The type the extension map gives a file name: an oracle apart from the window.
+std::string TypeByExtension(const fs::path& file) {
+    zv::TZvSyntax loader;
+    zv::TSyntaxEnvironment env;
+    env.Settings = &zv::SettingsIni();
+    env.Root = zv::GetRootFolder();
+    return zv::Utf16ToUtf8(zv::TSyntaxSelector(env, loader).LoadStyleFromFile(file));
+}
+
+TEST_F(MemoryWindowTest, TheSyntaxInForceIsRememberedAndWinsOverTheExtension) {
+    const fs::path notes = Write("notes.txt", "int main() { return 0; }\n");
+    const fs::path c = dir / "notes.c";
+    ASSERT_EQ(TypeByExtension(c), "C");
+    ASSERT_NE(TypeByExtension(notes), "C");
+    {
+        TRun first;
+        ASSERT_TRUE(first.Open(notes));
+        first.helper.FOnAskSaveName = [&](const zv::TDocument&) { return c.string(); };
+        ASSERT_TRUE(first.helper.SaveFileAs());
+        QCoreApplication::processEvents(); // the new name's syntax follows the save
+        ASSERT_TRUE(first.Exit());
+    }
+    zv::TFileQue memory(data / "FileInfo.xml", {});
+    ASSERT_EQ(memory.LoadList(), zv::TFileQueLoad::Loaded);
+    ASSERT_TRUE(memory.GetFileData(c.string()));
+    EXPECT_EQ(memory.GetFileData(c.string())->Highlighter, "C");
+
+    zv::TFileInfo chosen; // a .txt file shown as C
+    chosen.LocalFile = notes.string();
+    chosen.Highlighter = "C";
+    memory.AddFiledata(chosen);
+    ASSERT_TRUE(memory.SaveFile());
+    TRun second;
+    ASSERT_TRUE(second.Open(notes));
+    EXPECT_EQ(second.helper.ActiveDocument()->FHighlighter, "C");
+    EXPECT_NE(second.window->ActiveEditor()->Scan(), nullptr) << "coloured as C";
+}
+
+TEST_F(MemoryWindowTest, ADamagedMemoryIsSaidOnceAndAFreshOneIsWritten) {
+    zvtest::WriteAll(data / "FileInfo.xml", "<Files><File><LocalFile>/x");
+    const fs::path file = Write("a.txt", "a\nb\nc\n");
+    TRun run;
+    ASSERT_EQ(run.prompt.Asked.size(), 1u);
+    EXPECT_NE(run.prompt.Asked[0].find(".damaged-"), std::string::npos) << run.prompt.Asked[0];
+    ASSERT_TRUE(run.Open(file));
+    run.window->ActiveEditor()->Memo().SetTextCursor(1, 2);
+    ASSERT_TRUE(run.helper.ClosePage(0));
+    QCoreApplication::processEvents();
+    zv::TFileQue read(data / "FileInfo.xml", {});
+    ASSERT_EQ(read.LoadList(), zv::TFileQueLoad::Loaded);
+    ASSERT_EQ(read.Entries().size(), 1u);
+    EXPECT_EQ(read.Entries()[0].Cursor->CurY, 2);
+    EXPECT_EQ(run.prompt.Asked.size(), 1u) << "said once";
+}
+
+} // namespace
