@@ -282,7 +282,9 @@ TEST_F(MemoryWindowTest, TheSyntaxInForceIsRememberedAndWinsOverTheExtension) {
     {
         TRun first;
         ASSERT_TRUE(first.Open(notes));
-        first.helper.FOnAskSaveName = [&](const zv::TDocument&) { return c.string(); };
+        first.helper.FOnAskSaveAs = [&](const zv::TDocument&) {
+            return zv::TSaveAsChoice{c.string()};
+        };
         ASSERT_TRUE(first.helper.SaveFileAs());
         QCoreApplication::processEvents(); // the new name's syntax follows the save
         ASSERT_TRUE(first.Exit());
