@@ -1,5 +1,6 @@
 // One instance per user: a second real program hands its files to the first (this test
 // process, acting as the first instance) and exits; a silent first instance is taken over.
+#include "FirstWindow.h"
 #include "TestProcess.h"
 #include "support/ZvTestSupport.h"
 
@@ -47,7 +48,7 @@ TEST_F(SecondInstance, HandsItsFilesToTheFirstWindowAndExits) {
     zv::TMainFormHelper helper(prompt);
     zv::TMainForm form(helper, nullptr);
     form.RegisterWindow(block, true);
-    ASSERT_NE(block.GetWinHandle(), 0u);
+    ASSERT_NE(zvtest::WaitForFirstWindow(block, 5000), 0u);
 
     QProcess second;
     second.setProcessEnvironment(zvtest::IsolatedEnvironment(dir / "root", dir / "run"));

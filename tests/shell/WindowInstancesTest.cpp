@@ -3,6 +3,7 @@
 // killed first instance is taken over.
 // What the windows did is read from their diagnostic trace, switched on by DebugOptions.txt
 // beside a private copy of the program.
+#include "FirstWindow.h"
 #include "TestProcess.h"
 #include "common/Utf.h"
 #include "platform/Prompt.h"
@@ -128,7 +129,7 @@ TEST_F(WindowInstances, FirstWindowOpensItsFilesAndTakesTheFilesOfASecondCall) {
     ::setenv("XDG_RUNTIME_DIR", env.value("XDG_RUNTIME_DIR").toLocal8Bit().constData(), 1);
     zv::TRunOnce block;
     EXPECT_FALSE(block.Check(1)) << "the window process holds the block";
-    const uint64_t window = block.GetWinHandle();
+    const uint64_t window = zvtest::WaitForFirstWindow(block, kWaitMs);
     ASSERT_NE(window, 0u);
     EXPECT_TRUE(zv::SendHandOver(window, zv::kHandOverPaste, QStringLiteral("pasted"), kWaitMs));
     EXPECT_TRUE(WaitForTrace("PasteHandedOver() - 6 characters into " +
@@ -199,7 +200,7 @@ TEST_F(WindowInstances, UnsavedTextOutlivesAKillAndATerminationSignal) {
             << TraceText();
         zv::TRunOnce block;
         ASSERT_FALSE(block.Check(1)) << "the window process holds the block";
-        const uint64_t window = block.GetWinHandle();
+        const uint64_t window = zvtest::WaitForFirstWindow(block, kWaitMs);
         ASSERT_NE(window, 0u);
 
         QElapsedTimer clock;
