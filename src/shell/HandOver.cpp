@@ -9,29 +9,36 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <thread>
 #include <unistd.h>
 
 namespace zv {
 namespace {
 
-constexpr int kConnectRetryMs = 50;
+constexpr int kRetryMs = 50;
 
 int Remaining(const QDeadlineTimer& deadline) {
     return static_cast<int>(std::max<qint64>(0, deadline.remainingTime()));
 }
 
-// A window re-making its socket leaves no file for a moment: try again until the deadline.
-bool ConnectBefore(QLocalSocket& socket, const QString& path, const QDeadlineTimer& deadline) {
-    for (;;) {
-        socket.connectToServer(path);
-        if (socket.waitForConnected(Remaining(deadline)))
-            return true;
-        socket.abort();
-        if (Remaining(deadline) <= kConnectRetryMs)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(kConnectRetryMs));
-    }
+// One connection: sends the frame and reads the reply; nothing if there was no socket, the
+// window closed the connection unanswered (it serves enough peers already) or time ran out.
+std::optional<uint32_t> Exchange(const QString& path, const std::vector<uint8_t>& frame,
+                                 const QDeadlineTimer& deadline) {
+    QLocalSocket socket;
+    socket.connectToServer(path);
+    if (!socket.waitForConnected(Remaining(deadline)))
+        return std::nullopt;
+    socket.write(reinterpret_cast<const char*>(frame.data()), static_cast<qint64>(frame.size()));
+    while (socket.bytesToWrite() > 0)
+        if (!socket.waitForBytesWritten(Remaining(deadline)))
+            return std::nullopt;
+    while (socket.bytesAvailable() < 4)
+        if (Remaining(deadline) == 0 || !socket.waitForReadyRead(Remaining(deadline)))
+            return std::nullopt;
+    const QByteArray reply = socket.read(4);
+    return DecodeHandOverReply(reinterpret_cast<const uint8_t*>(reply.constData()));
 }
 
 } // namespace
@@ -50,20 +57,17 @@ uint64_t NewWindowHandle() {
 
 bool SendHandOver(uint64_t windowHandle, uint64_t kind, const QString& text, int timeoutMs) {
     const QDeadlineTimer deadline(timeoutMs);
-    QLocalSocket socket;
-    if (!ConnectBefore(socket, QString::fromStdString(HandOverSocketPath(windowHandle)), deadline))
-        return false;
+    const auto path = QString::fromStdString(HandOverSocketPath(windowHandle));
     const auto frame = EncodeHandOverFrame(kind, text.toStdU16String());
-    socket.write(reinterpret_cast<const char*>(frame.data()), static_cast<qint64>(frame.size()));
-    while (socket.bytesToWrite() > 0)
-        if (!socket.waitForBytesWritten(Remaining(deadline)))
+    // A window takes a frame only whole and answers it before anything else, so a connection
+    // that ended unanswered delivered nothing and may be tried again.
+    for (;;) {
+        if (const auto reply = Exchange(path, frame, deadline))
+            return *reply == kHandOverReply;
+        if (Remaining(deadline) <= kRetryMs)
             return false;
-    while (socket.bytesAvailable() < 4)
-        if (Remaining(deadline) == 0 || !socket.waitForReadyRead(Remaining(deadline)))
-            return false;
-    const QByteArray reply = socket.read(4);
-    return DecodeHandOverReply(reinterpret_cast<const uint8_t*>(reply.constData())) ==
-           kHandOverReply;
+        std::this_thread::sleep_for(std::chrono::milliseconds(kRetryMs));
+    }
 }
 
 } // namespace zv

@@ -31,9 +31,9 @@ std::string HandOverSocketPath(uint64_t windowHandle);
 uint64_t NewWindowHandle();
 
 // Sends one frame to a window and waits for the reply; true when 2001 came back. Gives up
-// after timeoutMs in all: a socket that is missing for a moment (the window is listening
-// again) is tried again within that time. A receiver busy in a modal dialog still answers:
-// its event loop runs.
+// after timeoutMs in all; within that time a socket missing for a moment (the window is
+// listening again) or a connection closed unanswered (the window serves enough peers) is
+// tried again. A receiver busy in a modal dialog still answers: its event loop runs.
 bool SendHandOver(uint64_t windowHandle, uint64_t kind, const QString& text,
                   int timeoutMs = kHandOverGiveUpMs);
 

@@ -50,22 +50,24 @@ void THandOverServer::Listen() {
     // The path again: it makes the instance folder anew if someone removed it.
     FPath = QString::fromStdString(HandOverSocketPath(FWindowHandle));
     QLocalServer::removeServer(FPath); // a stale socket of a crashed process with our id
+    const bool wasListening = FSocketInode != 0;
     FSocketInode = FServer->listen(FPath) ? SocketInode(FPath) : 0;
-    if (FSocketInode == 0)
+    if (FSocketInode == 0 && (wasListening || !FWatch.isActive())) // said once, not each tick
         Trace("THandOverServer::Listen() - cannot listen: " + FServer->errorString().toStdString());
 }
 
 void THandOverServer::Watch() {
     if (FServer->isListening() && FSocketInode != 0 && SocketInode(FPath) == FSocketInode)
         return;
-    Trace("THandOverServer::Watch() - socket gone, listening again");
+    if (FSocketInode != 0)
+        Trace("THandOverServer::Watch() - socket gone, listening again");
     Listen();
 }
 
 void THandOverServer::Accept() {
     while (QLocalSocket* socket = FServer->nextPendingConnection()) {
         if (FOpen >= kMaxConnections)
-            Drop(socket); // enough peers are being served; a real sender tries again
+            Drop(socket); // enough peers are being served; a sender tries again
         else
             Serve(socket);
     }

@@ -252,6 +252,26 @@ TEST(HandOverSocket, PeersThatStallAreDroppedAndOthersServed) {
     ::close(half);
 }
 
+// Every place taken by idle peers: a sender is turned away at first and gets through once
+// the idle ones have had their time.
+TEST(HandOverSocket, WhenEveryPlaceIsTakenASenderGetsThroughOnceOneFrees) {
+    zvtest::TheApp<QCoreApplication>();
+    const uint64_t handle = zv::NewWindowHandle();
+    zv::THandOverServer server(handle);
+    QSignalSpy spy(&server, &zv::THandOverServer::received);
+    std::vector<int> idle;
+    for (int i = 0; i < zv::THandOverServer::kMaxConnections; ++i)
+        idle.push_back(zvtest::ConnectRaw(zv::HandOverSocketPath(handle)));
+    EXPECT_TRUE(std::none_of(idle.begin(), idle.end(), [](int fd) { return fd < 0; }));
+    ASSERT_TRUE(WaitUntil(
+        [&] { return server.OpenConnections() == zv::THandOverServer::kMaxConnections; }));
+    EXPECT_TRUE(SendWhileServing(handle, QStringLiteral("patient|")));
+    ASSERT_EQ(spy.count(), 1);
+    EXPECT_EQ(spy[0][1].toString(), QStringLiteral("patient|"));
+    for (int fd : idle)
+        ::close(fd);
+}
+
 // Thousands of idle peers, more than the process may hold files open beside its own: the
 // window serves only a few at once, closes the others, keeps its socket and answers after.
 TEST(HandOverSocket, AFloodOfIdlePeersNeitherStopsNorExhaustsTheListener) {
