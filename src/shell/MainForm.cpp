@@ -77,8 +77,12 @@ void TMainForm::RegisterWindow(TRunOnce& block, bool firstInstance) {
     Trace("RegisterWindow() - window " + std::to_string(FWindowHandle));
     FHandOver = std::make_unique<THandOverServer>(FWindowHandle);
     connect(FHandOver.get(), &THandOverServer::received, this, &TMainForm::HandOverReceived);
-    if (!firstInstance || !block.UpdateHandle(FWindowHandle, 0))
-        block.AddHandle(FWindowHandle);
+    // Named in the block once events run, so that a sender that finds the window is answered
+    // at once instead of waiting out the rest of this start.
+    QTimer::singleShot(0, this, [this, &block, firstInstance] {
+        if (!firstInstance || !block.UpdateHandle(FWindowHandle, 0))
+            block.AddHandle(FWindowHandle);
+    });
 }
 
 void TMainForm::FormShow(const std::vector<std::string>& argv) {

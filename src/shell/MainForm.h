@@ -43,7 +43,8 @@ public:
     TMainForm(TMainFormHelper& helper, IMainView* view, QObject* parent = nullptr);
     ~TMainForm() override;
 
-    // Registers a window in the instance block and listens for hand-overs to it.
+    // Listens for hand-overs to a new window at once and names it in the instance block as
+    // soon as events run.
     void RegisterWindow(TRunOnce& block, bool firstInstance);
     uint64_t WindowHandle() const { return FWindowHandle; }
 

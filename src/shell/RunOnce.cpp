@@ -14,6 +14,29 @@
 #include <unistd.h>
 
 namespace zv {
+namespace {
+
+// The short lock of the block: an open-file-description record lock, apart from the flock
+// that marks the first instance's life, and freed by the kernel if its holder dies.
+class TBlockGuard {
+public:
+    explicit TBlockGuard(int fd) : FFd(fd) { Set(F_WRLCK); }
+    ~TBlockGuard() { Set(F_UNLCK); }
+    TBlockGuard(const TBlockGuard&) = delete;
+    TBlockGuard& operator=(const TBlockGuard&) = delete;
+
+private:
+    void Set(short type) const {
+        struct flock lock {};
+        lock.l_type = type;
+        lock.l_whence = SEEK_SET;
+        while (::fcntl(FFd, F_OFD_SETLKW, &lock) != 0 && errno == EINTR) {
+        }
+    }
+    int FFd;
+};
+
+} // namespace
 
 std::string InstanceFolder() {
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
@@ -73,10 +96,26 @@ bool TRunOnce::Check(uint64_t appHandle) {
     fFirstInstance = false;
     if (!MapBlock())
         return false;
+    // Under the guard: whoever fails the flock next finds this table already cleared.
+    const TBlockGuard guard(mappingHandle);
     if (::flock(mappingHandle, LOCK_EX | LOCK_NB) != 0)
         return false;
     fFirstInstance = true;
-    ClearAll(appHandle);
+    ClearTable(appHandle);
+    return true;
+}
+
+uint64_t TRunOnce::OwnerHandle() const {
+    return InstanceInfo ? InstanceInfo->appHandle : 0;
+}
+
+bool TRunOnce::TakeOver(uint64_t appHandle, uint64_t owner) {
+    if (Check(appHandle) || !InstanceInfo)
+        return true;
+    const TBlockGuard guard(mappingHandle);
+    if (InstanceInfo->appHandle != owner)
+        return false;
+    ClearTable(appHandle);
     return true;
 }
 
@@ -89,7 +128,10 @@ uint32_t TRunOnce::GetWinCount() const {
 }
 
 void TRunOnce::AddHandle(uint64_t handle) {
-    if (!InstanceInfo || InstanceInfo->count >= kMaxInstanceWindows)
+    if (!InstanceInfo)
+        return;
+    const TBlockGuard guard(mappingHandle);
+    if (InstanceInfo->count >= kMaxInstanceWindows)
         return;
     InstanceInfo->windows[InstanceInfo->count] = handle;
     ++InstanceInfo->count;
@@ -98,6 +140,7 @@ void TRunOnce::AddHandle(uint64_t handle) {
 bool TRunOnce::UpdateHandle(uint64_t newHandle, uint64_t oldHandle) {
     if (!InstanceInfo)
         return false;
+    const TBlockGuard guard(mappingHandle);
     if (InstanceInfo->windows[0] == 0) {
         InstanceInfo->windows[0] = newHandle;
         return true;
@@ -114,6 +157,7 @@ bool TRunOnce::UpdateHandle(uint64_t newHandle, uint64_t oldHandle) {
 void TRunOnce::RemoveHandle(uint64_t handle) {
     if (!InstanceInfo)
         return;
+    const TBlockGuard guard(mappingHandle);
     const uint32_t n = GetWinCount();
     auto* begin = InstanceInfo->windows;
     auto* end = begin + n;
@@ -128,6 +172,11 @@ void TRunOnce::RemoveHandle(uint64_t handle) {
 void TRunOnce::ClearAll(uint64_t appHandle) {
     if (!InstanceInfo)
         return;
+    const TBlockGuard guard(mappingHandle);
+    ClearTable(appHandle);
+}
+
+void TRunOnce::ClearTable(uint64_t appHandle) {
     InstanceInfo->appHandle = appHandle;
     std::fill(std::begin(InstanceInfo->windows), std::end(InstanceInfo->windows), 0);
     InstanceInfo->count = 1;

@@ -30,7 +30,8 @@ bool IsPrivateFolder(const std::string& folder);
 
 // Owns a view of the block. The block is a file in InstanceFolder() mapped with mmap; the
 // first instance holds an exclusive flock on it for its life, so a crash frees the role.
-// The block itself is used without a lock: windows change only at process start and exit.
+// Taking the role and changing the table happen under a short lock of the block, so that of
+// simultaneous starts exactly one becomes the first and the others see its cleared table.
 class TRunOnce {
 public:
     // name: the block's file name, "ZvFileMap" by default (tests use their own). The block
@@ -53,6 +54,13 @@ public:
     void RemoveHandle(uint64_t handle);
     // Zeroes all 11 entries, writes appHandle at 0 and 1 at 96.
     void ClearAll(uint64_t appHandle);
+    // The application handle at offset 0 (the first instance's), 0 without a block.
+    uint64_t OwnerHandle() const;
+    // A second instance whose first does not answer takes the role over. True if the first
+    // process has died (this one is now first as by Check), if there is no block to share,
+    // or if the block still names owner at offset 0: then it is cleared for appHandle.
+    // False if another start took the role over in the meantime.
+    bool TakeOver(uint64_t appHandle, uint64_t owner);
     // Hands a second instance's arguments (without the program) to the first window as a
     // parameter string (kind 1001), names resolved against cwd; true when it answered.
     // The receiver brings its window to the front.
@@ -66,6 +74,7 @@ public:
 
 private:
     bool MapBlock();
+    void ClearTable(uint64_t appHandle);
 
     uint64_t FAppHandle = 0;
     std::string FFilemapName;

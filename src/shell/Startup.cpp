@@ -138,6 +138,40 @@ std::string CloseProgramSettings(const std::filesystem::path& root) {
     return "The settings could not be saved: " + error;
 }
 
+namespace {
+
+// Polls for the first window and hands the arguments over. A window that does not answer
+// within the give-up time is as good as none: its role is taken over, unless another start
+// took it first, whose window is then waited for in the remaining polls.
+TEntryOutcome HandOverOrTakeOver(TRunOnce& block, const TEntryParams& params) {
+    const std::vector<std::string> args(params.argv.begin() + 1, params.argv.end());
+    uint64_t owner = block.OwnerHandle();
+    uint64_t silent = 0;
+    for (int poll = 0; poll < params.pollCount; ++poll) {
+        const uint64_t window = block.GetWinHandle();
+        if (window == 0 || window == silent) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(params.pollIntervalMs));
+            continue;
+        }
+        if (block.SendToInstance(args, params.cwd)) {
+            Trace("RunInstanceCheck() - handed over");
+            return TEntryOutcome::HandedOver;
+        }
+        Trace("RunInstanceCheck() - first window silent, taking over");
+        if (block.TakeOver(params.appHandle, owner))
+            return TEntryOutcome::RunAsFirst;
+        silent = window;
+        owner = block.OwnerHandle();
+    }
+    Trace("RunInstanceCheck() - no first window, taking over");
+    if (block.TakeOver(params.appHandle, owner))
+        return TEntryOutcome::RunAsFirst;
+    Trace("RunInstanceCheck() - another start took over first, running beside it");
+    return TEntryOutcome::RunAsOther;
+}
+
+} // namespace
+
 TEntryOutcome RunInstanceCheck(TRunOnce& block, const TEntryParams& params) {
     TraceEnter("RunInstanceCheck");
     const bool first = block.Check(params.appHandle);
@@ -151,20 +185,7 @@ TEntryOutcome RunInstanceCheck(TRunOnce& block, const TEntryParams& params) {
         Trace("RunInstanceCheck() - further instance");
         return TEntryOutcome::RunAsOther;
     }
-    for (int poll = 0; poll < params.pollCount; ++poll) {
-        if (block.GetWinHandle()) {
-            const std::vector<std::string> args(params.argv.begin() + 1, params.argv.end());
-            if (block.SendToInstance(args, params.cwd)) {
-                Trace("RunInstanceCheck() - handed over");
-                return TEntryOutcome::HandedOver;
-            }
-            break; // a window that does not answer is as good as none
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(params.pollIntervalMs));
-    }
-    Trace("RunInstanceCheck() - first instance silent, taking over");
-    block.ClearAll(params.appHandle);
-    return TEntryOutcome::RunAsFirst;
+    return HandOverOrTakeOver(block, params);
 }
 
 bool WantsHeadless(const std::vector<std::string>& argv) {

@@ -57,7 +57,9 @@ struct TEntryParams {
 };
 
 // Checks the block; a second instance in single mode polls for the first window, hands
-// over its arguments and answers HandedOver; if no window comes, it takes the block over.
+// over its arguments and answers HandedOver. If no window comes, or the one that came does
+// not answer within kHandOverGiveUpMs, it takes the block over (RunAsFirst: its own window
+// then opens the files); if another start took it over first, it runs beside (RunAsOther).
 TEntryOutcome RunInstanceCheck(TRunOnce& block, const TEntryParams& params);
 
 // The headless run: root, settings, arguments, load and save each document, shut down.

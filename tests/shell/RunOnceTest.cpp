@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <fstream>
+#include <optional>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -83,6 +84,113 @@ TEST(RunOnce, WindowTableAddUpdateRemove) {
     EXPECT_EQ(block.GetWinCount(), 1u);
     EXPECT_EQ(block.GetWinHandle(), 0u);
     EXPECT_EQ(U64At(RawBlock("block-c"), 0), 9u);
+}
+
+// What one start saw of the block right after its check.
+struct TSeen {
+    uint64_t appHandle;
+    uint32_t first;
+    uint64_t owner;
+    uint32_t count;
+    uint64_t window;
+};
+
+// One start in a child process: waits for the go (the end of `go`), checks, reports what it
+// saw on `report`, and holds its view until `hold` ends.
+[[noreturn]] void StartChild(const std::string& name, const std::string& folder, int go, int report,
+                             int hold) {
+    char byte;
+    while (::read(go, &byte, 1) > 0) {
+    }
+    zv::TRunOnce block(name, folder);
+    TSeen seen{static_cast<uint64_t>(::getpid()), 0, 0, 0, 0};
+    seen.first = block.Check(seen.appHandle);
+    seen.owner = block.OwnerHandle();
+    seen.count = block.GetWinCount();
+    seen.window = block.GetWinHandle();
+    const bool told = ::write(report, &seen, sizeof seen) == sizeof seen;
+    while (::read(hold, &byte, 1) > 0) {
+    }
+    _exit(told ? 0 : 1);
+}
+
+// Starts at the same moment, on a new block and on one a killed run left full of windows:
+// exactly one becomes first, and every other one finds the table already cleared by it
+// (never the stale windows, which would send it to a window that is gone).
+TEST(RunOnce, OfSimultaneousStartsExactlyOneIsFirstAndTheOthersSeeItsTable) {
+    const std::string folder = TestFolder();
+    constexpr int kStarts = 6, kRounds = 12;
+    for (int round = 0; round < kRounds; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        const std::string name = "block-race-" + std::to_string(round);
+        if (round % 2 == 1) { // what a killed run leaves: its owner, windows and count
+            zv::TInstanceInfo stale{0xDEAD, {0xBAD1, 0xBAD2, 0xBAD3}, 3};
+            zvtest::WriteAll(folder + "/" + name,
+                             std::string(reinterpret_cast<const char*>(&stale), sizeof stale));
+        }
+        int go[2], report[2], hold[2];
+        ASSERT_EQ(::pipe(go), 0);
+        ASSERT_EQ(::pipe(report), 0);
+        ASSERT_EQ(::pipe(hold), 0);
+        std::vector<pid_t> children;
+        for (int i = 0; i < kStarts; ++i) {
+            const pid_t child = ::fork();
+            if (child == 0) {
+                ::close(go[1]);
+                ::close(report[0]);
+                ::close(hold[1]);
+                StartChild(name, folder, go[0], report[1], hold[0]);
+            }
+            children.push_back(child);
+        }
+        ::close(go[0]);
+        ::close(report[1]);
+        ::close(hold[0]);
+        ::close(go[1]); // go
+        std::vector<TSeen> seen(kStarts);
+        for (auto& one : seen)
+            ASSERT_EQ(::read(report[0], &one, sizeof one), static_cast<ssize_t>(sizeof one));
+        ::close(hold[1]); // the first may end now
+        ::close(report[0]);
+        for (pid_t child : children) {
+            int status = 0;
+            ::waitpid(child, &status, 0);
+            EXPECT_EQ(WEXITSTATUS(status), 0);
+        }
+        const auto first = std::find_if(seen.begin(), seen.end(), [](auto& s) { return s.first; });
+        ASSERT_NE(first, seen.end());
+        EXPECT_EQ(std::count_if(seen.begin(), seen.end(), [](auto& s) { return s.first; }), 1);
+        for (const auto& one : seen) {
+            EXPECT_EQ(one.owner, first->appHandle);
+            EXPECT_EQ(one.count, 1u);
+            EXPECT_EQ(one.window, 0u);
+        }
+    }
+}
+
+// Several starts find the first window silent and take its role over: only the first of
+// them does; the others see it did. A first instance that died meanwhile frees the role.
+TEST(RunOnce, OnlyOneStartTakesASilentFirstOver) {
+    std::optional<zv::TRunOnce> first(std::in_place, "block-e", TestFolder());
+    ASSERT_TRUE(first->Check(1));
+    ASSERT_TRUE(first->UpdateHandle(100, 0));
+    zv::TRunOnce b("block-e", TestFolder()), c("block-e", TestFolder());
+    ASSERT_FALSE(b.Check(2));
+    ASSERT_FALSE(c.Check(3));
+    const uint64_t owner = b.OwnerHandle();
+    EXPECT_EQ(owner, 1u);
+    EXPECT_TRUE(b.TakeOver(2, owner));
+    EXPECT_FALSE(b.IsFirstInstance()) << "the silent first still holds the lock";
+    EXPECT_FALSE(c.TakeOver(3, owner)) << "b took it first";
+    EXPECT_EQ(c.OwnerHandle(), 2u);
+    EXPECT_EQ(c.GetWinHandle(), 0u) << "the table waits for b's window";
+    EXPECT_TRUE(b.UpdateHandle(200, 0));
+
+    first.reset(); // the old first ends: its lock goes
+    zv::TRunOnce d("block-e", TestFolder());
+    EXPECT_TRUE(d.TakeOver(4, 2));
+    EXPECT_TRUE(d.IsFirstInstance());
+    EXPECT_EQ(d.OwnerHandle(), 4u);
 }
 
 // A folder others may enter, or a link to one, could let them read or plant the block.

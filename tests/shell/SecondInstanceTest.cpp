@@ -1,5 +1,7 @@
 // One instance per user: a second real program hands its files to the first (this test
 // process, acting as the first instance) and exits; a silent first instance is taken over.
+#include "FirstWindow.h"
+#include "RawPeer.h"
 #include "TestProcess.h"
 #include "support/ZvTestSupport.h"
 
@@ -47,7 +49,7 @@ TEST_F(SecondInstance, HandsItsFilesToTheFirstWindowAndExits) {
     zv::TMainFormHelper helper(prompt);
     zv::TMainForm form(helper, nullptr);
     form.RegisterWindow(block, true);
-    ASSERT_NE(block.GetWinHandle(), 0u);
+    ASSERT_NE(zvtest::WaitForFirstWindow(block, 5000), 0u);
 
     QProcess second;
     second.setProcessEnvironment(zvtest::IsolatedEnvironment(dir / "root", dir / "run"));
@@ -81,6 +83,28 @@ TEST_F(SecondInstance, SilentFirstInstanceIsTakenOver) {
     zv::TRunOnce reader;
     reader.Check(33);
     EXPECT_EQ(reader.GetWinHandle(), 0u);
+}
+
+// The first window takes the frame but never answers: the second start gives it up within
+// the give-up time (not the 30 s of old) and runs as the first itself, its table cleared
+// for its own window, which then opens its files.
+TEST_F(SecondInstance, AWindowThatNeverAnswersIsGivenUpAndTakenOver) {
+    zv::TRunOnce first;
+    ASSERT_TRUE(first.Check(11));
+    zvtest::TSilentWindow silent;
+    ASSERT_TRUE(silent.Listening());
+    ASSERT_TRUE(first.UpdateHandle(silent.Handle(), 0));
+    zv::TRunOnce second;
+    zv::TEntryParams params;
+    params.argv = {"zevrit", "a.txt"};
+    params.options = zv::ReadStartOptions(dir / "root");
+    params.appHandle = 22;
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_EQ(zv::RunInstanceCheck(second, params), zv::TEntryOutcome::RunAsFirst);
+    EXPECT_LT(clock.elapsed(), zv::kHandOverGiveUpMs + 3000);
+    EXPECT_EQ(second.OwnerHandle(), 22u);
+    EXPECT_EQ(second.GetWinHandle(), 0u) << "the silent window is no longer named";
 }
 
 TEST_F(SecondInstance, MultiSwitchControlKeyOrNoStartOptionsAllowAnother) {

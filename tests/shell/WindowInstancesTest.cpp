@@ -3,6 +3,8 @@
 // killed first instance is taken over.
 // What the windows did is read from their diagnostic trace, switched on by DebugOptions.txt
 // beside a private copy of the program.
+#include "FirstWindow.h"
+#include "RawPeer.h"
 #include "TestProcess.h"
 #include "common/Utf.h"
 #include "platform/Prompt.h"
@@ -19,6 +21,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -43,10 +46,14 @@ protected:
         env = zvtest::IsolatedEnvironment(dir / "root", dir / "run");
     }
     void TearDown() override {
-        for (auto* process : {&first, &second}) {
-            process->kill();
-            process->waitForFinished(5000);
-        }
+        for (auto* process : {&first, &second})
+            EndProcess(*process);
+        for (auto& process : together)
+            EndProcess(process);
+    }
+    static void EndProcess(QProcess& process) {
+        process.kill();
+        process.waitForFinished(5000);
     }
 
     // A portable tree of our own: a copy of the program with DebugOptions.txt beside it
@@ -100,6 +107,7 @@ protected:
     QProcessEnvironment env;
     QProcess first;
     QProcess second;
+    std::array<QProcess, 4> together; // started at one moment
 };
 
 TEST_F(WindowInstances, FirstWindowOpensItsFilesAndTakesTheFilesOfASecondCall) {
@@ -128,7 +136,7 @@ TEST_F(WindowInstances, FirstWindowOpensItsFilesAndTakesTheFilesOfASecondCall) {
     ::setenv("XDG_RUNTIME_DIR", env.value("XDG_RUNTIME_DIR").toLocal8Bit().constData(), 1);
     zv::TRunOnce block;
     EXPECT_FALSE(block.Check(1)) << "the window process holds the block";
-    const uint64_t window = block.GetWinHandle();
+    const uint64_t window = zvtest::WaitForFirstWindow(block, kWaitMs);
     ASSERT_NE(window, 0u);
     EXPECT_TRUE(zv::SendHandOver(window, zv::kHandOverPaste, QStringLiteral("pasted"), kWaitMs));
     EXPECT_TRUE(WaitForTrace("PasteHandedOver() - 6 characters into " +
@@ -136,6 +144,76 @@ TEST_F(WindowInstances, FirstWindowOpensItsFilesAndTakesTheFilesOfASecondCall) {
         << TraceText();
     EXPECT_TRUE(zv::SendHandOver(window, zv::kHandOverZenWindow, QStringLiteral("4711"), kWaitMs));
     EXPECT_TRUE(WaitForTrace("HandOverReceived() - kind 1010\n")) << TraceText();
+}
+
+// Starts at one moment on a runtime folder without a block: exactly one becomes the window,
+// the others hand their files to it and exit 0.
+TEST_F(WindowInstances, SimultaneousStartsMakeOneWindowThatGetsEveryFile) {
+    ASSERT_FALSE(fs::exists(dir / "run" / "zevrit" / "ZvFileMap"));
+    for (size_t i = 0; i < together.size(); ++i) {
+        Write("f" + std::to_string(i) + ".txt", "file " + std::to_string(i) + "\n");
+        together[i].setProcessEnvironment(env);
+        together[i].setWorkingDirectory(QString::fromStdString((dir / "files").string()));
+    }
+    for (size_t i = 0; i < together.size(); ++i)
+        together[i].start(QString::fromStdString(program.string()),
+                          {QString::fromStdString("f" + std::to_string(i) + ".txt")});
+    const auto running = [&] {
+        return std::count_if(together.begin(), together.end(),
+                             [](const QProcess& p) { return p.state() != QProcess::NotRunning; });
+    };
+    QElapsedTimer clock;
+    clock.start();
+    while (running() > 1 && clock.elapsed() < 2 * kWaitMs)
+        QTest::qWait(50);
+    ASSERT_EQ(running(), 1) << TraceText();
+    for (auto& process : together)
+        if (process.state() == QProcess::NotRunning) {
+            EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+            EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+        }
+    for (size_t i = 0; i < together.size(); ++i) {
+        const std::string path = (dir / "files" / ("f" + std::to_string(i) + ".txt")).string();
+        EXPECT_TRUE(WaitForTrace(": " + path + "\n")) << TraceText();
+    }
+    const std::string trace = TraceText();
+    const auto lines = [&](const std::string& line) {
+        size_t n = 0;
+        for (size_t at = trace.find(line); at != std::string::npos; at = trace.find(line, at + 1))
+            ++n;
+        return n;
+    };
+    EXPECT_EQ(lines("RunInstanceCheck() - first instance\n"), 1u) << trace;
+    EXPECT_EQ(lines("RunInstanceCheck() - handed over\n"), together.size() - 1) << trace;
+    EXPECT_EQ(lines("DocumentAdded() - tab "), together.size()) << trace;
+}
+
+// The block names a window that takes frames but never answers (its process hangs): the
+// next start gives it up within the give-up time, opens its files in a window of its own,
+// and takes the later hand-overs.
+TEST_F(WindowInstances, AWindowThatNeverAnswersIsGivenUpAndTheFilesOpenAnyway) {
+    Write("a.txt", "a\n");
+    Write("c.txt", "c\n");
+    ::setenv("XDG_RUNTIME_DIR", env.value("XDG_RUNTIME_DIR").toLocal8Bit().constData(), 1);
+    zv::TRunOnce hung;
+    ASSERT_TRUE(hung.Check(1));
+    zvtest::TSilentWindow silent;
+    ASSERT_TRUE(silent.Listening());
+    ASSERT_TRUE(hung.UpdateHandle(silent.Handle(), 0));
+
+    Start(second, dir / "files", {"a.txt"});
+    ASSERT_TRUE(WaitForTrace(TabLine(1, "a.txt"))) << TraceText();
+    EXPECT_NE(TraceText().find("RunInstanceCheck() - first window silent, taking over"),
+              std::string::npos);
+    EXPECT_EQ(second.state(), QProcess::Running) << "it runs as the first instance";
+    EXPECT_NE(zvtest::WaitForFirstWindow(hung, kWaitMs), silent.Handle());
+
+    const auto third =
+        zvtest::RunProgram(QString::fromStdString(program.string()), {"c.txt"}, env, kWaitMs,
+                           QString::fromStdString((dir / "files").string()));
+    ASSERT_TRUE(third.finished);
+    EXPECT_EQ(third.exitCode, 0) << third.err;
+    EXPECT_TRUE(WaitForTrace(TabLine(2, "c.txt"))) << TraceText();
 }
 
 TEST_F(WindowInstances, KilledFirstInstanceIsTakenOverByTheNextStart) {
@@ -199,7 +277,7 @@ TEST_F(WindowInstances, UnsavedTextOutlivesAKillAndATerminationSignal) {
             << TraceText();
         zv::TRunOnce block;
         ASSERT_FALSE(block.Check(1)) << "the window process holds the block";
-        const uint64_t window = block.GetWinHandle();
+        const uint64_t window = zvtest::WaitForFirstWindow(block, kWaitMs);
         ASSERT_NE(window, 0u);
 
         QElapsedTimer clock;
@@ -208,8 +286,8 @@ TEST_F(WindowInstances, UnsavedTextOutlivesAKillAndATerminationSignal) {
         const qint64 killAt = terminate ? 0 : 500 + random() % 4000;
         do {
             const std::string token = "<" + std::to_string(steps.size()) + ">";
-            ASSERT_TRUE(zv::SendHandOver(window, zv::kHandOverPaste,
-                                         QString::fromStdString(token), kWaitMs));
+            ASSERT_TRUE(zv::SendHandOver(window, zv::kHandOverPaste, QString::fromStdString(token),
+                                         kWaitMs));
             steps.emplace_back(token, clock.elapsed());
             QTest::qWait(150 + random() % 300);
         } while (clock.elapsed() < killAt);
