@@ -15,10 +15,13 @@
 #include <QApplication>
 #include <QTabWidget>
 
+#include "StartedWindow.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 namespace {
@@ -68,19 +71,13 @@ void BM_StartWithASessionOf200Documents(benchmark::State& state) {
     MakeSession();
     zv::SettingsIni().WriteBool("EditorMisc", "ReopenLastDoc", true);
     for (auto _ : state) {
-        zv::THeadlessPrompt prompt{false};
-        zv::TMainFormHelper helper{prompt};
-        zv::TMainWindow window(helper);
-        zv::TMainForm form(helper, &window);
-        window.AttachForm(form);
-        window.show();
-        form.FormShow({"zevrit"});
-        window.ActiveEditor()->viewport()->repaint();
+        auto run = std::make_unique<zv::bench::TStartedWindow>(std::vector<std::string>{"zevrit"});
+        run->window.ActiveEditor()->viewport()->repaint();
         QApplication::processEvents();
         state.PauseTiming(); // closing the window is not part of the figure
-        if (window.TabGroup()->count() != 200)
+        if (run->window.TabGroup()->count() != 200)
             state.SkipWithError("the session did not come back whole");
-        helper.FApplicationClosing = true;
+        run.reset();
         state.ResumeTiming();
     }
 }

@@ -11,9 +11,12 @@
 #include <QApplication>
 #include <QTabWidget>
 
+#include "StartedWindow.h"
+
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -47,18 +50,12 @@ const std::vector<std::string>& CommandLine() {
 void BM_CommandLineOf500FilesToShownWindow(benchmark::State& state) {
     CommandLine();
     for (auto _ : state) {
-        zv::THeadlessPrompt prompt{false};
-        zv::TMainFormHelper helper{prompt};
-        zv::TMainWindow window(helper);
-        zv::TMainForm form(helper, &window);
-        window.AttachForm(form);
-        window.show();
-        form.FormShow(CommandLine());
-        window.ActiveEditor()->viewport()->repaint();
+        auto run = std::make_unique<zv::bench::TStartedWindow>(CommandLine());
+        run->window.ActiveEditor()->viewport()->repaint();
         QApplication::processEvents();
-        benchmark::DoNotOptimize(window.TabGroup()->count());
+        benchmark::DoNotOptimize(run->window.TabGroup()->count());
         state.PauseTiming(); // closing the window is not part of the figure
-        helper.FApplicationClosing = true;
+        run.reset();
         state.ResumeTiming();
     }
 }
@@ -68,18 +65,12 @@ void BM_SwitchToADeferredTabOf1MB(benchmark::State& state) {
     CommandLine();
     for (auto _ : state) {
         state.PauseTiming();
-        zv::THeadlessPrompt prompt{false};
-        zv::TMainFormHelper helper{prompt};
-        zv::TMainWindow window(helper);
-        zv::TMainForm form(helper, &window);
-        window.AttachForm(form);
-        window.show();
-        form.FormShow(CommandLine());
+        auto run = std::make_unique<zv::bench::TStartedWindow>(CommandLine());
         state.ResumeTiming();
-        window.TabGroup()->setCurrentIndex(0); // f1000.txt, 1 MB, not read yet
-        window.ActiveEditor()->viewport()->repaint();
+        run->window.TabGroup()->setCurrentIndex(0); // f1000.txt, 1 MB, not read yet
+        run->window.ActiveEditor()->viewport()->repaint();
         state.PauseTiming();
-        helper.FApplicationClosing = true;
+        run.reset();
         state.ResumeTiming();
     }
 }

@@ -96,6 +96,16 @@ protected:
         return false;
     }
 
+    // A further start with `name` hands it to the running window, which opens it as `tab`.
+    void ExpectHandedOver(const std::string& name, int tab) {
+        const auto further = zvtest::RunProgram(QString::fromStdString(program.string()),
+                                                {QString::fromStdString(name)}, env, kWaitMs,
+                                                QString::fromStdString((dir / "files").string()));
+        ASSERT_TRUE(further.finished);
+        EXPECT_EQ(further.exitCode, 0) << further.err;
+        EXPECT_TRUE(WaitForTrace(TabLine(tab, name))) << TraceText();
+    }
+
     std::string TabLine(int tab, const std::string& name) const {
         return "DocumentAdded() - tab " + std::to_string(tab) + ": " +
                (dir / "files" / name).string() + "\n";
@@ -208,12 +218,7 @@ TEST_F(WindowInstances, AWindowThatNeverAnswersIsGivenUpAndTheFilesOpenAnyway) {
     EXPECT_EQ(second.state(), QProcess::Running) << "it runs as the first instance";
     EXPECT_NE(zvtest::WaitForFirstWindow(hung, kWaitMs), silent.Handle());
 
-    const auto third =
-        zvtest::RunProgram(QString::fromStdString(program.string()), {"c.txt"}, env, kWaitMs,
-                           QString::fromStdString((dir / "files").string()));
-    ASSERT_TRUE(third.finished);
-    EXPECT_EQ(third.exitCode, 0) << third.err;
-    EXPECT_TRUE(WaitForTrace(TabLine(2, "c.txt"))) << TraceText();
+    ExpectHandedOver("c.txt", 2);
 }
 
 TEST_F(WindowInstances, KilledFirstInstanceIsTakenOverByTheNextStart) {
@@ -234,12 +239,7 @@ TEST_F(WindowInstances, KilledFirstInstanceIsTakenOverByTheNextStart) {
     EXPECT_EQ(second.state(), QProcess::Running) << "it runs as the first instance";
 
     // The next call hands over to the new first window.
-    const auto third =
-        zvtest::RunProgram(QString::fromStdString(program.string()), {"c.txt"}, env, kWaitMs,
-                           QString::fromStdString((dir / "files").string()));
-    ASSERT_TRUE(third.finished);
-    EXPECT_EQ(third.exitCode, 0) << third.err;
-    EXPECT_TRUE(WaitForTrace(TabLine(2, "c.txt"))) << TraceText();
+    ExpectHandedOver("c.txt", 2);
 }
 
 } // namespace
