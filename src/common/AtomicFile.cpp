@@ -56,7 +56,7 @@ private:
 bool Injected(TAtomicStep step) {
     if (gInjectedFailure.load() != step)
         return false;
-    errno = step == TAtomicStep::Write ? ENOSPC : EIO;
+    errno = step == TAtomicStep::Write ? ENOSPC : step == TAtomicStep::Create ? EACCES : EIO;
     return true;
 }
 
@@ -174,7 +174,9 @@ bool WriteInPlace(const fs::path& real, const TFileContentWriter& write, std::st
     if (file.Get() < 0)
         return Fail(real, "opening the file", std::strerror(errno), error);
     fs::path keep;
-    const TFd copy(CreateTempIn(real.parent_path(), TTempKind::OldContent, keep));
+    const TFd copy(Injected(TAtomicStep::Create)
+                       ? -1
+                       : CreateTempIn(real.parent_path(), TTempKind::OldContent, keep));
     if (copy.Get() < 0 || !CopyContent(file.Get(), copy.Get())) {
         const std::string why = std::strerror(errno);
         if (copy.Get() >= 0)
@@ -258,7 +260,9 @@ bool WriteFileAtomically(const fs::path& target, const TFileContentWriter& write
         return WriteInPlace(real, write, error);
     }
     fs::path temp;
-    TFd fd(CreateTempIn(real.parent_path(), TTempKind::NewContent, temp));
+    TFd fd(Injected(TAtomicStep::Create)
+               ? -1
+               : CreateTempIn(real.parent_path(), TTempKind::NewContent, temp));
     if (fd.Get() < 0)
         return Fail(real, "creating the temporary file", std::strerror(errno), error);
     const char* failedStep = nullptr;

@@ -52,9 +52,10 @@ bool WriteFileAtomically(const std::filesystem::path& target, const TFileContent
 // one points to a file not yet there.
 std::filesystem::path ResolveSymlinks(const std::filesystem::path& path);
 
-// The step at which a test makes the next WriteFileAtomically calls fail, as a full disk or a
-// failing rename would. Process-wide; TAtomicStep::None switches the injection off.
-enum class TAtomicStep { None, Write, Sync, Rename };
+// The step at which a test makes the next WriteFileAtomically calls fail, as a folder that
+// refuses a new file (EACCES), a full disk (ENOSPC) or a failing sync or rename (EIO) would.
+// Process-wide; TAtomicStep::None switches the injection off.
+enum class TAtomicStep { None, Create, Write, Sync, Rename };
 void InjectAtomicWriteFailure(TAtomicStep step);
 
 } // namespace zv

@@ -6,6 +6,7 @@
 #include "shell/ZvIniFiles.h"
 
 #include <csignal>
+#include <cstring>
 #include <random>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -29,27 +30,45 @@ TMemIniFileW SettingsWith(const std::filesystem::path& file, const char* value, 
     return ini;
 }
 
+// Also for a file with a second hard link, which is rewritten in place: a failure there
+// writes the old content back, and both names keep it.
 TEST(AtomicWrite, FailureAtAnyStepKeepsTheOldFile) {
-    test::TTempDir dir;
-    const auto file = dir / "Zevrit.ini";
-    ASSERT_TRUE(SettingsWith(file, "old", 50).UpdateFile());
-    const std::string before = test::ReadAll(file);
-    for (TAtomicStep step : {TAtomicStep::Write, TAtomicStep::Sync, TAtomicStep::Rename}) {
-        SCOPED_TRACE(static_cast<int>(step));
-        auto ini = SettingsWith(file, "new", 80);
-        std::string error;
-        {
-            const TInjection inject(step);
-            EXPECT_FALSE(WriteFileAtomically(file, ini.SaveToBytes(), &error));
-            EXPECT_FALSE(ini.UpdateFile());
+    for (const bool linked : {false, true}) {
+        test::TTempDir dir;
+        const auto file = dir / "Zevrit.ini";
+        ASSERT_TRUE(SettingsWith(file, "old", 50).UpdateFile());
+        const std::string before = test::ReadAll(file);
+        std::vector<std::string> names{"Zevrit.ini"};
+        if (linked) {
+            std::filesystem::create_hard_link(file, dir / "linked.ini");
+            names.push_back("linked.ini"); // sorted: upper case first
         }
-        EXPECT_NE(error.find("Zevrit.ini"), std::string::npos) << error;
-        EXPECT_EQ(test::ReadAll(file), before);
-        EXPECT_EQ(TMemIniFileW(file).ReadString("Section", "Key49", ""), "old");
-        EXPECT_EQ(test::FolderNames(dir.Path()), std::vector<std::string>{"Zevrit.ini"});
+        for (TAtomicStep step :
+             {TAtomicStep::Create, TAtomicStep::Write, TAtomicStep::Sync, TAtomicStep::Rename}) {
+            SCOPED_TRACE(std::to_string(static_cast<int>(step)) + (linked ? " linked" : ""));
+            if (linked && step == TAtomicStep::Rename)
+                continue; // nothing is renamed in place
+            auto ini = SettingsWith(file, "new", 80);
+            std::string error;
+            {
+                const TInjection inject(step);
+                EXPECT_FALSE(WriteFileAtomically(file, ini.SaveToBytes(), &error));
+                EXPECT_FALSE(ini.UpdateFile());
+            }
+            EXPECT_NE(error.find("Zevrit.ini"), std::string::npos) << error;
+            if (step == TAtomicStep::Create) {
+                EXPECT_NE(error.find(std::strerror(EACCES)), std::string::npos) << error;
+            }
+            EXPECT_EQ(test::ReadAll(file), before);
+            EXPECT_EQ(TMemIniFileW(file).ReadString("Section", "Key49", ""), "old");
+            EXPECT_EQ(test::FolderNames(dir.Path()), names);
+        }
+        EXPECT_TRUE(SettingsWith(file, "new", 80).UpdateFile());
+        EXPECT_EQ(TMemIniFileW(file).ReadString("Section", "Key79", ""), "new");
+        if (linked) {
+            EXPECT_EQ(test::ReadAll(dir / "linked.ini"), test::ReadAll(file));
+        }
     }
-    EXPECT_TRUE(SettingsWith(file, "new", 80).UpdateFile());
-    EXPECT_EQ(TMemIniFileW(file).ReadString("Section", "Key79", ""), "new");
 }
 
 // A real full disk: the child may write only 4 KiB per file, so the new, longer settings
