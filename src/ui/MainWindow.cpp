@@ -9,6 +9,7 @@
 #include "shell/TailKeywords.h"
 #include "ui/EditorWidget.h"
 #include "ui/SaveAsDialog.h"
+#include "ui/TabCloser.h"
 
 #include <QAction>
 #include <QApplication>
@@ -19,6 +20,8 @@
 #include <QMenuBar>
 #include <QTabBar>
 #include <QTabWidget>
+
+#include <utility>
 
 namespace zv {
 namespace {
@@ -37,11 +40,12 @@ QString TabCaption(const TDocument& doc) {
 TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
     : QMainWindow(parent), FHelper(helper), FTabs(new QTabWidget(this)) {
     FTabs->setDocumentMode(true);
-    FTabs->setTabsClosable(true);
     FTabs->setMovable(false);
     setCentralWidget(FTabs);
     setAcceptDrops(true);
     connect(FTabs, &QTabWidget::tabCloseRequested, this, &TMainWindow::CloseTabClick);
+    FCloser = new TTabCloser(*FTabs->tabBar());
+    connect(FCloser, &TTabCloser::closeRequested, this, &TMainWindow::CloseTabClick);
     connect(FTabs, &QTabWidget::currentChanged, this, &TMainWindow::TabChanged);
     CreateMenus();
     CreateEditMenus();
@@ -136,8 +140,13 @@ void TMainWindow::AttachForm(TMainForm& form) {
     connect(&form, &TMainForm::pasteRequested, this, &TMainWindow::PasteHandedOver);
     // A hidden tab bar lays its tabs out once, when it shows again: a batch of 500 files
     // would otherwise lay out all tabs for each one added.
-    connect(&form, &TMainForm::batchChanged, this,
-            [this](bool inBatch) { FTabs->tabBar()->setVisible(!inBatch); });
+    connect(&form, &TMainForm::batchChanged, this, [this](bool inBatch) {
+        FTabs->tabBar()->setVisible(!inBatch);
+        FInBatch = inBatch;
+        // Only the last document activated in the batch is shown, once.
+        if (TDocument* doc = std::exchange(FPendingActive, nullptr); !inBatch && doc)
+            DocumentActivated(*doc);
+    });
 }
 
 void TMainWindow::PasteHandedOver(const QString& text) {
@@ -226,6 +235,8 @@ void TMainWindow::UpdateCaption(const TDocument& doc) {
 }
 
 void TMainWindow::DocumentRemoved(TDocument& doc) {
+    if (FPendingActive == &doc)
+        FPendingActive = nullptr;
     // The helper has already dropped the document: its tab is the one whose editor
     // still shows doc's rows.
     for (int i = 0; i < FTabs->count(); ++i) {
@@ -245,6 +256,10 @@ void TMainWindow::DocumentRemoved(TDocument& doc) {
 }
 
 void TMainWindow::DocumentActivated(TDocument& doc) {
+    if (FInBatch) { // each current-tab change lays the bar out: done once at the end
+        FPendingActive = &doc;
+        return;
+    }
     const int index = IndexOf(doc);
     if (index < 0)
         return;
@@ -281,6 +296,7 @@ void TMainWindow::DocumentDiffersFromFile(TDocument& doc) {
 }
 
 void TMainWindow::TabChanged(int index) {
+    FCloser->Follow(index);
     if (!FSyncingTabs && index >= 0)
         FHelper.Activate(index);
     if (auto* editor = EditorAt(index))

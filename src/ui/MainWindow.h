@@ -19,6 +19,8 @@ class QTabWidget;
 
 namespace zv {
 
+class TTabCloser;
+
 class TEditorWidget;
 class TTailKeywords;
 
@@ -113,6 +115,9 @@ private:
     TMainForm* FForm = nullptr; // set by AttachForm
     QTabWidget* FTabs;
     bool FSyncingTabs = false;                  // set while the helper drives the tab group
+    bool FInBatch = false;                      // many documents opening at once
+    TDocument* FPendingActive = nullptr;        // activated during the batch, shown after it
+    TTabCloser* FCloser;                        // owned by the tab bar
     std::unique_ptr<const TTypeColors> FColors; // made on the first document
     QLabel* FStatusPosition = nullptr;
     QLabel* FStatusEncoding = nullptr;

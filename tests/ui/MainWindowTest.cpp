@@ -11,7 +11,9 @@
 #include "support/ZvTestSupport.h"
 #include "ui/EditorWidget.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 
@@ -140,6 +142,25 @@ TEST_F(MainWindowTest, TabsFollowDocumentsAndTitleNamesTheActiveOne) {
     ASSERT_EQ(window.TabGroup()->count(), 1);
     EXPECT_EQ(helper.Documents().size(), 1u);
     EXPECT_EQ(window.EditorAt(0)->Lines(), helper.Documents()[0]->Lines.get());
+
+    // The current tab alone carries a close button, which follows it; a middle click closes
+    // any tab.
+    for (const char* name : {"c.txt", "d.txt", "e.txt"})
+        ASSERT_TRUE(Load(Write(name, "x\n")));
+    QTabBar* bar = window.TabGroup()->tabBar();
+    QApplication::processEvents();
+    window.TabGroup()->setCurrentIndex(1);
+    for (int i = 0; i < bar->count(); ++i)
+        EXPECT_EQ(bar->tabButton(i, QTabBar::RightSide) != nullptr, i == 1) << i;
+    auto* button = qobject_cast<QAbstractButton*>(bar->tabButton(1, QTabBar::RightSide));
+    ASSERT_NE(button, nullptr);
+    button->click();
+    ASSERT_EQ(bar->count(), 3);
+    EXPECT_EQ(helper.FindDocMemo((dir / "c.txt").string()), -1) << "c.txt was tab 1";
+    ASSERT_NE(bar->tabButton(bar->currentIndex(), QTabBar::RightSide), nullptr);
+    QTest::mouseClick(bar, Qt::MiddleButton, {}, bar->tabRect(0).center());
+    ASSERT_EQ(bar->count(), 2);
+    EXPECT_EQ(helper.FindDocMemo(b), -1) << "b.txt was tab 0";
 }
 
 // What the editor paints is checked pixel by pixel in the colour tests.
