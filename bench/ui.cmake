@@ -2,7 +2,9 @@
 if(TARGET zv_ui)
   zv_benchmark(zv_window_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/ui/WindowBench.cpp
     DEPS zv_ui)
-  target_include_directories(zv_window_bench PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_include_directories(zv_window_bench PRIVATE ${PROJECT_SOURCE_DIR}/tests
+    ${CMAKE_CURRENT_LIST_DIR})
+  add_dependencies(zv_window_bench zvtool)
 endif()
 # Starting with the last session of 200 documents: the window shows with deferred tabs.
 if(TARGET zv_ui)

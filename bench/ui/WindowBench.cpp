@@ -1,6 +1,7 @@
 // The window with many documents: a command line of 500 files to a shown window (each tab
 // is read when it first shows), and switching to a deferred tab of a 1 MB file until its
-// rows are painted.
+// rows are painted; and one 100 MB file to its first painted rows, against `zvtool info` on
+// the same file in the same run.
 #include "platform/Prompt.h"
 #include "shell/MainForm.h"
 #include "shell/MainFormHelper.h"
@@ -12,6 +13,7 @@
 #include <QTabWidget>
 
 #include "StartedWindow.h"
+#include "memo/WallClock.h"
 
 #include <benchmark/benchmark.h>
 
@@ -75,6 +77,53 @@ void BM_SwitchToADeferredTabOf1MB(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_SwitchToADeferredTabOf1MB)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// About 100 MB of UTF-8 in 2 million lines, once per run.
+const std::string& LargeFile() {
+    static zvtest::TTempDir dir{"zv-window-large"};
+    static const std::string path = [] {
+        const fs::path file = dir / "large.txt";
+        std::string text;
+        text.reserve(101'000'000);
+        for (int i = 0; text.size() < 100'000'000; ++i)
+            text += "    value_" + std::to_string(i) + " = compute(\"caf\xC3\xA9\", " +
+                    std::to_string(i % 97) + "); // r\xC3\xA9sum\xC3\xA9 of the row\n";
+        zvtest::WriteAll(file, text);
+        return file.string();
+    }();
+    return path;
+}
+
+// The counter `ratio` is the window's median over zvtool's, each iteration timing both.
+void BM_LargeFileToPaintedRowsVsZvtoolInfo(benchmark::State& state) {
+    const std::string& file = LargeFile();
+    std::vector<double> window, tool;
+    for (auto _ : state) {
+        tool.push_back(zv::bench::Seconds([&] {
+            int status = 0;
+            zvtest::RunOutput(std::string(ZV_TOOL_PATH) + " info '" + file + "'", status);
+            if (status != 0)
+                state.SkipWithError("zvtool info failed");
+        }));
+        std::unique_ptr<zv::bench::TStartedWindow> run;
+        window.push_back(zv::bench::Seconds([&] {
+            run = std::make_unique<zv::bench::TStartedWindow>(
+                std::vector<std::string>{"zevrit", file});
+            run->window.ActiveEditor()->viewport()->repaint();
+        }));
+        state.SetIterationTime(window.back());
+        if (run->helper.ActiveDocument()->Lines->Count() < 1'000'000)
+            state.SkipWithError("the window did not read the file");
+        run.reset();
+    }
+    state.counters["window_ms"] = zv::bench::Median(window) * 1e3;
+    state.counters["zvtool_ms"] = zv::bench::Median(tool) * 1e3;
+    state.counters["ratio"] = zv::bench::Median(window) / zv::bench::Median(tool);
+}
+BENCHMARK(BM_LargeFileToPaintedRowsVsZvtoolInfo)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
 
 } // namespace
 
