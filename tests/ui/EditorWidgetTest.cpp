@@ -72,6 +72,21 @@ TEST_F(EditorWidgetTest, TypingEnterBackspaceUndoRedoAndShiftSelect) {
     EXPECT_EQ(Text(), u"hello!!\nZ\nworld");
 }
 
+// Home toggles between the first non-blank and column 0; which comes first is the option's.
+TEST_F(EditorWidgetTest, HomeGoesToTheFirstNonBlankOrTheLineStartAsTheOptionSays) {
+    Load("\t  code");
+    for (const bool lineStartFirst : {false, true}) {
+        widget.Memo().FHomeKeyToLineStart = lineStartFirst;
+        widget.Memo().SetTextCursor(6, 0); // inside "code"
+        QTest::keyClick(&widget, Qt::Key_Home);
+        EXPECT_EQ(widget.Memo().Caret().X, lineStartFirst ? 3 : 0) << lineStartFirst;
+        QTest::keyClick(&widget, Qt::Key_Home);
+        EXPECT_EQ(widget.Memo().Caret().X, lineStartFirst ? 0 : 3) << lineStartFirst;
+        QTest::keyClick(&widget, Qt::Key_Home, Qt::ShiftModifier);
+        EXPECT_EQ(widget.Memo().GetSelection(), u"\t  ") << lineStartFirst;
+    }
+}
+
 TEST_F(EditorWidgetTest, ClipboardCopyCutPasteUseLfText) {
     Load("one\ntwo");
     QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
