@@ -267,7 +267,7 @@ TEST_F(WindowInstances, UnsavedTextOutlivesAKillAndATerminationSignal) {
     zvtest::WriteAll(dir / "root" / "Zevrit.ini", "[Customize]\r\nBlankAtStartup=1\r\n");
     ::setenv("XDG_RUNTIME_DIR", env.value("XDG_RUNTIME_DIR").toLocal8Bit().constData(), 1);
     std::mt19937 random(20261125);
-    constexpr int kRounds = 5, kKeptAfterMs = zv::TCrashKeeper::kDelayMs + 700;
+    constexpr int kRounds = 24, kKeptAfterMs = zv::TCrashKeeper::kDelayMs + 700;
     for (int round = 0; round <= kRounds; ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         const bool named = round % 2 == 0, terminate = round == kRounds;
@@ -283,7 +283,7 @@ TEST_F(WindowInstances, UnsavedTextOutlivesAKillAndATerminationSignal) {
         QElapsedTimer clock;
         clock.start();
         std::vector<std::pair<std::string, qint64>> steps; // token, when it was handed over
-        const qint64 killAt = terminate ? 0 : 500 + random() % 4000;
+        const qint64 killAt = terminate ? 0 : 300 + random() % 3200;
         do {
             const std::string token = "<" + std::to_string(steps.size()) + ">";
             ASSERT_TRUE(zv::SendHandOver(window, zv::kHandOverPaste, QString::fromStdString(token),
