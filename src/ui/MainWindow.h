@@ -5,6 +5,7 @@
 
 #include "shell/MainForm.h"
 #include "shell/MainFormHelper.h"
+#include "shell/WindowLayouts.h"
 
 #include "syntax/TypeColors.h"
 
@@ -58,6 +59,14 @@ public:
 
     QTabWidget* TabGroup() const { return FTabs; }
     TEditorWidget* EditorAt(int index) const;
+    // The window's layout as it stands, and applying one (size, state, tab bar, docks).
+    TWindowLayout CurrentLayout() const;
+    void ApplyLayout(const TWindowLayout& layout);
+    // Keeps the present layout as the backup and applies the saved layout `name`; a missing
+    // or damaged one is told and changes nothing.
+    bool SwitchLayout(const std::string& name);
+    // The layouts of the data root's "Layouts" folder.
+    TWindowLayouts Layouts() const;
     TEditorWidget* ActiveEditor() const;
 
     // The status bar's texts: caret position, encoding, line ends, typing mode.
@@ -70,8 +79,9 @@ private:
     // File > Reopen with encoding (every code page this system converts) and Save Copy As.
     void CreateFileExtras(QMenu* file);
     void CreateEditMenus();
-    // File > Recent files and Recently closed, and the Sessions menu.
+    // File > Recent files and Recently closed, and the Sessions menu with window layouts.
     void CreateMemoryMenus(QMenu* file);
+    void FillLayoutMenu(QMenu* menu);
     void FillRecentMenu(QMenu* menu, bool closed);
     void FillSessionMenu(QMenu* menu, bool remove);
     void SaveSessionClick();

@@ -4,12 +4,15 @@
 
 #include "shell/DocumentMemory.h"
 #include "shell/Language.h"
+#include "shell/RootFolder.h"
 #include "ui/EditorWidget.h"
 
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QScrollBar>
+#include <QTabBar>
+#include <QTabWidget>
 
 namespace zv {
 
@@ -56,6 +59,64 @@ void TMainWindow::CreateMemoryMenus(QMenu* file) {
     QMenu* remove = sessions->addMenu(tr("&Delete session"));
     remove->setObjectName(QStringLiteral("DeleteSessionMenu"));
     connect(remove, &QMenu::aboutToShow, this, [this, remove] { FillSessionMenu(remove, true); });
+    QMenu* layouts = sessions->addMenu(tr("Window &layouts"));
+    layouts->setObjectName(QStringLiteral("LayoutsMenu"));
+    connect(layouts, &QMenu::aboutToShow, this, [this, layouts] { FillLayoutMenu(layouts); });
+}
+
+TWindowLayouts TMainWindow::Layouts() const {
+    return TWindowLayouts(GetRootFolder() / "Layouts");
+}
+
+TWindowLayout TMainWindow::CurrentLayout() const {
+    TWindowLayout layout;
+    layout.Maximized = isMaximized();
+    layout.Minimized = isMinimized();
+    const QSize size = isMaximized() || isMinimized() ? normalGeometry().size() : this->size();
+    layout.Width = size.width();
+    layout.Height = size.height();
+    layout.ShowDocumentTabs = !FTabs->tabBar()->isHidden();
+    layout.DockState = saveState().toBase64().toStdString();
+    return layout;
+}
+
+void TMainWindow::ApplyLayout(const TWindowLayout& layout) {
+    resize(layout.Width, layout.Height);
+    restoreState(QByteArray::fromBase64(QByteArray::fromStdString(layout.DockState)));
+    FTabs->tabBar()->setVisible(layout.ShowDocumentTabs);
+    if (layout.Maximized)
+        showMaximized();
+    else if (layout.Minimized)
+        showMinimized();
+    else
+        showNormal();
+}
+
+bool TMainWindow::SwitchLayout(const std::string& name) {
+    std::string error;
+    const auto layout = Layouts().Switch(name, CurrentLayout(), error);
+    if (!layout) {
+        FHelper.Prompter().ShowMessage(error);
+        return false;
+    }
+    ApplyLayout(*layout);
+    return true;
+}
+
+void TMainWindow::FillLayoutMenu(QMenu* menu) {
+    menu->clear();
+    menu->addAction(tr("&Save layout..."), this, [this] {
+        const QString name = QInputDialog::getText(this, tr("Save layout"), tr("Name:"));
+        std::string error;
+        if (!name.trimmed().isEmpty() &&
+            !Layouts().Save(name.trimmed().toStdString(), CurrentLayout(), error))
+            FHelper.Prompter().ShowMessage(error);
+    });
+    menu->addAction(tr("&Previous layout"), this,
+                    [this] { SwitchLayout(TWindowLayouts::kBackup); });
+    menu->addSeparator();
+    for (const std::string& name : Layouts().Names())
+        menu->addAction(QString::fromStdString(name), this, [this, name] { SwitchLayout(name); });
 }
 
 void TMainWindow::FillRecentMenu(QMenu* menu, bool closed) {

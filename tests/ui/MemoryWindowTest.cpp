@@ -14,6 +14,7 @@
 
 #include <QMenu>
 #include <QScrollBar>
+#include <QTabBar>
 #include <QTabWidget>
 
 #include <filesystem>
@@ -320,6 +321,45 @@ TEST_F(MemoryWindowTest, ADamagedMemoryIsSaidOnceAndAFreshOneIsWritten) {
     ASSERT_EQ(read.Entries().size(), 1u);
     EXPECT_EQ(read.Entries()[0].Cursor->CurY, 2);
     EXPECT_EQ(run.prompt.Asked.size(), 1u) << "said once";
+}
+
+// A saved window layout comes back when the user switches to it, the layout left behind is
+// kept as the previous one (xmllint reads the dock file), and a damaged layout is told once
+// and changes nothing.
+TEST_F(MemoryWindowTest, WindowLayoutsSwitchKeepThePreviousAndRefuseADamagedOne) {
+    TRun run;
+    zv::TMainWindow& window = *run.window;
+    window.resize(820, 530);
+    QApplication::processEvents();
+    const zv::TWindowLayout wide = window.CurrentLayout();
+    EXPECT_EQ(wide.Width, 820);
+    std::string error;
+    ASSERT_TRUE(window.Layouts().Save("wide", wide, error)) << error;
+    const fs::path folder = Root() / "Layouts";
+    EXPECT_EQ(
+        zvtest::RunOutput("xmllint --noout '" + (folder / "wide.xml").string() + "' && echo ok"),
+        "ok\n");
+    EXPECT_EQ(window.Layouts().Names(), std::vector<std::string>{"wide"});
+
+    window.resize(610, 420);
+    window.TabGroup()->tabBar()->hide();
+    QApplication::processEvents();
+    const zv::TWindowLayout narrow = window.CurrentLayout();
+    ASSERT_TRUE(window.SwitchLayout("wide"));
+    QApplication::processEvents();
+    EXPECT_EQ(window.CurrentLayout(), wide);
+    ASSERT_TRUE(window.SwitchLayout(zv::TWindowLayouts::kBackup)) << "the previous layout";
+    QApplication::processEvents();
+    EXPECT_EQ(window.CurrentLayout(), narrow);
+
+    zvtest::WriteAll(folder / "bad.txt", "no section\n");
+    zvtest::WriteAll(folder / "bad.xml", "<Layout");
+    const std::string backup = zvtest::ReadAll(folder / "_backup.txt");
+    const std::size_t told = run.prompt.Asked.size();
+    EXPECT_FALSE(window.SwitchLayout("bad"));
+    EXPECT_EQ(run.prompt.Asked.size(), told + 1);
+    EXPECT_EQ(window.CurrentLayout(), narrow);
+    EXPECT_EQ(zvtest::ReadAll(folder / "_backup.txt"), backup) << "the backup stays";
 }
 
 } // namespace
