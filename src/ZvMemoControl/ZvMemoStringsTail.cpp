@@ -88,6 +88,7 @@ bool TZvMemoStrings::AppendTail() {
         TZvDecoder decoder(codePage);
         TRowSplitter splitter(*this, false, false);
         splitter.ContinueOpenRow(FCount > 0);
+        splitter.ExpectBytes(static_cast<std::int64_t>(rest.size()));
         splitter.Feed(decoder, rest, true);
         splitter.Finish();
     } catch (const TCodePageError& e) {
