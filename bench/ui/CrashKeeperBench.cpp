@@ -8,7 +8,7 @@
 #include "ui/EditorWidget.h"
 #include "ui/MainWindow.h"
 
-#include <QApplication>
+#include "QtBenchmarkMain.h"
 
 #include <benchmark/benchmark.h>
 
@@ -76,9 +76,5 @@ BENCHMARK(BM_KeepingUnsavedTextWhileTyping)->Unit(benchmark::kMillisecond)->Iter
 } // namespace
 
 int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return zv::bench::RunInApplication(argc, argv);
 }

@@ -2,6 +2,7 @@
 #include "shell/CrashKeeper.h"
 
 #include "ZvMemoControl/CodePages.h"
+#include "ZvMemoControl/Streams.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "common/AtomicFile.h"
 #include "common/Trace.h"
@@ -20,16 +21,6 @@ namespace {
 
 std::string Section(int n) {
     return "Doc" + std::to_string(n);
-}
-
-// The document's text as UTF-16LE with a BOM and each line end as it stands: exact whatever
-// the document's own encoding can hold.
-std::string ExactBytes(const TZvMemoStrings& lines) {
-    TZvMemoStrings copy;
-    copy.Assign(lines); // rows are shared, not copied
-    copy.SetCodePage(cpUTF16LE);
-    copy.SetUseBOM(true);
-    return copy.SaveToBytes();
 }
 
 // A file stamp as keys "DateTime" (modification time in ns), "Size", "Inode", "Exists".
@@ -56,8 +47,21 @@ TFileStamp ReadStamp(const TMemIniFileW& list, const std::string& section) {
     return stamp;
 }
 
-bool WritePrivate(const fs::path& file, std::string_view bytes) {
-    if (!WriteFileAtomically(file, bytes))
+// Writes the document's text as UTF-16LE with a BOM and each line end as it stands (exact
+// whatever the document's own encoding can hold) atomically, mode 0600. The bytes stream to
+// the file: no second copy of a large text is built in memory.
+bool WriteExactText(const fs::path& file, const TZvMemoStrings& lines) {
+    TZvMemoStrings copy;
+    copy.Assign(lines); // rows are shared, not copied
+    copy.SetCodePage(cpUTF16LE);
+    copy.SetUseBOM(true);
+    const auto write = [&copy](int fd) {
+        TZvFdOutStream out(fd);
+        copy.SaveTextToStream(out);
+        out.Flush();
+        return true;
+    };
+    if (!WriteFileAtomically(file, write))
         return false;
     ::chmod(file.c_str(), 0600);
     return true;
@@ -133,7 +137,7 @@ bool TCrashKeeper::KeepText(const TDocument& doc, TKept& kept) {
         while (fs::exists(FFolder / kept.Name, ec));
     }
     kept.StoreId = kept.Revision = 0; // a failed write is tried again
-    if (!WritePrivate(FFolder / kept.Name, ExactBytes(lines)))
+    if (!WriteExactText(FFolder / kept.Name, lines))
         return false;
     ++FTextsWritten;
     kept.StoreId = lines.StoreId();

@@ -97,6 +97,15 @@ protected:
     bool TabShowsModified(const zv::TDocument& doc) {
         return window->TabGroup()->tabText(helper.FindDocMemo(doc.FFilePath)).endsWith('*');
     }
+    // Opens `log`, holding `text`, to be followed (as -MONITOR does); the active document.
+    zv::TDocument& Follow(const fs::path& log, const std::string& text) {
+        zvtest::WriteAll(log, text);
+        zv::TParamFlags flags;
+        flags.monitor = true;
+        helper.ProcessParam(log.string(), flags);
+        EXPECT_TRUE(helper.ActiveDocument()->FMonitored);
+        return *helper.ActiveDocument();
+    }
     void Configure(const char* key, bool value) {
         zv::TMemIniFileW settings;
         settings.WriteBool("EditorMisc", key, value);
@@ -287,12 +296,7 @@ TEST_F(FileMonitorTest, OurOwnSavesAskNothingAndLaterChangesAreStillNoticed) {
 
 TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithAWriterWithoutAsking) {
     const fs::path log = dir / "app.log";
-    zvtest::WriteAll(log, "start\n");
-    zv::TParamFlags flags;
-    flags.monitor = true;
-    helper.ProcessParam(log.string(), flags);
-    zv::TDocument& doc = *helper.ActiveDocument();
-    ASSERT_TRUE(doc.FMonitored);
+    zv::TDocument& doc = Follow(log, "start\n");
     QProcess writer; // 40 lines, one every 25 ms, each written and flushed on its own
     writer.start("python3", {"-c",
                              "import sys, time\n"
@@ -336,12 +340,7 @@ std::int64_t ResidentBytes() {
 // seconds, ends equal to the file byte for byte, and memory grows in proportion to the text.
 TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithTenThousandLinesASecond) {
     const fs::path log = dir / "busy.log";
-    zvtest::WriteAll(log, "start\n");
-    zv::TParamFlags flags;
-    flags.monitor = true;
-    helper.ProcessParam(log.string(), flags);
-    zv::TDocument& doc = *helper.ActiveDocument();
-    ASSERT_TRUE(doc.FMonitored);
+    zv::TDocument& doc = Follow(log, "start\n");
     const std::int64_t residentBefore = ResidentBytes();
     QProcess writer; // 100 lines every 10 ms by the clock, for 10 s
     writer.start("python3",
@@ -437,10 +436,7 @@ TEST_F(FileMonitorTest, AFollowedLogColoursTheLinesOfItsKeywordsAsTheyArrive) {
     ini.LoadFromBytes("[ERROR]\nColorBk=$0000FF\n[quiet]\nColorBk=$0000FF\nTransparent=1\n");
     window->SetMonitorLogFileOptions(std::make_shared<const zv::TTailKeywords>(ini));
     const fs::path log = dir / "colours.log";
-    zvtest::WriteAll(log, "ok\nERROR one\nquiet\nok\n");
-    zv::TParamFlags flags;
-    flags.monitor = true;
-    helper.ProcessParam(log.string(), flags);
+    Follow(log, "ok\nERROR one\nquiet\nok\n");
     zv::TEditorWidget& editor = *window->ActiveEditor();
     EXPECT_EQ(RedBands(editor), 1);
     Change({"errors", "open(p, 'a').write('ok\\nERROR two\\nok\\nERROR three\\n')"}, {log});
