@@ -2,3 +2,6 @@
 # rows, and the convert-versus-iconv script.
 zv_benchmark(zv_memo_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/LoadSaveBench.cpp
   DEPS zv_memo_store)
+# Following a log: one round of appended lines into a small and a large followed document.
+zv_benchmark(zv_append_tail_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/AppendTailBench.cpp
+  DEPS zv_memo_store)

@@ -51,7 +51,7 @@ std::uint32_t NextSpecialUnit(const char16_t* data, std::uint32_t i, std::uint32
 } // namespace
 
 TRowSplitter::TRowSplitter(TZvMemoStrings& store, bool ansiBreaks, bool quoteAware)
-    : FStore(store), FAnsiBreaks(ansiBreaks), FQuoteAware(quoteAware) {
+    : FStore(store), FAnsiBreaks(ansiBreaks), FQuoteAware(quoteAware), FExpectedBytes(store.FSize) {
     FInString = store.FInString;
 }
 
@@ -65,7 +65,7 @@ char16_t* TRowSplitter::Reserve(std::uint32_t units) {
     if (FArena && FArena->Capacity - FArenaUsed >= units)
         return FArena->Data() + FArenaUsed;
     TTextChunk::Release(FArena);
-    const bool big = FStore.FSize > static_cast<std::int64_t>(kArenaUnits) || units > kArenaUnits;
+    const bool big = FExpectedBytes > static_cast<std::int64_t>(kArenaUnits) || units > kArenaUnits;
     FArena = TTextChunk::Create(big ? std::max(units, kArenaUnits) : units);
     FArena->Refs.store(1, std::memory_order_relaxed);
     FArenaUsed = 0;

@@ -29,6 +29,9 @@ public:
     void Finish();
     // The first piece continues the store's last row (reading what a file grew by).
     void ContinueOpenRow(bool on) { FOpenRow = on; }
+    // The bytes to come, when not the store's whole file: the decoded text then gets blocks
+    // of its own size, not the large ones of a big load.
+    void ExpectBytes(std::int64_t bytes) { FExpectedBytes = bytes; }
 
     std::int64_t CrLfCount() const { return FCrLf; }
     std::int64_t LfCount() const { return FLf; }
@@ -54,6 +57,7 @@ private:
     bool FNoBreaks = false;
     bool FInString = false;
     bool FOpenRow = false;          // the store's last row continues with the next piece
+    std::int64_t FExpectedBytes;    // what the feeds add up to, about
     bool FPendingCR = false;        // a CR ended the previous slice; an LF may follow
     std::uint32_t FNextBits = 0xFF; // line-end bits for the next new row; 0xFF: default
     std::uint32_t FLastBits = 0;

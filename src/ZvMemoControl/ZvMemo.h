@@ -31,6 +31,11 @@ public:
     // ---- Text. The store must outlive the control or be replaced first; the control hands
     // it its fields (SetMemo). Setting a store clears the undo list and the caret.
     void SetLines(TZvMemoStrings* lines);
+    // The store grows at its end from outside (a followed file): `append` adds the rows and
+    // says whether it did. Readers of the rows are paused around it (BeforeChange), the new
+    // text counts as the file's (not modified, undo cleared as by a reload), and the views
+    // hear of the change from the old last row on. Returns what `append` returned.
+    bool AppendFromFile(const std::function<bool()>& append);
     TZvMemoStrings& Lines() { return *FLines; }
     const TZvMemoStrings& Lines() const { return *FLines; }
     void SetServices(TEditorServices services);
@@ -293,6 +298,8 @@ private:
     bool SmartBackspaceStep();
     bool JoinWithNext(TZvPos caret, bool backspace);
     void NotifyChange(int firstRow, int lastRow, bool shapeChanged);
+    // The part of NotifyChange after the change history: hooks, repaint, modified state.
+    void AnnounceChange(int firstRow, int lastRow, bool shapeChanged);
     void UndoChanged();
     void UpdateModified();
     std::u16string TokenAt(TZvPos p) const;

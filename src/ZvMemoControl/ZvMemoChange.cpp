@@ -5,6 +5,7 @@
 #include "ZvMemoControl/ZvMemoRows.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace zv {
@@ -155,6 +156,23 @@ TZvPos TZvCustomMemo::Replay(TZvPos from, TZvPos to, const TEditText& text) {
 void TZvCustomMemo::NotifyChange(int firstRow, int lastRow, bool shapeChanged) {
     for (int row = firstRow; row <= lastRow; ++row)
         ChangeLineHistory(row);
+    AnnounceChange(firstRow, lastRow, shapeChanged);
+}
+
+bool TZvCustomMemo::AppendFromFile(const std::function<bool()>& append) {
+    const int first = std::max(0, FLines->Count() - 1);
+    BeforeChange();
+    const bool grew = append();
+    if (grew) {
+        FUndoList->Clear(); // as a reload does: the file's text is the base now
+        FSavedText.Reset(*FLines);
+    }
+    // No change history: the new rows are the file's, not edits.
+    AnnounceChange(first, std::max(first, FLines->Count() - 1), true);
+    return grew;
+}
+
+void TZvCustomMemo::AnnounceChange(int firstRow, int lastRow, bool shapeChanged) {
     LineChanged(firstRow);
     ClearLineStylesFrom(firstRow > 0 ? firstRow - 1 : 0);
     RefreshWrap(firstRow, lastRow);

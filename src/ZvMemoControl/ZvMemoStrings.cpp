@@ -8,11 +8,17 @@
 #include <sys/mman.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 
 namespace zv {
+
+std::uint64_t TZvMemoStrings::NextStoreId() {
+    static std::atomic<std::uint64_t> last{0};
+    return last.fetch_add(1, std::memory_order_relaxed) + 1;
+}
 
 TZvMemoStrings::TZvMemoStrings() : FCodePage(SystemCodePage()) {
     SetCapacity(64);
@@ -101,6 +107,7 @@ void TZvMemoStrings::MoveGap(std::size_t row) {
 }
 
 void TZvMemoStrings::OpenGap(std::size_t row, std::size_t n) {
+    ++FRevision;
     Grow(FCount + n);
     MoveGap(row);
     for (std::size_t i = 0; i < n; ++i)
@@ -110,6 +117,7 @@ void TZvMemoStrings::OpenGap(std::size_t row, std::size_t n) {
 }
 
 void TZvMemoStrings::CloseGap(std::size_t row, std::size_t n) {
+    ++FRevision;
     MoveGap(row + n);
     for (std::size_t i = 0; i < n; ++i)
         FList[row + i].~TRowItem();
@@ -118,6 +126,7 @@ void TZvMemoStrings::CloseGap(std::size_t row, std::size_t n) {
 }
 
 TZvMemoStrings::TRowItem& TZvMemoStrings::AppendItem() {
+    ++FRevision;
     Grow(FCount + 1);
     MoveGap(FCount);
     TRowItem* item = new (FList + FCount) TRowItem();

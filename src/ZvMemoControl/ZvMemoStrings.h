@@ -233,7 +233,12 @@ public:
     void SetTextStr(std::u16string_view s);
     void SetTextStrSilent(std::u16string_view s);
     void SetText(std::u16string_view s);
-    // Reads what the file grew by since the last load or save and adds it as rows.
+    // Reads what the file grew by since the last load, save or append and adds it as rows,
+    // as a load of the whole file would have cut them. A character or a CR LF that the
+    // read cuts in two is whole after the next read: an unfinished character waits for it,
+    // and an LF right after a CR read earlier joins that line end. False when nothing was
+    // added (no growth, an unreadable file, or bytes the code page refuses); a file that
+    // shrank is for the caller to read again whole.
     bool AppendTail();
 
     std::uint32_t CodePage() const { return FCodePage; }
@@ -251,6 +256,11 @@ public:
     // The kind given to rows before a load decides it (the "new file" line-end setting).
     void SetDefaultSysTextType(TSysTextType kind) { FSysTextType = kind; }
     const std::string& FileName() const { return FFileName; }
+    // Together, they name the rows' present state: no other store has this StoreId (so a
+    // replaced store never looks unchanged), and Revision grows with each change of a row
+    // (it may also grow without one). Read on the thread that changes the rows.
+    std::uint64_t StoreId() const { return FStoreId; }
+    std::uint64_t Revision() const { return FRevision; }
     std::int64_t CurrentStreamPos() const { return FCurrentStreamPos; }
     bool IllegalControlCodes() const { return FIllegalControlCodes; }
     void SetIllegalControlCodes(bool on) { FIllegalControlCodes = on; }
@@ -287,7 +297,11 @@ private:
     std::size_t Slot(std::size_t row) const {
         return row < FGapStart ? row : row + (FCapacity - FCount);
     }
-    TRowItem* Item(std::size_t row) { return FList + Slot(row); }
+    // Every change of a row passes through here, OpenGap, CloseGap or AppendItem.
+    TRowItem* Item(std::size_t row) {
+        ++FRevision;
+        return FList + Slot(row);
+    }
     const TRowItem* Item(std::size_t row) const { return FList + Slot(row); }
     bool InRange(int row) const { return row >= 0 && static_cast<std::size_t>(row) < FCount; }
     void Grow(std::size_t needed);
@@ -320,6 +334,9 @@ private:
     void ContinueLastRow(const TRowText& piece);
     std::uint32_t ChooseCodePage(std::string_view sample);
     std::uint32_t LineEndBitsFor(TSysTextType kind) const;
+    // AppendTail: joins an LF that starts `bytes` to a CR that ended the text; returns the
+    // bytes that remain.
+    std::string_view JoinSplitCrLf(std::string_view bytes, std::uint32_t codePage);
     void WriteRows(TZvOutStream& stream, std::uint32_t codePage);
 
     // A gap buffer of FCapacity slots: rows [0, FGapStart) fill the front slots, then come
@@ -328,6 +345,9 @@ private:
     // costs no move of the rows behind it, however many there are.
     TRowItem* FList = nullptr;
     std::size_t FCount = 0;
+    const std::uint64_t FStoreId = NextStoreId();
+    std::uint64_t FRevision = 0; // bumped by each way of changing a row
+    static std::uint64_t NextStoreId();
     std::size_t FCapacity = 0;
     std::size_t FGapStart = 0;  // Invariant: FGapStart <= FCount <= FCapacity.
     std::size_t FListBytes = 0; // non-zero: FList is a memory mapping of that size

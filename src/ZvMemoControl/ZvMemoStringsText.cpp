@@ -1,5 +1,5 @@
 // Whole-text operations of the line store: extraction with line ends, splitting text into
-// rows (SetTextStr, SetTextStrSilent, SetText, AppendTail), tab expansion and the search
+// rows (SetTextStr, SetTextStrSilent, SetText), tab expansion and the search
 // primitives over one row.
 #include "ZvMemoControl/ZvMemoStrings.h"
 
@@ -209,33 +209,6 @@ void TZvMemoStrings::SetText(std::u16string_view s) {
     if (FCount > lines.size())
         DeleteLinesSilent(static_cast<int>(lines.size()), static_cast<int>(FCount - lines.size()));
     Changed();
-}
-
-bool TZvMemoStrings::AppendTail() {
-    TZvFileInStream in(FFileName);
-    if (!in.Ok()) {
-        FLastError = in.Error();
-        return false;
-    }
-    const std::int64_t size = in.Size();
-    if (size <= FCurrentStreamPos)
-        return false;
-    std::string bytes(static_cast<std::size_t>(size - FCurrentStreamPos), '\0');
-    in.Seek(FCurrentStreamPos);
-    bytes.resize(in.Read(bytes.data(), bytes.size()));
-    try {
-        TZvDecoder decoder(FCodePage == cpAutoDetect ? cpUTF8 : FCodePage);
-        TRowSplitter splitter(*this, false, false);
-        splitter.ContinueOpenRow(FCount > 0);
-        splitter.Feed(decoder, bytes, true);
-        splitter.Finish();
-    } catch (const TCodePageError& e) {
-        FLastError = e.what();
-        return false;
-    }
-    FCurrentStreamPos = size;
-    Changed();
-    return true;
 }
 
 } // namespace zv

@@ -16,6 +16,7 @@ zv_engine_library(zv_memo_store
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsLoad.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsSave.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsText.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsTail.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsWrap.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvUniUtils.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvWideStrings.cpp

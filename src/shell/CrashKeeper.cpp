@@ -2,6 +2,7 @@
 #include "shell/CrashKeeper.h"
 
 #include "ZvMemoControl/CodePages.h"
+#include "ZvMemoControl/Streams.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "common/AtomicFile.h"
 #include "common/Trace.h"
@@ -9,7 +10,9 @@
 #include "shell/ZvIniFiles.h"
 
 #include <charconv>
+#include <set>
 #include <sys/stat.h>
+#include <vector>
 
 namespace zv {
 namespace fs = std::filesystem;
@@ -18,16 +21,6 @@ namespace {
 
 std::string Section(int n) {
     return "Doc" + std::to_string(n);
-}
-
-// The document's text as UTF-16LE with a BOM and each line end as it stands: exact whatever
-// the document's own encoding can hold.
-std::string ExactBytes(const TZvMemoStrings& lines) {
-    TZvMemoStrings copy;
-    copy.Assign(lines); // rows are shared, not copied
-    copy.SetCodePage(cpUTF16LE);
-    copy.SetUseBOM(true);
-    return copy.SaveToBytes();
 }
 
 // A file stamp as keys "DateTime" (modification time in ns), "Size", "Inode", "Exists".
@@ -54,8 +47,21 @@ TFileStamp ReadStamp(const TMemIniFileW& list, const std::string& section) {
     return stamp;
 }
 
-bool WritePrivate(const fs::path& file, std::string_view bytes) {
-    if (!WriteFileAtomically(file, bytes))
+// Writes the document's text as UTF-16LE with a BOM and each line end as it stands (exact
+// whatever the document's own encoding can hold) atomically, mode 0600. The bytes stream to
+// the file: no second copy of a large text is built in memory.
+bool WriteExactText(const fs::path& file, const TZvMemoStrings& lines) {
+    TZvMemoStrings copy;
+    copy.Assign(lines); // rows are shared, not copied
+    copy.SetCodePage(cpUTF16LE);
+    copy.SetUseBOM(true);
+    const auto write = [&copy](int fd) {
+        TZvFdOutStream out(fd);
+        copy.SaveTextToStream(out);
+        out.Flush();
+        return true;
+    };
+    if (!WriteFileAtomically(file, write))
         return false;
     ::chmod(file.c_str(), 0600);
     return true;
@@ -82,22 +88,20 @@ void TCrashKeeper::WriteNow() {
     TMemIniFileW list(ListFile(), TIniEncoding::Utf8);
     for (const auto& name : list.ReadSections())
         list.EraseSection(name);
+    std::unordered_map<const TDocument*, TKept> kept;
     int n = 0;
-    std::error_code ec;
     for (const auto& doc : FHelper.Documents()) {
         if (!doc->FModified || doc->FDeferred)
             continue;
-        if (n == 0) {
-            fs::create_directories(FFolder, ec);
-            ::chmod(FFolder.c_str(), 0700);
-        }
-        const std::string section = Section(++n);
-        const TZvMemoStrings& lines = *doc->Lines;
-        if (!WritePrivate(FFolder / (section + ".txt"), ExactBytes(lines))) {
+        const auto found = FKept.find(doc.get());
+        TKept entry = found != FKept.end() ? found->second : TKept{};
+        if (!KeepText(*doc, entry)) {
             Trace("CrashSave() - cannot keep " + doc->FFilePath);
             continue;
         }
-        list.WriteString(section, "Name", section + ".txt");
+        const std::string section = Section(++n);
+        const TZvMemoStrings& lines = *doc->Lines;
+        list.WriteString(section, "Name", entry.Name);
         list.WriteString(section, "Path", doc->FFilePath);
         list.WriteBool(section, "Modified", true);
         list.WriteBool(section, "New", doc->FIsNew);
@@ -107,16 +111,51 @@ void TCrashKeeper::WriteNow() {
         list.WriteInteger(section, "LineEnds", static_cast<int32_t>(lines.SysTextType()));
         list.WriteInteger(section, "CaretX", doc->FCaretX);
         list.WriteInteger(section, "CaretY", doc->FCaretY);
+        kept.emplace(doc.get(), std::move(entry));
     }
+    FKept = std::move(kept);
     if (n == 0) {
         Clear();
         return;
     }
     if (list.UpdateFile())
         ::chmod(ListFile().c_str(), 0600);
-    // Texts of documents kept earlier but saved or closed since.
-    for (int stale = n + 1; fs::exists(FFolder / (Section(stale) + ".txt"), ec); ++stale)
-        fs::remove(FFolder / (Section(stale) + ".txt"), ec);
+    RemoveStale();
+}
+
+bool TCrashKeeper::KeepText(const TDocument& doc, TKept& kept) {
+    const TZvMemoStrings& lines = *doc.Lines;
+    if (!kept.Name.empty() && kept.StoreId == lines.StoreId() && kept.Revision == lines.Revision())
+        return true; // its file holds this text already
+    if (kept.Name.empty()) {
+        std::error_code ec;
+        fs::create_directories(FFolder, ec);
+        ::chmod(FFolder.c_str(), 0700);
+        // A new name: a file the list on disk names stays until the new list replaces it.
+        do
+            kept.Name = "Text" + std::to_string(FNextName++) + ".txt";
+        while (fs::exists(FFolder / kept.Name, ec));
+    }
+    kept.StoreId = kept.Revision = 0; // a failed write is tried again
+    if (!WriteExactText(FFolder / kept.Name, lines))
+        return false;
+    ++FTextsWritten;
+    kept.StoreId = lines.StoreId();
+    kept.Revision = lines.Revision();
+    return true;
+}
+
+void TCrashKeeper::RemoveStale() {
+    std::set<std::string> names;
+    for (const auto& [doc, kept] : FKept)
+        names.insert(kept.Name);
+    std::error_code ec;
+    std::vector<fs::path> stale;
+    for (const auto& entry : fs::directory_iterator(FFolder, ec))
+        if (entry.path().extension() == ".txt" && !names.contains(entry.path().filename()))
+            stale.push_back(entry.path());
+    for (const auto& path : stale)
+        fs::remove(path, ec);
 }
 
 bool TCrashKeeper::HasSession() const {
@@ -155,6 +194,7 @@ int TCrashKeeper::Restore() {
 }
 
 void TCrashKeeper::Clear() {
+    FKept.clear(); // nothing is kept any more: the next write writes every text
     std::error_code ec;
     fs::remove_all(FFolder, ec);
 }

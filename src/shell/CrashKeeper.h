@@ -6,11 +6,15 @@
 #include <QObject>
 #include <QTimer>
 
+#include <cstdint>
 #include <filesystem>
+#include <string>
+#include <unordered_map>
 
 namespace zv {
 
 class TMainFormHelper;
+class TDocument;
 
 class TCrashKeeper : public QObject {
     Q_OBJECT
@@ -21,8 +25,11 @@ public:
     // An edit, a save or a close: the kept texts follow within kDelayMs.
     void TextChanged();
     // Writes now: each modified document's text (UTF-16, exact, with its line ends) and the
-    // list of them, atomically, mode 0600; with none modified, removes what was kept.
+    // list of them, atomically, mode 0600; with none modified, removes what was kept. A text
+    // already kept as it stands is not written again.
     void WriteNow();
+    // How many texts the writes so far encoded and wrote.
+    int TextsWritten() const { return FTextsWritten; }
     // Focus loss: writes at once what waits for the timer, if anything does.
     void Flush() {
         if (FTimer.isActive())
@@ -41,12 +48,25 @@ public:
     static constexpr int kDelayMs = 2000;
 
 private:
+    // What is kept of one document: its file in the folder and the state of the rows it
+    // holds (0, 0 while none is written).
+    struct TKept {
+        std::string Name;
+        std::uint64_t StoreId = 0, Revision = 0;
+    };
     std::filesystem::path ListFile() const { return FFolder / "Crash.ini"; }
+    // Writes the document's text unless its file holds it already; false when it failed.
+    bool KeepText(const TDocument& doc, TKept& kept);
+    // Removes the texts of documents no longer kept (saved, closed, or of a former run).
+    void RemoveStale();
 
     TMainFormHelper& FHelper;
     std::filesystem::path FFolder;
     QTimer FTimer; // single shot: started by the first change after a write
     bool FHeld = false;
+    std::unordered_map<const TDocument*, TKept> FKept;
+    int FNextName = 1;
+    int FTextsWritten = 0;
 };
 
 } // namespace zv

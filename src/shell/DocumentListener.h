@@ -5,6 +5,7 @@
 #include "shell/Document.h"
 
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 namespace zv {
@@ -22,6 +23,12 @@ public:
     // The text was kept although its file changed or went away: it differs from the file
     // now, and the views mark it modified until it is saved.
     virtual void DocumentDiffersFromFile(TDocument& /*doc*/) {}
+    // A followed document grows by what its file grew by: `append` adds the rows. The
+    // primary listener runs it with its readers of the rows paused and its views told;
+    // without one it is run as it is. Returns what `append` returned.
+    virtual bool DocumentGrows(TDocument& /*doc*/, const std::function<bool()>& append) {
+        return append();
+    }
 };
 
 // Hands each event to the primary listener (the window), then to the others in the order
@@ -45,6 +52,10 @@ public:
     void DocumentSaved(TDocument& doc) override { Tell(&IDocumentListener::DocumentSaved, doc); }
     void DocumentDiffersFromFile(TDocument& doc) override {
         Tell(&IDocumentListener::DocumentDiffersFromFile, doc);
+    }
+    // Only the primary listener holds views of the rows.
+    bool DocumentGrows(TDocument& doc, const std::function<bool()>& append) override {
+        return FPrimary ? FPrimary->DocumentGrows(doc, append) : append();
     }
 
 private:

@@ -166,6 +166,8 @@ void TFileMonitor::FileDeleted(TDocument& doc, int& standing) {
 }
 
 void TFileMonitor::Follow(TDocument& doc) {
+    if (FHelper.AppendDocumentTail(doc))
+        return; // only what the log grew by was read
     const TFileStamp now = StampOf(doc.FFilePath);
     // A rotated log is waited for; an unreadable one is not tried again until it changes.
     if (!now.Exists || !FHelper.ReloadDocument(doc, doc.FDeferredCodePage))

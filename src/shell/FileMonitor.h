@@ -60,7 +60,7 @@ private:
     void CheckDocument(TDocument& doc, TSweepAnswers& answers);
     void FileChanged(TDocument& doc, int& standing);
     void FileDeleted(TDocument& doc, int& standing);
-    // Follows a log: reads it again, or waits while it is gone (rotated).
+    // Follows a log: reads what it grew by, else all of it again, or waits while it is gone.
     void Follow(TDocument& doc);
     // The question, with FCheckTimeStampDialogOpen set while it is open. An answer "to all"
     // (or "Always", which counts as yes to all) becomes the standing answer.

@@ -102,6 +102,18 @@ bool TMainFormHelper::ReloadDocument(TDocument& doc, int32_t codePage) {
     return true;
 }
 
+bool TMainFormHelper::AppendDocumentTail(TDocument& doc) {
+    TZvMemoStrings& lines = *doc.Lines;
+    const TFileStamp now = StampOf(doc.FFilePath);
+    if (!now.Exists || !doc.FStamp.Exists || now.Inode != doc.FStamp.Inode ||
+        now.Size < lines.CurrentStreamPos())
+        return false;
+    FListener->DocumentGrows(doc, [&lines] { return lines.AppendTail(); });
+    doc.FStamp = now; // taken before the read: a later write still differs from it
+    doc.FStamp.Size = lines.CurrentStreamPos();
+    return true;
+}
+
 void TMainFormHelper::MarkDiffersFromFile(TDocument& doc) {
     doc.FModified = true;
     if (FListener)

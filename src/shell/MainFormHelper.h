@@ -134,6 +134,11 @@ public:
     // Reads the document's file again in `codePage` (50001: detect) and tells the views;
     // false, with a message, when it cannot be read (the text stays as it was).
     bool ReloadDocument(TDocument& doc, int32_t codePage);
+    // A followed document's file grew in place (same file, larger than what was read): adds
+    // what it grew by and tells the views; the stamp then names the bytes read, so a growth
+    // during the read is seen at the next check. False, nothing done, when the file is
+    // another, shrank or is gone: then only reading it whole is right.
+    bool AppendDocumentTail(TDocument& doc);
     // The text stays as it is although its file changed or went away: it is modified now.
     void MarkDiffersFromFile(TDocument& doc);
 

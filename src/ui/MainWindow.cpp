@@ -288,6 +288,19 @@ void TMainWindow::DocumentReloaded(TDocument& doc) {
     UpdateStatus();
 }
 
+bool TMainWindow::DocumentGrows(TDocument& doc, const std::function<bool()>& append) {
+    TEditorWidget* editor = EditorAt(IndexOf(doc));
+    if (!editor)
+        return append();
+    const bool grew = editor->Memo().AppendFromFile(append);
+    if (grew) { // a followed log shows its newest line
+        editor->Memo().SetTextCursor(0, editor->Memo().RowCount() - 1);
+        editor->ShowRow(editor->Memo().FCurY);
+        UpdateStatus();
+    }
+    return grew;
+}
+
 void TMainWindow::DocumentDiffersFromFile(TDocument& doc) {
     // Through the editor, whose modified mark the tab and the closing questions follow.
     if (auto* editor = EditorAt(IndexOf(doc)))

@@ -44,6 +44,8 @@ public:
     void DocumentReloaded(TDocument& doc) override;
     void DocumentSaved(TDocument& doc) override;
     void DocumentDiffersFromFile(TDocument& doc) override;
+    // The editor runs the append with its scan paused, repaints, and moves to the last row.
+    bool DocumentGrows(TDocument& doc, const std::function<bool()>& append) override;
 
     // Takes the main object's requests that need an editor (hand-over kind 1009: paste).
     void AttachForm(TMainForm& form);

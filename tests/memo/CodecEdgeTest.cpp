@@ -6,12 +6,14 @@
 #include "ZvMemoControl/CodePages.h"
 #include "ZvMemoControl/OpenTextFile.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
+#include "common/Utf.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <iterator>
 #include <random>
 #include <vector>
@@ -289,6 +291,56 @@ TEST(CodecEdge, AppendTailAddsWhatTheFileGrewBy) {
     EXPECT_EQ(store.Get(2), u"three");
     EXPECT_EQ(store.SaveToBytes(), "one\ntwo\nthree\n");
     EXPECT_FALSE(store.AppendTail()); // nothing new
+}
+
+// `text` in a Unicode code page, no BOM, line ends as they stand.
+std::string Encoded(std::u16string_view text, std::uint32_t codePage) {
+    if (codePage == cpUTF8)
+        return Utf16ToUtf8(text);
+    std::string bytes;
+    for (const char16_t unit : text) {
+        const char low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
+        bytes += codePage == cpUTF16BE ? std::string{high, low} : std::string{low, high};
+    }
+    return bytes;
+}
+
+// A file that grows in pieces cut anywhere after a load (inside a CR LF, inside a character of UTF-8 or
+// UTF-16) ends as the same rows and bytes as one load of the whole file.
+TEST(CodecEdge, AppendTailInPiecesCutAnywhereEqualsAWholeLoad) {
+    const std::u16string text = u"a\r\nb\u00e9\r\r\n\u20ac\U0001F600x\ny\rz\r\n";
+    for (const std::uint32_t codePage : {cpUTF8, cpUTF16LE, cpUTF16BE}) {
+        const std::string bytes = Encoded(text, codePage);
+        std::mt19937 random(codePage);
+        for (int round = 0; round < 40; ++round) {
+            test::TTempDir dir;
+            const auto log = dir / "grow.log";
+            // The load reads whole lines; the growth after it is cut anywhere.
+            std::size_t written = Encoded(u"a\r\n", codePage).size();
+            WriteAll(log, bytes.substr(0, written));
+            TZvMemoStrings store;
+            store.SetCodePage(codePage);
+            ASSERT_TRUE(store.LoadFromFile(log.string()));
+            while (written < bytes.size()) {
+                const std::size_t piece =
+                    std::min<std::size_t>(1 + random() % 4, bytes.size() - written);
+                std::ofstream(log, std::ios::binary | std::ios::app)
+                    << bytes.substr(written, piece);
+                written += piece;
+                store.AppendTail();
+            }
+            TZvMemoStrings whole;
+            whole.SetCodePage(codePage);
+            ASSERT_TRUE(whole.LoadFromFile(log.string()));
+            ASSERT_EQ(store.Count(), whole.Count())
+                << "code page " << codePage << ", round " << round;
+            for (int row = 0; row < whole.Count(); ++row)
+                EXPECT_EQ(store.Get(row), whole.Get(row)) << "row " << row;
+            EXPECT_EQ(store.GetTextWithLinefeeds(), text)
+                << "line ends as read, code page " << codePage << ", round " << round;
+            EXPECT_EQ(store.GetTextWithLinefeeds(), whole.GetTextWithLinefeeds());
+        }
+    }
 }
 
 TEST(CodecEdge, OpeningAFileAsADocumentDoes) {

@@ -331,3 +331,42 @@ TEST_F(ClosingTest, SaveAsWritesTheFormChosenInTheDialog) {
 }
 
 } // namespace
+
+// Each write keeps exactly the documents typed into since the last one (a text already kept
+// is not encoded again), and what a new run restores is always every document's text.
+TEST_F(ClosingTest, OnlyTextsChangedSinceTheLastWriteAreWrittenAgain) {
+    const fs::path crash = dir / "Crash";
+    zv::TCrashKeeper keeper(helper, crash);
+    std::vector<zv::TEditorWidget*> editors;
+    for (int i = 0; i < 4; ++i) {
+        editors.push_back(&Open("t" + std::to_string(i) + ".txt", "row one\nrow two\n"));
+        QTest::keyClicks(editors.back(), "x");
+    }
+    keeper.WriteNow();
+    ASSERT_EQ(keeper.TextsWritten(), 4);
+    std::mt19937 random(7);
+    for (int round = 0; round < 8; ++round) {
+        int typedInto = 0;
+        for (zv::TEditorWidget* editor : editors)
+            if (random() % 2) {
+                QTest::keyClicks(editor, "y");
+                ++typedInto;
+            }
+        const int before = keeper.TextsWritten();
+        keeper.WriteNow();
+        EXPECT_EQ(keeper.TextsWritten() - before, typedInto) << "round " << round;
+
+        zv::THeadlessPrompt quiet{false};
+        zv::TMainFormHelper next{quiet};
+        zv::TMainWindow nextWindow(next);
+        ASSERT_EQ(zv::TCrashKeeper(next, crash).Restore(), 4);
+        for (std::size_t i = 0; i < editors.size(); ++i)
+            EXPECT_EQ(next.Documents()[i]->Lines->GetTextWithLinefeeds(),
+                      helper.Documents()[i]->Lines->GetTextWithLinefeeds())
+                << "round " << round << ", document " << i;
+    }
+    prompt.Answer = zv::prNo;
+    helper.CloseAllDocumentTabs();
+    keeper.WriteNow();
+    EXPECT_FALSE(keeper.HasSession());
+}

@@ -25,8 +25,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <deque>
 #include <filesystem>
+#include <fstream>
 
 namespace fs = std::filesystem;
 
@@ -94,6 +96,15 @@ protected:
     }
     bool TabShowsModified(const zv::TDocument& doc) {
         return window->TabGroup()->tabText(helper.FindDocMemo(doc.FFilePath)).endsWith('*');
+    }
+    // Opens `log`, holding `text`, to be followed (as -MONITOR does); the active document.
+    zv::TDocument& Follow(const fs::path& log, const std::string& text) {
+        zvtest::WriteAll(log, text);
+        zv::TParamFlags flags;
+        flags.monitor = true;
+        helper.ProcessParam(log.string(), flags);
+        EXPECT_TRUE(helper.ActiveDocument()->FMonitored);
+        return *helper.ActiveDocument();
     }
     void Configure(const char* key, bool value) {
         zv::TMemIniFileW settings;
@@ -285,12 +296,7 @@ TEST_F(FileMonitorTest, OurOwnSavesAskNothingAndLaterChangesAreStillNoticed) {
 
 TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithAWriterWithoutAsking) {
     const fs::path log = dir / "app.log";
-    zvtest::WriteAll(log, "start\n");
-    zv::TParamFlags flags;
-    flags.monitor = true;
-    helper.ProcessParam(log.string(), flags);
-    zv::TDocument& doc = *helper.ActiveDocument();
-    ASSERT_TRUE(doc.FMonitored);
+    zv::TDocument& doc = Follow(log, "start\n");
     QProcess writer; // 40 lines, one every 25 ms, each written and flushed on its own
     writer.start("python3", {"-c",
                              "import sys, time\n"
@@ -317,6 +323,66 @@ TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithAWriterWithoutAsking) {
     EXPECT_FALSE(doc.FModified);
     EXPECT_EQ(window->ActiveEditor()->Memo().FCurY, window->ActiveEditor()->Memo().RowCount() - 1)
         << "the caret follows the newest line";
+}
+
+// The resident memory of this process in bytes, from /proc/self/status (0 when unknown).
+std::int64_t ResidentBytes() {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.starts_with("VmRSS:"))
+            return std::stoll(line.substr(6)) * 1024;
+    return 0;
+}
+
+// Another process appends 10,000 lines a second for ten seconds (its buffer cuts the writes
+// anywhere, inside characters too): the followed document never lags more than three
+// seconds, ends equal to the file byte for byte, and memory grows in proportion to the text.
+TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithTenThousandLinesASecond) {
+    const fs::path log = dir / "busy.log";
+    zv::TDocument& doc = Follow(log, "start\n");
+    const std::int64_t residentBefore = ResidentBytes();
+    QProcess writer; // 100 lines every 10 ms by the clock, for 10 s
+    writer.start("python3",
+                 {"-c",
+                  "import sys, time\n"
+                  "start = time.monotonic()\n"
+                  "with open(sys.argv[1], 'a', encoding='utf-8') as f:\n"
+                  "    for tick in range(1000):\n"
+                  "        f.write(''.join('%d caf\u00e9 \u20ac line\\n' % (tick * 100 + i)\n"
+                  "                        for i in range(100)))\n"
+                  "        f.flush()\n"
+                  "        time.sleep(max(0, start + (tick + 1) * 0.01 - time.monotonic()))\n",
+                  QString::fromStdString(log.string())});
+    ASSERT_TRUE(writer.waitForStarted(5000));
+    std::vector<std::pair<qint64, std::int64_t>> fileSizes; // (ms, bytes) as the poll saw them
+    std::int64_t worstLagMs = 0;
+    QElapsedTimer clock;
+    clock.start();
+    while (writer.state() != QProcess::NotRunning && clock.elapsed() < 30000) {
+        QTest::qWait(100);
+        const qint64 now = clock.elapsed();
+        fileSizes.emplace_back(now, static_cast<std::int64_t>(fs::file_size(log)));
+        // The oldest file size the document has not read yet says how far behind it is.
+        for (const auto& [at, size] : fileSizes)
+            if (doc.Lines->CurrentStreamPos() < size) {
+                worstLagMs = std::max<std::int64_t>(worstLagMs, now - at);
+                break;
+            }
+    }
+    ASSERT_EQ(writer.state(), QProcess::NotRunning) << "the writer ends within 30 s";
+    ASSERT_EQ(writer.exitCode(), 0);
+    const std::string file = zvtest::ReadAll(log);
+    ASSERT_EQ(std::count(file.begin(), file.end(), '\n'), 100'001) << "all lines written";
+    const bool caughtUp =
+        QTest::qWaitFor([&] { return Written(doc) == file; }, zv::TFileMonitor::kFollowMs + 1000);
+    EXPECT_TRUE(caughtUp) << "the document is the file, byte for byte";
+    EXPECT_LE(worstLagMs, 3000) << "the document keeps up while the log grows";
+    EXPECT_FALSE(doc.FModified);
+    EXPECT_TRUE(prompt.Asked.empty());
+    const std::int64_t grown = ResidentBytes() - residentBefore;
+    EXPECT_LT(grown, 8 * static_cast<std::int64_t>(file.size()) + (32 << 20))
+        << "memory grew by " << grown << " bytes for a text of " << file.size();
 }
 
 } // namespace
@@ -370,10 +436,7 @@ TEST_F(FileMonitorTest, AFollowedLogColoursTheLinesOfItsKeywordsAsTheyArrive) {
     ini.LoadFromBytes("[ERROR]\nColorBk=$0000FF\n[quiet]\nColorBk=$0000FF\nTransparent=1\n");
     window->SetMonitorLogFileOptions(std::make_shared<const zv::TTailKeywords>(ini));
     const fs::path log = dir / "colours.log";
-    zvtest::WriteAll(log, "ok\nERROR one\nquiet\nok\n");
-    zv::TParamFlags flags;
-    flags.monitor = true;
-    helper.ProcessParam(log.string(), flags);
+    Follow(log, "ok\nERROR one\nquiet\nok\n");
     zv::TEditorWidget& editor = *window->ActiveEditor();
     EXPECT_EQ(RedBands(editor), 1);
     Change({"errors", "open(p, 'a').write('ok\\nERROR two\\nok\\nERROR three\\n')"}, {log});
