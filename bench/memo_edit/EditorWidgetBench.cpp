@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QTest>
 
+#include "../ui/QtBenchmarkMain.h"
+
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
@@ -129,9 +131,5 @@ BENCHMARK(BM_RepaintDuringFirstSweep)->Unit(benchmark::kMicrosecond)->Iterations
 } // namespace
 
 int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return zv::bench::RunInApplication(argc, argv);
 }

@@ -15,6 +15,8 @@
 #include "StartedWindow.h"
 #include "memo/WallClock.h"
 
+#include "QtBenchmarkMain.h"
+
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
@@ -128,9 +130,5 @@ BENCHMARK(BM_LargeFileToPaintedRowsVsZvtoolInfo)
 } // namespace
 
 int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return zv::bench::RunInApplication(argc, argv);
 }

@@ -305,8 +305,8 @@ std::string Encoded(std::u16string_view text, std::uint32_t codePage) {
     return bytes;
 }
 
-// A file that grows in pieces cut anywhere after a load (inside a CR LF, inside a character of UTF-8 or
-// UTF-16) ends as the same rows and bytes as one load of the whole file.
+// A file that grows in pieces cut anywhere after a load (inside a CR LF, inside a character of
+// UTF-8 or UTF-16) ends as the same rows and bytes as one load of the whole file.
 TEST(CodecEdge, AppendTailInPiecesCutAnywhereEqualsAWholeLoad) {
     const std::u16string text = u"a\r\nb\u00e9\r\r\n\u20ac\U0001F600x\ny\rz\r\n";
     for (const std::uint32_t codePage : {cpUTF8, cpUTF16LE, cpUTF16BE}) {
