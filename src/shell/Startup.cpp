@@ -24,13 +24,22 @@
 
 namespace zv {
 
+namespace {
+std::filesystem::path UserFilesSource(const std::filesystem::path& programFolder);
+} // namespace
+
 TStartOptions ReadStartOptions(const std::filesystem::path& root) {
     TStartOptions options;
     std::error_code ec;
-    options.found = std::filesystem::exists(StartOptionsPath(root), ec);
+    // A root never started has none yet: the copy its first start installs decides, so that
+    // two first starts at one moment still make one window.
+    std::filesystem::path from = root;
+    if (!std::filesystem::exists(StartOptionsPath(root), ec))
+        from = UserFilesSource(ProgramFolder());
+    options.found = std::filesystem::exists(StartOptionsPath(from), ec);
     if (!options.found)
         return options;
-    const auto values = ReadStartOptionValues(root);
+    const auto values = ReadStartOptionValues(from);
     options.OnlyOneInstance = values.OnlyOneInstance;
     options.AppIcon = values.AppIcon;
     return options;

@@ -156,10 +156,12 @@ TEST_F(WindowInstances, FirstWindowOpensItsFilesAndTakesTheFilesOfASecondCall) {
     EXPECT_TRUE(WaitForTrace("HandOverReceived() - kind 1010\n")) << TraceText();
 }
 
-// Starts at one moment on a runtime folder without a block: exactly one becomes the window,
-// the others hand their files to it and exit 0.
+// Starts at one moment on a root never started (no start options yet) and a runtime folder
+// without a block: exactly one becomes the window, the others hand their files to it and
+// exit 0.
 TEST_F(WindowInstances, SimultaneousStartsMakeOneWindowThatGetsEveryFile) {
     ASSERT_FALSE(fs::exists(dir / "run" / "zevrit" / "ZvFileMap"));
+    fs::remove(dir / "root" / "Data" / "StartOptions.ini");
     for (size_t i = 0; i < together.size(); ++i) {
         Write("f" + std::to_string(i) + ".txt", "file " + std::to_string(i) + "\n");
         together[i].setProcessEnvironment(env);
