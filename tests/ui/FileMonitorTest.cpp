@@ -381,8 +381,12 @@ TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithTenThousandLinesASecond) {
     EXPECT_FALSE(doc.FModified);
     EXPECT_TRUE(prompt.Asked.empty());
     const std::int64_t grown = ResidentBytes() - residentBefore;
+#if !defined(__SANITIZE_ADDRESS__) // its quarantine keeps up to 256 MB of freed memory resident
     EXPECT_LT(grown, 8 * static_cast<std::int64_t>(file.size()) + (32 << 20))
         << "memory grew by " << grown << " bytes for a text of " << file.size();
+#else
+    (void)grown;
+#endif
 }
 
 } // namespace
