@@ -317,6 +317,25 @@ void TEditorWidget::RestartBlink() {
         FBlinkTimer->Start(std::max(QApplication::cursorFlashTime() / 2, 100));
 }
 
+// One walk over the row: each run of kept bytes gets one box (a row of nothing else stays
+// linear, where asking each byte's column would walk the row again per byte).
+void TEditorWidget::MarkInvalidBytes(QPainter& painter, const TRunPainter& runPainter,
+                                     std::u16string_view text, int y) const {
+    qreal x = 0;
+    std::size_t done = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (!IsByteEscape(text[i]))
+            continue;
+        std::size_t end = i + 1;
+        while (end < text.size() && IsByteEscape(text[end]))
+            ++end;
+        const qreal x1 = runPainter.AdvanceX(text.substr(done, i - done), x);
+        x = runPainter.AdvanceX(text.substr(i, end - i), x1);
+        painter.fillRect(QRectF(TextLeft() + x1, y, x - x1, LineHeight()), kInvalidByteBack);
+        done = i = end;
+    }
+}
+
 void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
                              const std::vector<TColourRun>& runs) {
     const int lineHeight = LineHeight();
@@ -356,12 +375,7 @@ void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
     markTag(FTags.StartEndY, FTags.StartEndX, FTags.StartEndLen);
     markTag(FTags.EndY, FTags.EndX, FTags.EndLen);
     if (FLines->InvalidBytesKept() > 0) // only such documents pay for the look
-        for (std::size_t i = 0; i < text.size(); ++i)
-            if (IsByteEscape(text[i])) {
-                const qreal x1 = runPainter.ColumnX(text, static_cast<int>(i));
-                const qreal x2 = runPainter.ColumnX(text, static_cast<int>(i) + 1);
-                painter.fillRect(QRectF(left + x1, y, x2 - x1, lineHeight), kInvalidByteBack);
-            }
+        MarkInvalidBytes(painter, runPainter, text, y);
     if (FOnRowPainted)
         FOnRowPainted(row, runs);
     const int width = static_cast<int>(FMeasure.TextWidth(text));

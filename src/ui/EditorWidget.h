@@ -155,6 +155,9 @@ private:
     // row above, advanced past this row), or one plain run without a syntax.
     std::vector<TColourRun> PaintRuns(int row, TStyle& state);
     void PaintRow(QPainter& painter, int row, int y, const std::vector<TColourRun>& runs);
+    // Red boxes over the bytes of `text` (a row painted at `y`) that the encoding could not read.
+    void MarkInvalidBytes(QPainter& painter, const TRunPainter& runPainter,
+                          std::u16string_view text, int y) const;
     void AttachScan(); // builds the scan for FLines and FStyleHost
     void DetachScan();
     void RowsScannedFromThread(int first); // background thread: post a repaint

@@ -56,6 +56,8 @@ public:
     // The x offset of 0-based column `column` of `text` (tabs expanded), for carets and
     // marks.
     qreal ColumnX(std::u16string_view text, int column) const;
+    // Where `piece`, drawn from offset `x` of its row, ends: for walking a row once.
+    qreal AdvanceX(std::u16string_view piece, qreal x) const { return x + TextWidth(piece, x); }
     qreal LineHeight() const { return FMetrics.height(); }
 
 private:
