@@ -1,6 +1,7 @@
 // File and memory streams for the codec.
 #include "ZvMemoControl/Streams.h"
 
+#include "common/AtomicFile.h"
 #include "common/RegularFile.h"
 
 #include <fcntl.h>
@@ -14,13 +15,23 @@
 
 namespace zv {
 
-std::size_t TZvMemoryInStream::Read(char* buffer, std::size_t count) {
-    if (FPosition >= Size())
+namespace {
+
+// Reads from bytes held in memory at `position`, and advances it.
+std::size_t ReadHeld(std::string_view bytes, std::int64_t& position, char* buffer,
+                     std::size_t count) {
+    if (position >= static_cast<std::int64_t>(bytes.size()))
         return 0;
-    const std::size_t n = std::min(count, FBytes.size() - static_cast<std::size_t>(FPosition));
-    std::memcpy(buffer, FBytes.data() + FPosition, n);
-    FPosition += static_cast<std::int64_t>(n);
+    const std::size_t n = std::min(count, bytes.size() - static_cast<std::size_t>(position));
+    std::memcpy(buffer, bytes.data() + position, n);
+    position += static_cast<std::int64_t>(n);
     return n;
+}
+
+} // namespace
+
+std::size_t TZvMemoryInStream::Read(char* buffer, std::size_t count) {
+    return ReadHeld(FBytes, FPosition, buffer, count);
 }
 
 TZvFileInStream::TZvFileInStream(const std::string& fileName) {
@@ -28,23 +39,18 @@ TZvFileInStream::TZvFileInStream(const std::string& fileName) {
     if (FFd < 0 || Size() > 0)
         return;
     // A size of 0 may be a file that cannot know its size: what it gives is its content.
-    FUnsized = true;
-    char buffer[65536];
-    for (;;) {
-        const ssize_t n = ::read(FFd, buffer, sizeof buffer);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            break;
-        FContent.append(buffer, static_cast<std::size_t>(n));
-        if (static_cast<std::int64_t>(FContent.size()) > kUnsizedLimit) {
-            FError = "\"" + fileName + "\" does not tell its size and gives more than " +
-                     std::to_string(kUnsizedLimit >> 20) + " MB: it cannot be opened.";
-            ::close(FFd);
-            FFd = -1;
-            return;
-        }
+    auto content = ReadWholeDescriptor(FFd, kUnsizedLimit);
+    if (!content) {
+        FError = errno == EFBIG
+                     ? "\"" + fileName + "\" does not tell its size and gives more than " +
+                           std::to_string(kUnsizedLimit >> 20) + " MB: it cannot be opened."
+                     : std::string(std::strerror(errno));
+        ::close(FFd);
+        FFd = -1;
+        return;
     }
+    FUnsized = true;
+    FContent = std::move(*content);
 }
 
 TZvFileInStream::~TZvFileInStream() {
@@ -62,14 +68,8 @@ std::int64_t TZvFileInStream::Size() const {
 }
 
 std::size_t TZvFileInStream::Read(char* buffer, std::size_t count) {
-    if (FUnsized) {
-        const std::size_t at = static_cast<std::size_t>(std::min(FPosition, Size()));
-        const std::size_t n = std::min(count, FContent.size() - at);
-        if (n) // an empty file has no data pointer to copy from
-            std::memcpy(buffer, FContent.data() + at, n);
-        FPosition += static_cast<std::int64_t>(n);
-        return n;
-    }
+    if (FUnsized)
+        return ReadHeld(FContent, FPosition, buffer, count);
     std::size_t done = 0;
     while (done < count) {
         const ssize_t n = ::pread(FFd, buffer + done, count - done, FPosition);

@@ -214,7 +214,7 @@ fs::path ResolveSymlinks(const fs::path& target) {
     return path;
 }
 
-std::optional<std::string> ReadWholeDescriptor(int fd) {
+std::optional<std::string> ReadWholeDescriptor(int fd, std::size_t limit) {
     std::string bytes;
     char buffer[65536];
     for (off_t offset = 0;;) {
@@ -227,6 +227,10 @@ std::optional<std::string> ReadWholeDescriptor(int fd) {
             return bytes;
         bytes.append(buffer, static_cast<size_t>(n));
         offset += n;
+        if (bytes.size() > limit) {
+            errno = EFBIG;
+            return std::nullopt;
+        }
     }
 }
 

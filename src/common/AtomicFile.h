@@ -2,6 +2,7 @@
 // user's file, a settings file or a document.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -13,8 +14,9 @@ namespace zv {
 // The file's bytes, or nullopt if it cannot be opened or read, or is not a plain file (a pipe,
 // a device, a folder: refused at once, never waited on).
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
-// The whole content of an open file, read from offset 0 whatever its position.
-std::optional<std::string> ReadWholeDescriptor(int fd);
+// The whole content of an open file, read from offset 0 whatever its position; nullopt on a
+// read error, or (errno EFBIG) past `limit` bytes.
+std::optional<std::string> ReadWholeDescriptor(int fd, std::size_t limit = SIZE_MAX);
 
 // Writes the new content to the open descriptor of the temporary file. Fails by returning
 // false with errno set, or by throwing (std::system_error or another std::exception).
