@@ -106,7 +106,7 @@ void BM_RepaintDuringFirstSweep(benchmark::State& state) {
     widget.SetDocument(CLines(), CSyntax());
     if (!widget.Scan())
         return state.SkipWithError("no C syntax");
-    zv::TEditorScan& scan = *widget.Scan();
+    zv::TDocumentScan& scan = *widget.Scan();
     const int rows = CLines()->Count();
     int top = rows / 2;
     std::int64_t swept = 0, during = 0;

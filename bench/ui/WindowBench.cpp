@@ -114,7 +114,7 @@ void BM_LargeFileToPaintedRowsVsZvtoolInfo(benchmark::State& state) {
             run->window.ActiveEditor()->viewport()->repaint();
         }));
         state.SetIterationTime(window.back());
-        if (run->helper.ActiveDocument()->Lines->Count() < 1'000'000)
+        if (run->helper.ActiveDocument()->Lines().Count() < 1'000'000)
             state.SkipWithError("the window did not read the file");
         run.reset();
     }

@@ -1,5 +1,5 @@
-// The fields of the editor control that the line store and the codec read or write. A store
-// without a control uses its own copy with the defaults below; the control hands its own.
+// A document's settings that the line store, the codec and every view of the document read:
+// each store holds one.
 #pragma once
 
 #include <cstdint>
@@ -18,9 +18,8 @@ struct TZvMemoState {
     bool FHardWrapAtRightMargin = false;
     bool FTextDiffMode = false;
     std::int32_t FForcewrapLength = 4096; // longest row the store keeps
-    std::int32_t FTopLine = 0;            // anchor of the real-line walks: top row...
+    std::int32_t FTopLine = 0;            // anchor of the real-line walks: a row...
     std::int32_t FRealTopLine = 0;        // ...and its real line
-    std::int32_t FCurX = 0, FCurY = 0;    // caret, kept valid by Delete
     bool FHandleCSV = false;              // split .csv/.psv/.tsv quote-aware
     // U+2028 and U+2029 end rows when loading (they are then lost on save). Off by default,
     // so that every file saves back to the same bytes.

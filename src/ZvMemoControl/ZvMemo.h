@@ -1,13 +1,15 @@
-// TZvCustomMemo: the editor control's editing model, free of any window toolkit: caret and
-// selection, what each key does to the text, clipboard, word lookups, and the one sequence
-// every change passes (rows, undo record, line-changed hook, scanner invalidation, wrap
-// refresh, repaint). TZvMemo adds the command layer. A widget drives it and paints it.
+// TZvCustomMemo: the editor control's editing model, free of any window toolkit: one view of
+// a document (TZvTextDocument), with its own caret, selection and scroll; what each key does
+// to the text, clipboard and word lookups. Every change goes through the document's edit
+// path, which tells every view of the document. TZvMemo adds the command layer. A widget
+// drives it and paints it.
 #pragma once
 
 #include "ZvMemoControl/MemoState.h"
+#include "ZvMemoControl/TextChange.h"
 #include "ZvMemoControl/ZvMemoEditText.h"
-#include "ZvMemoControl/ZvMemoSavedText.h"
 #include "ZvMemoControl/ZvMemoUndoList.h"
+#include "ZvMemoControl/ZvTextDocument.h"
 #include "platform/EditorServices.h"
 
 #include <functional>
@@ -21,23 +23,30 @@ class TZvMemoStrings;
 // Shift state of a move: the bits of MoveCursor's `shift`.
 enum TShiftBits : unsigned { ssShift = 1, ssAlt = 2, ssCtrl = 4 };
 
-class TZvCustomMemo : public TZvMemoState {
+class TZvCustomMemo : public ITextListener {
 public:
     explicit TZvCustomMemo(TEditorServices services = {});
     virtual ~TZvCustomMemo();
     TZvCustomMemo(const TZvCustomMemo&) = delete;
     TZvCustomMemo& operator=(const TZvCustomMemo&) = delete;
 
-    // ---- Text. The store must outlive the control or be replaced first; the control hands
-    // it its fields (SetMemo). Setting a store clears the undo list and the caret.
+    // ---- Text. The view shows `document` (null: a new empty one of its own); the caret
+    // starts at the top.
+    void SetDocument(std::shared_ptr<TZvTextDocument> document);
+    // A document of its own over `lines` (null: a new empty store), which must outlive the
+    // control or be replaced first. Clears the undo list and the caret.
     void SetLines(TZvMemoStrings* lines);
-    // The store grows at its end from outside (a followed file): `append` adds the rows and
-    // says whether it did. Readers of the rows are paused around it (BeforeChange), the new
-    // text counts as the file's (not modified, undo cleared as by a reload), and the views
-    // hear of the change from the old last row on. Returns what `append` returned.
+    TZvTextDocument& Document() { return *FDoc; }
+    const TZvTextDocument& Document() const { return *FDoc; }
+    const std::shared_ptr<TZvTextDocument>& SharedDocument() const { return FDoc; }
+    // The document's settings (tab size, wrap, binary mode, codec), shared by its views.
+    TZvMemoState& DocState() { return FDoc->State(); }
+    const TZvMemoState& DocState() const { return FDoc->State(); }
+    // The store grows at its end from outside (a followed file); see
+    // TZvTextDocument::AppendFromFile. Returns what `append` returned.
     bool AppendFromFile(const std::function<bool()>& append);
-    TZvMemoStrings& Lines() { return *FLines; }
-    const TZvMemoStrings& Lines() const { return *FLines; }
+    TZvMemoStrings& Lines() { return FDoc->Lines(); }
+    const TZvMemoStrings& Lines() const { return FDoc->Lines(); }
     void SetServices(TEditorServices services);
     const TEditorServices& Services() const { return FServices; }
     // Rows as the control sees them: an empty store counts as one empty row.
@@ -144,7 +153,7 @@ public:
     char16_t CharValueAtCursor() const;
 
     // ---- Undo.
-    TZvUndoList& UndoList() { return *FUndoList; }
+    TZvUndoList& UndoList() { return FDoc->UndoList(); }
     bool Undo();
     bool Redo();
     bool CanUndo() const;
@@ -164,8 +173,9 @@ public:
     void EndUndoGroup();
 
     // ---- The change sequence. Every edit calls Change; undo and redo call Replay.
-    // Replaces [from, to) (rows) by `text` and returns the end of the inserted text.
-    // `record` (may be null) gets the change, caret and selection and goes to the undo list.
+    // Replaces [from, to) (rows) by `text` through the document's edit path and returns the
+    // end of the inserted text, where this view's caret goes. `record` (may be null) gets the
+    // change, caret and selection and goes to the undo list.
     TZvPos Change(TZvPos from, TZvPos to, const TEditText& text, std::unique_ptr<TUndo> record,
                   TZvPos caretBefore);
     // The same without a record, for undo and redo (FIsPerforming is set then).
@@ -173,26 +183,26 @@ public:
     // Unwrapped <-> row positions (identity while nothing wraps).
     TZvPos Unwrapped(TZvPos p) const;
     TZvPos Wrapped(TZvPos p) const;
-    // Marks a row changed for the change history and the modified state.
-    void ChangeLineHistory(int row);
+    // Reports an undo record that failed (message "172").
+    void ReportUndoError(const std::string& message);
 
-    // Called before the rows change, once per change: an editor with a background reader
-    // of the rows pauses it here (the store's row writes take no lock).
-    virtual void BeforeChange() {}
-    // Extension points of the sequence, called in this order after the rows changed. They
-    // do nothing yet beyond what is said; the scanner, wrap and language server hook in here.
-    virtual void LineChanged(int row);             // after every edit, for its first row
-    virtual void ClearLineStylesFrom(int row);     // scanner state is stale from `row` on
-    virtual void RefreshWrap(int first, int last); // rows first..last need wrapping again
     // Asks the edit test (the application's hook); false refuses the edit silently.
     virtual bool CanEdit() const;
-    // True when `pos` lies in a comment or string per the scanner; no partner is auto-closed
-    // there. Without a scanner: false.
-    virtual bool InCommentOrString(TZvPos pos) const;
+    // True when `pos` lies in a comment or string per the document's reader (the scanner);
+    // no partner is auto-closed there. Without a reader: false.
+    bool InCommentOrString(TZvPos pos) const;
+
+    // ---- The document's news (ITextListener): a change made by any view.
+    void TextChanged(const TTextChange& change, TRowRange redraw) override;
+    void DocumentReset() override;
+    void ModifiedChanged(bool modified) override;
+    void UndoChanged() override;
 
     // ---- Events.
     std::function<void(int firstRow, int lastRow)> FOnInvalidate; // lastRow -1: to the end
-    std::function<void()> FOnChange;                              // the text changed
+    // The store or the reader was replaced (reload, syntax): the view starts anew.
+    std::function<void()> FOnDocumentReset;
+    std::function<void()> FOnChange; // the text changed
     std::function<void()> FOnCursorChange;
     std::function<void()> FOnSelectionChange;
     std::function<void(bool canUndo, bool canRedo)> FOnUndoChange;
@@ -203,7 +213,9 @@ public:
     std::function<void(std::u16string& text, bool& handled)> FOnClipboard;
 
     // ---- Caret and selection fields.
-    std::int32_t FOldCurX = 0; // remembered pixel position for up and down
+    std::int32_t FCurX = 0, FCurY = 0; // caret (rows)
+    std::int32_t FTopLine = 0;         // first row shown
+    std::int32_t FOldCurX = 0;         // remembered pixel position for up and down
     std::int32_t FSelStartX = 0, FSelStartY = 0, FSelEndX = 0, FSelEndY = 0;
     std::int32_t FPrevSelX = 0, FPrevSelY = 0; // caret at the last selection update
     bool FColumnMode = false;
@@ -211,7 +223,6 @@ public:
     bool FNotepadCursor = false; // the caret cannot pass a line end
     bool FOverwrite = false;
     bool FReadOnly = false;
-    bool FModified = false;
     bool FModifiedAndSaved = false;
     std::int32_t FLeftCol = 0;
     std::int32_t FVisibleRows = 30; // rows in the view, set by the widget
@@ -248,10 +259,6 @@ public:
     // one of these (the syntax's "IndentAfter"); empty: never.
     std::u16string FIndentAfter;
     bool FHasSyntax = false;
-
-    // Undo replay state, read by the change sequence.
-    bool FChangeHistoryUndo = false;
-    bool FChangeHistoryRedo = false;
 
 protected:
     // Where one word move (Ctrl with left or right, dx -1 or 1) from `p` lands; a move across
@@ -297,24 +304,20 @@ private:
     std::u16string IndentForEnter() const;
     bool SmartBackspaceStep();
     bool JoinWithNext(TZvPos caret, bool backspace);
-    void NotifyChange(int firstRow, int lastRow, bool shapeChanged);
-    // The part of NotifyChange after the change history: hooks, repaint, modified state.
-    void AnnounceChange(int firstRow, int lastRow, bool shapeChanged);
-    void UndoChanged();
-    void UpdateModified();
+    // Repaint and change events for a change of the text.
+    void AnnounceChange(TRowRange redraw);
     std::u16string TokenAt(TZvPos p) const;
     void WordBounds(std::u16string_view row, int col, int& from, int& to) const;
     std::u16string ReindentForPaste(std::u16string_view text, int target) const;
 
-    TZvMemoStrings* FLines;
-    std::unique_ptr<TZvMemoStrings> FOwnLines; // used until SetLines gives one
-    std::unique_ptr<TZvUndoList> FUndoList;
-    TSavedText FSavedText; // what the modified state compares against
+    std::shared_ptr<TZvTextDocument> FDoc; // Invariant: never null; this view listens to it
+    TZvMemoStrings* FLines;                // FDoc's store, kept at hand
+    bool FOwnChange = false;               // this view's Change is under way
+    TRowRange FOwnRedraw;                  // what the document said of it
     TEditorServices FServices;
     std::unique_ptr<ITextBreaks> FBreaks;
     std::unique_ptr<ITextMeasure> FOwnMeasure;
     std::unique_ptr<IClipboard> FOwnClipboard;
-    bool FLastModified = false; // last value told to FOnModifiedChange
     int FGroupDepth = 0;
 };
 

@@ -8,9 +8,9 @@
 namespace zv {
 
 std::u16string TZvCustomMemo::IndentUnit() const {
-    if (!FTabAsSpaces || FBinaryMode)
+    if (!FTabAsSpaces || DocState().FBinaryMode)
         return u"\t";
-    return std::u16string(static_cast<std::size_t>(std::max(FTabSize, 1)), u' ');
+    return std::u16string(static_cast<std::size_t>(std::max(DocState().FTabSize, 1)), u' ');
 }
 
 namespace {
@@ -58,7 +58,7 @@ bool TZvMemo::IndentLines(bool indent) {
     e.Y = std::clamp(e.Y, 0, RowCount() - 1);
     const int last = e.Y > s.Y && e.X == 0 ? e.Y - 1 : e.Y;
     const std::u16string unit = IndentUnit();
-    const int tab = std::max(FTabSize, 1);
+    const int tab = std::max(DocState().FTabSize, 1);
     bool changed = false;
     BeginUndoGroup();
     for (int row = s.Y; row <= last; ++row) {

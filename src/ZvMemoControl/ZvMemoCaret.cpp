@@ -70,7 +70,7 @@ std::int64_t TZvCustomMemo::GetSelectionLength() const {
 void TZvCustomMemo::SetTextCursor(int x, int y, bool keepSelection) {
     y = std::clamp(y, 0, RowCount() - 1);
     x = std::max(x, 0);
-    if (FNotepadCursor || FWordWrap)
+    if (FNotepadCursor || DocState().FWordWrap)
         x = std::min(x, RowLength(y));
     FCurX = x;
     FCurY = y;
@@ -151,7 +151,7 @@ void TZvCustomMemo::MoveCursor(int dx, int dy, unsigned shift) {
         if (dy != 0)
             p.Y = std::min(dy > 0 ? FTopLine + FVisibleRows - 1 : FTopLine, RowCount() - 1);
     } else {
-        const bool lineBound = FNotepadCursor || FWordWrap;
+        const bool lineBound = FNotepadCursor || DocState().FWordWrap;
         for (int i = 0; i < std::abs(dx); ++i) {
             const auto row = RowText(p.Y);
             if (dx < 0) {
@@ -229,7 +229,7 @@ int TZvCustomMemo::FromRealCursorPos(int row, int col) const {
     if (FIsClosing || col <= 0)
         return col;
     const auto s = RowText(row);
-    const int tab = std::max(FTabSize, 1);
+    const int tab = std::max(DocState().FTabSize, 1);
     int visual = 0;
     for (int i = 0; i < col; ++i)
         visual =
@@ -241,7 +241,7 @@ int TZvCustomMemo::ToRealCursorPos(int row, int visualCol) const {
     if (visualCol <= 0)
         return visualCol;
     const auto s = RowText(row);
-    const int tab = std::max(FTabSize, 1);
+    const int tab = std::max(DocState().FTabSize, 1);
     int visual = 0, i = 0;
     while (visual < visualCol) {
         if (i < static_cast<int>(s.size()) && s[i] == u'\t') {
@@ -282,7 +282,7 @@ double TZvCustomMemo::TextLength(int row, int col) const {
     const int inText = std::min(col, static_cast<int>(s.size()));
     int visual = 0;
     const std::u16string painted =
-        Painted(s, 0, std::max(inText, 0), visual, std::max(FTabSize, 1));
+        Painted(s, 0, std::max(inText, 0), visual, std::max(DocState().FTabSize, 1));
     double px = FMargin + Measure().TextWidth(painted);
     if (col > inText)
         px += (col - inText) * Measure().SpaceWidth();
@@ -291,7 +291,7 @@ double TZvCustomMemo::TextLength(int row, int col) const {
 
 int TZvCustomMemo::ColumnAtPixel(int row, double px) const {
     const auto s = RowText(row);
-    const int tab = std::max(FTabSize, 1);
+    const int tab = std::max(DocState().FTabSize, 1);
     double left = FMargin;
     int visual = 0, col = 0;
     while (col < static_cast<int>(s.size())) {
@@ -303,7 +303,7 @@ int TZvCustomMemo::ColumnAtPixel(int row, double px) const {
         col = next;
     }
     const double space = Measure().SpaceWidth();
-    if (px <= left || space <= 0 || FNotepadCursor || FWordWrap)
+    if (px <= left || space <= 0 || FNotepadCursor || DocState().FWordWrap)
         return col;
     return col + static_cast<int>(std::floor((px - left) / space + 0.5));
 }

@@ -1,5 +1,5 @@
-// The control's set-up and the one sequence every change of text passes: change rows, add
-// the undo record, line-changed hook, scanner invalidation, wrap refresh, repaint.
+// The control's set-up, its side of the edit path (undo record, caret, repaint), and how it
+// follows changes that other views of its document make.
 #include "ZvMemoControl/ZvMemo.h"
 
 #include "ZvMemoControl/ZvMemoRows.h"
@@ -11,52 +11,43 @@
 namespace zv {
 
 TZvCustomMemo::TZvCustomMemo(TEditorServices services)
-    : FOwnLines(std::make_unique<TZvMemoStrings>()),
-      FUndoList(std::make_unique<TZvUndoList>(*this)), FBreaks(CreateIcuTextBreaks()),
+    : FDoc(std::make_shared<TZvTextDocument>()), FBreaks(CreateIcuTextBreaks()),
       FOwnMeasure(std::make_unique<TFixedTextMeasure>()),
       FOwnClipboard(std::make_unique<TMemoryClipboard>()) {
-    FLines = FOwnLines.get();
-    FLines->SetMemo(this);
+    FLines = &FDoc->Lines();
+    FDoc->AddListener(this);
     SetServices(std::move(services));
-    FUndoList->OnChange = [this] { UndoChanged(); };
-    FUndoList->OnError = [this](const std::string& message) {
-        const std::string text =
-            FServices.Text ? FServices.Text("Messages", "172", message) : message;
-        if (FServices.Prompt)
-            FServices.Prompt->ShowMessage(text);
-    };
 }
 
 TZvCustomMemo::~TZvCustomMemo() {
     FIsClosing = true;
-    if (FLines) {
-        FLines->SetMemo(nullptr);
-        FLines->Memo() = static_cast<TZvMemoState&>(*this);
-    }
+    FDoc->RemoveListener(this);
 }
 
 void TZvCustomMemo::SetServices(TEditorServices services) {
     FServices = std::move(services);
 }
 
-void TZvCustomMemo::SetLines(TZvMemoStrings* lines) {
-    // The store keeps what the control knows of it (wrap, binary mode, codec choices) when
-    // the control lets go, and the control takes over what the load decided when it attaches.
-    TZvMemoState& state = *this;
-    if (FLines) {
-        FLines->SetMemo(nullptr);
-        FLines->Memo() = state;
-    }
-    FLines = lines ? lines : FOwnLines.get();
-    state = FLines->Memo();
-    FLines->SetMemo(this);
+void TZvCustomMemo::ReportUndoError(const std::string& message) {
+    const std::string text = FServices.Text ? FServices.Text("Messages", "172", message) : message;
+    if (FServices.Prompt)
+        FServices.Prompt->ShowMessage(text);
+}
+
+void TZvCustomMemo::SetDocument(std::shared_ptr<TZvTextDocument> document) {
+    FDoc->RemoveListener(this);
+    FDoc = document ? std::move(document) : std::make_shared<TZvTextDocument>();
+    FDoc->AddListener(this);
+    FLines = &FDoc->Lines();
     FCurX = FCurY = 0;
     FSelStartX = FSelStartY = FSelEndX = FSelEndY = 0;
     FPrevSelX = FPrevSelY = 0;
-    FTopLine = FRealTopLine = 0;
-    FUndoList->Clear();
-    FSavedText.Reset(*FLines);
-    UpdateModified();
+    FTopLine = 0;
+    FGroupDepth = 0;
+}
+
+void TZvCustomMemo::SetLines(TZvMemoStrings* lines) {
+    SetDocument(lines ? TZvTextDocument::Borrowing(*lines) : nullptr);
 }
 
 int TZvCustomMemo::RowCount() const {
@@ -80,8 +71,13 @@ IClipboard& TZvCustomMemo::Clipboard() {
 }
 
 void TZvCustomMemo::EnsureRow(int row) {
-    while (FLines->Count() <= row)
-        FLines->DoAdd(u"");
+    // An empty store is one empty row to the view; giving it that row changes no text.
+    if (FLines->Count() > row)
+        return;
+    FDoc->WithReaderPaused([&] {
+        while (FLines->Count() <= row)
+            FLines->DoAdd(u"");
+    });
 }
 
 TZvPos TZvCustomMemo::ClipToText(TZvPos p) const {
@@ -114,18 +110,24 @@ void CheckInText(const TZvMemoStrings& lines, TZvPos p) {
 
 TZvPos TZvCustomMemo::Change(TZvPos from, TZvPos to, const TEditText& text,
                              std::unique_ptr<TUndo> record, TZvPos caretBefore) {
-    BeforeChange();
     const bool hide = FHideCaret, refresh = FLetRefresh;
     FHideCaret = true;
     FLetRefresh = false;
-    FSavedText.BeforeChange(*FLines, from.Y, to.Y);
-    EnsureRow(to.Y);
+    TZvUndoList& undo = UndoList();
+    const bool keep = record && !undo.FIsPerforming;
     TEditText removed;
-    if (record && !FUndoList->FIsPerforming)
-        removed = ExtractText(*FLines, from, to);
-    const TZvPos end = ReplaceText(*FLines, from, to, text);
-    FSavedText.AfterChange(*FLines);
-    if (record && !FUndoList->FIsPerforming) {
+    FOwnChange = true;
+    TZvPos end;
+    try {
+        end = FDoc->Change(from, to, text, keep ? &removed : nullptr, this, undo.FIsPerforming);
+    } catch (...) {
+        FOwnChange = false;
+        FHideCaret = hide;
+        FLetRefresh = refresh;
+        throw;
+    }
+    FOwnChange = false;
+    if (keep) {
         record->SetChange(Unwrapped(from), from, std::move(removed), text);
         const TZvPos before = Unwrapped(caretBefore), after = Unwrapped(end);
         record->FUndoCurX0 = before.X;
@@ -133,7 +135,7 @@ TZvPos TZvCustomMemo::Change(TZvPos from, TZvPos to, const TEditText& text,
         record->FUndoCurX = after.X;
         record->FUndoCurY = after.Y;
         record->FColumn = FColumnMode;
-        FUndoList->Add(std::move(record));
+        undo.Add(std::move(record));
     }
     FCurX = end.X;
     FCurY = end.Y;
@@ -141,7 +143,7 @@ TZvPos TZvCustomMemo::Change(TZvPos from, TZvPos to, const TEditText& text,
     FSelStartY = FSelEndY = FPrevSelY = end.Y;
     FHideCaret = hide;
     FLetRefresh = refresh;
-    NotifyChange(from.Y, end.Y, to.Y != from.Y || end.Y != from.Y);
+    AnnounceChange(FOwnRedraw);
     return end;
 }
 
@@ -153,78 +155,55 @@ TZvPos TZvCustomMemo::Replay(TZvPos from, TZvPos to, const TEditText& text) {
     return Change(from, to, text, nullptr, from);
 }
 
-void TZvCustomMemo::NotifyChange(int firstRow, int lastRow, bool shapeChanged) {
-    for (int row = firstRow; row <= lastRow; ++row)
-        ChangeLineHistory(row);
-    AnnounceChange(firstRow, lastRow, shapeChanged);
+void TZvCustomMemo::TextChanged(const TTextChange& change, TRowRange redraw) {
+    if (FOwnChange) { // Change places the caret and announces
+        FOwnRedraw = redraw;
+        return;
+    }
+    // Another view (or the file) changed the text: this view's positions follow it.
+    auto map = [&change](std::int32_t& x, std::int32_t& y) {
+        const TZvPos p = MapPosition({x, y}, change);
+        x = p.X;
+        y = p.Y;
+    };
+    map(FCurX, FCurY);
+    map(FSelStartX, FSelStartY);
+    map(FSelEndX, FSelEndY);
+    map(FPrevSelX, FPrevSelY);
+    if (change.From.Y < FTopLine)
+        FTopLine = std::clamp(FTopLine + change.RowsAdded, 0, RowCount() - 1);
+    AnnounceChange(redraw);
 }
 
 bool TZvCustomMemo::AppendFromFile(const std::function<bool()>& append) {
-    const int first = std::max(0, FLines->Count() - 1);
-    BeforeChange();
-    const bool grew = append();
-    if (grew) {
-        FUndoList->Clear(); // as a reload does: the file's text is the base now
-        FSavedText.Reset(*FLines);
-    }
-    // No change history: the new rows are the file's, not edits.
-    AnnounceChange(first, std::max(first, FLines->Count() - 1), true);
-    return grew;
+    return FDoc->AppendFromFile(append);
 }
 
-void TZvCustomMemo::AnnounceChange(int firstRow, int lastRow, bool shapeChanged) {
-    LineChanged(firstRow);
-    ClearLineStylesFrom(firstRow > 0 ? firstRow - 1 : 0);
-    RefreshWrap(firstRow, lastRow);
+void TZvCustomMemo::DocumentReset() {
+    FLines = &FDoc->Lines();
+    FCurX = FCurY = 0;
+    FSelStartX = FSelStartY = FSelEndX = FSelEndY = 0;
+    FPrevSelX = FPrevSelY = 0;
+    FTopLine = 0;
+    if (FOnDocumentReset)
+        FOnDocumentReset();
+}
+
+void TZvCustomMemo::AnnounceChange(TRowRange redraw) {
     if (FOnInvalidate && FLetRefresh)
-        FOnInvalidate(firstRow, shapeChanged ? -1 : lastRow);
-    UpdateModified();
+        FOnInvalidate(redraw.First, redraw.Last);
     if (FOnChange)
         FOnChange();
     NotifyCursor();
 }
 
-// Extension points: the scanner, wrap and the language server hook in here.
-void TZvCustomMemo::LineChanged(int) {}
-void TZvCustomMemo::ClearLineStylesFrom(int) {}
-void TZvCustomMemo::RefreshWrap(int, int) {}
 bool TZvCustomMemo::CanEdit() const {
     return true;
 }
-bool TZvCustomMemo::InCommentOrString(TZvPos) const {
-    return false;
-}
 
-void TZvCustomMemo::ChangeLineHistory(int row) {
-    FModified = true;
-    TAttribute* a = FLines->LineAttribute(FLines->GetWrappedMainLineNumber(row));
-    if (!a)
-        return;
-    if (a->HasExtra() && !a->Extra().SpellList.empty())
-        a->MutableExtra().SpellList.clear();
-    a->SetValue(abSpellCheck, true);
-    const bool replay = FChangeHistoryUndo || FChangeHistoryRedo;
-    const int h = a->ChangeHistory() + (FChangeHistoryUndo ? -1 : 1);
-    const int saved = a->ChangeLastSavedAt;
-    if (h > 0) {
-        a->SetValue(abChangeSaved, replay && h == saved);
-        a->SetValue(abChanged, true);
-        a->SetChangeHistory(h);
-        if (!replay && h <= saved)
-            a->ChangeLastSavedAt = 0;
-    } else if (h < saved) {
-        a->SetValue(abChanged, true);
-        a->SetValue(abChangeSaved, false);
-        a->SetChangeHistory(h);
-    } else if (h == saved) {
-        a->SetValue(abChanged, false);
-        a->SetValue(abChangeSaved, true);
-        a->SetChangeHistory(h);
-    } else {
-        a->SetValue(abChanged, false);
-        a->SetValue(abChangeSaved, false);
-        a->SetChangeHistory(0);
-    }
+bool TZvCustomMemo::InCommentOrString(TZvPos pos) const {
+    const std::shared_ptr<ITextReader>& reader = FDoc->Reader();
+    return reader && reader->InCommentOrString(pos);
 }
 
 void TZvCustomMemo::NotifyCursor() {

@@ -106,7 +106,7 @@ std::u16string TZvCustomMemo::ReindentForPaste(std::u16string_view text, int tar
     int least = target;
     for (std::size_t i = 0; i < lines.Rows.size(); ++i) {
         std::u16string row(lines.Rows[i].View());
-        WConvertTabToSpace(row, std::max(FTabSize, 1), u' ');
+        WConvertTabToSpace(row, std::max(DocState().FTabSize, 1), u' ');
         if (i > 0 && !row.empty()) {
             const auto indent = static_cast<int>(std::min(row.find_first_not_of(u' '), row.size()));
             least = std::min(least, indent);
@@ -154,7 +154,7 @@ bool TZvCustomMemo::SmartPasteText(std::u16string_view text, bool atLineStart, b
         SetTextCursor(caret.X, end.Y);
         return true;
     }
-    if ((forceSmart || FSmartPaste) && !FBinaryMode) {
+    if ((forceSmart || FSmartPaste) && !DocState().FBinaryMode) {
         TZvPos s, e;
         OrderedSelection(s, e);
         work = ReindentForPaste(work, FromRealCursorPos(s.Y, s.X));

@@ -28,7 +28,7 @@ bool TZvCustomMemo::Backspace() {
         return false;
     if (HasSelection())
         return DeleteSelection();
-    if (FSmartBackspace && !FWordWrap && SmartBackspaceStep())
+    if (FSmartBackspace && !DocState().FWordWrap && SmartBackspaceStep())
         return true;
     const TZvPos caret = Caret();
     const int len = RowLength(caret.Y);
@@ -63,7 +63,7 @@ bool TZvCustomMemo::SmartBackspaceStep() {
     const int visual = FromRealCursorPos(FCurY, x);
     int target = 0;
     for (int r = FCurY - 1; r >= 0; --r) {
-        const int indent = FLines->GetVisualIndent(r, std::max(FTabSize, 1), true);
+        const int indent = FLines->GetVisualIndent(r, std::max(DocState().FTabSize, 1), true);
         if (indent >= 0 && indent < visual) {
             target = indent;
             break;

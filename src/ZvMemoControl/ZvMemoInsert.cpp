@@ -24,7 +24,7 @@ bool IsQuote(char16_t c) {
 TEditText TZvCustomMemo::PaddingFor(TZvPos caret) const {
     TEditText pad;
     const int len = RowLength(caret.Y);
-    if (caret.X > len && !FWordWrap)
+    if (caret.X > len && !DocState().FWordWrap)
         pad.Rows.front().Assign(std::u16string(static_cast<std::size_t>(caret.X - len), u' '));
     return pad;
 }
@@ -59,8 +59,8 @@ bool TZvCustomMemo::InsertChar(char16_t c) {
     if (c == 26) {
         text = u"\t"; // a literal tab, never expanded
         c = u'\t';
-    } else if (c == u'\t' && FTabAsSpaces && !FBinaryMode) {
-        const int visual = FromRealCursorPos(FCurY, FCurX), tab = std::max(FTabSize, 1);
+    } else if (c == u'\t' && FTabAsSpaces && !DocState().FBinaryMode) {
+        const int visual = FromRealCursorPos(FCurY, FCurX), tab = std::max(DocState().FTabSize, 1);
         text.assign(static_cast<std::size_t>(tab - visual % tab), u' ');
     }
     if (FOverwrite && !HasSelection() && c != u'\t')
@@ -107,7 +107,7 @@ std::u16string TZvCustomMemo::IndentForEnter() const {
         ++n;
     std::u16string indent(row.substr(0, static_cast<std::size_t>(n)));
     if (FTabAsSpaces)
-        WConvertTabToSpace(indent, std::max(FTabSize, 1), u' ');
+        WConvertTabToSpace(indent, std::max(DocState().FTabSize, 1), u' ');
     if (!FIndentAfter.empty() && first == FCurY) {
         // An opening the syntax names ("{", ":") as the last thing left of the caret.
         int end = std::min(FCurX, static_cast<int>(row.size()));
@@ -123,7 +123,7 @@ bool TZvCustomMemo::EnterPress() {
     if (FReadOnly || FSyncEditMode || !CanEdit())
         return false;
     EnsureRow(FCurY);
-    if (FOverwrite && !FChangeHistoryUndo) {
+    if (FOverwrite && !FDoc->FChangeHistoryUndo) {
         if (HasSelection())
             DeleteSelection();
         SetTextCursor(FCurX, NextVisibleRow(FCurY));
@@ -149,8 +149,8 @@ bool TZvCustomMemo::InsertText(std::u16string_view text, bool moveToEnd) {
     if (FReadOnly || !CanEdit())
         return false;
     std::u16string expanded(text);
-    if (!FPreserveTab && !FBinaryMode)
-        WConvertTabToSpace(expanded, std::max(FTabSize, 1), u' ');
+    if (!DocState().FPreserveTab && !DocState().FBinaryMode)
+        WConvertTabToSpace(expanded, std::max(DocState().FTabSize, 1), u' ');
     TZvPos start, end;
     OrderedSelection(start, end);
     if (!HasSelection())

@@ -295,13 +295,7 @@ void TZvMemoStrings::Delete(int row) {
     Changing();
     {
         std::lock_guard lock(FLock);
-        const bool single = FCount == 1;
         DoDelete(row);
-        TZvMemoState& memo = Memo();
-        if (memo.FCurY > row)
-            --memo.FCurY;
-        if (single)
-            memo.FCurX = 0;
     }
     Changed();
 }

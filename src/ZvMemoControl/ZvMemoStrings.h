@@ -53,12 +53,9 @@ public:
     TZvMemoStrings(const TZvMemoStrings&) = delete;
     TZvMemoStrings& operator=(const TZvMemoStrings&) = delete;
 
-    // The control's fields the store reads; without a control, the store's own defaults.
-    // The control must outlive the store or detach with SetMemo(nullptr).
-    void SetMemo(TZvMemoState* memo) { FMemo = memo ? memo : &FOwnState; }
-    TZvMemoState& Memo() { return *FMemo; }
-    const TZvMemoState& Memo() const { return *FMemo; }
-    bool HasMemo() const { return FMemo != &FOwnState; }
+    // The document's settings the store reads (and every view of it).
+    TZvMemoState& Memo() { return FOwnState; }
+    const TZvMemoState& Memo() const { return FOwnState; }
 
     // ---- Rows. Row numbers are 0-based; out-of-range reads answer empty, 0 or false.
     int Count() const override { return static_cast<int>(FCount); }
@@ -355,7 +352,6 @@ private:
     mutable std::recursive_mutex FLock;
 
     TZvMemoState FOwnState;
-    TZvMemoState* FMemo = &FOwnState;
 
     std::uint32_t FCodePage;
     bool FUseBOM = false;

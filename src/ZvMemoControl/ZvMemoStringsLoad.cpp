@@ -237,8 +237,8 @@ bool TZvMemoStrings::LoadSlices(TZvInStream& stream, std::uint32_t codePage, boo
     }
     stream.Seek(begin);
     TZvDecoder decoder(codePage);
-    TRowSplitter splitter(*this, ansiBreaks,
-                          QuoteAwareExtension(FFileName) && (memo.FHandleCSV || !HasMemo()));
+    // The store loads on its own, before any view shows it: quoted fields are always kept.
+    TRowSplitter splitter(*this, ansiBreaks, QuoteAwareExtension(FFileName));
     std::string bytes(kSliceBytes, '\0');
     std::int64_t position = begin;
     while (position < end) {

@@ -277,7 +277,7 @@ void TZvMemoStrings::SaveToStream(TZvOutStream& stream) {
             text.append(end);
     }
     TZvMemoStrings copy;
-    copy.SetMemo(FMemo);
+    copy.Memo() = Memo();
     copy.FCodePage = FCodePage;
     copy.FUseBOM = FUseBOM;
     copy.DoAdd(text);

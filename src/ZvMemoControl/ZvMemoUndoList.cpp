@@ -62,8 +62,7 @@ void TZvUndoList::Clear() {
     FSavePos = 0;
     FSavePosIndex = 0;
     FScriptUndo = false;
-    if (!FMemo.FIsClosing)
-        Changed();
+    Changed();
 }
 
 void TZvUndoList::RemoveNewest() {
@@ -95,15 +94,16 @@ void TZvUndoList::Fail(const std::exception&, bool wasModified) {
     Clear();
     if (modified)
         FSavePosIndex = kUnreachable;
-    if (OnError)
-        OnError("We have encountered an undo error. The undo buffer has been cleared.");
+    if (FView)
+        FView->ReportUndoError(
+            "We have encountered an undo error. The undo buffer has been cleared.");
 }
 
 // One record back, without the group logic.
 void TZvUndoList::UndoOne() {
     TUndo& record = *FItems[static_cast<std::size_t>(FPos)];
     if (!record.IsGroupMark())
-        record.Undo(FMemo);
+        record.Undo(*FView);
     ++FDoneInStep;
     ++FPos;
     FSavePosIndex = FSavePosIndex != 0 ? FSavePosIndex - 1 : kBehindSave;
@@ -114,13 +114,14 @@ void TZvUndoList::RedoOne() {
     FSavePosIndex = FSavePosIndex == kBehindSave ? 0 : FSavePosIndex + 1;
     TUndo& record = *FItems[static_cast<std::size_t>(FPos)];
     if (!record.IsGroupMark())
-        record.Redo(FMemo);
+        record.Redo(*FView);
     ++FDoneInStep;
 }
 
-void TZvUndoList::Undo() {
+void TZvUndoList::Undo(TZvCustomMemo& view) {
     if (!CanUndo() || FIsPerforming)
         return;
+    FView = &view;
     const bool wasModified = IsModified();
     FDoneInStep = 0;
     FIsPerforming = true;
@@ -148,9 +149,10 @@ void TZvUndoList::Undo() {
     Changed();
 }
 
-void TZvUndoList::Redo() {
+void TZvUndoList::Redo(TZvCustomMemo& view) {
     if (!CanRedo() || FIsPerforming)
         return;
+    FView = &view;
     const bool wasModified = IsModified();
     FDoneInStep = 0;
     FIsPerforming = true;

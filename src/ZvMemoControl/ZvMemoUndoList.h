@@ -1,4 +1,4 @@
-// TZvUndoList: one control's undo history, newest record at index 0. It merges typing runs,
+// TZvUndoList: one document's undo history, newest record at index 0. It merges typing runs,
 // keeps groups together, holds at most FLimit records, and knows how far the text is from
 // the last saved state, which is what the modified flag reports.
 #pragma once
@@ -20,16 +20,19 @@ public:
     static constexpr std::int32_t kBehindSave = -1000;   // first undo past the save point
     static constexpr std::int32_t kUnreachable = -10000; // save point lost
 
-    explicit TZvUndoList(TZvCustomMemo& memo) : FMemo(memo) {}
+    TZvUndoList() = default;
+    TZvUndoList(const TZvUndoList&) = delete;
+    TZvUndoList& operator=(const TZvUndoList&) = delete;
 
     // Stores a record: 0 when stored or merged, -1 when refused (a record is replaying).
     // A new record after undos drops the undone ones.
     int Add(std::unique_ptr<TUndo> record);
-    // Undoes or redoes one step (a group is one step; a drag move is one step). Does nothing
-    // at the list's end. A record that fails clears the list and reports message "172"; the
-    // document then counts as modified until it is saved.
-    void Undo();
-    void Redo();
+    // Undoes or redoes one step (a group is one step; a drag move is one step) in `view`,
+    // whose caret and selection follow the records. Does nothing at the list's end. A record
+    // that fails clears the list and the view reports message "172"; the document then
+    // counts as modified until it is saved.
+    void Undo(TZvCustomMemo& view);
+    void Redo(TZvCustomMemo& view);
     void Clear();
     // Takes back the newest record as if it had never been added (an empty group's start).
     // Only when nothing is undone.
@@ -45,10 +48,8 @@ public:
     // 0 or less: no limit. Dropping records may make the save point unreachable.
     void SetLimit(std::int32_t limit);
 
-    // Told after every change of the list (the control's UndoChange).
+    // Told after every change of the list.
     std::function<void()> OnChange;
-    // Told the error text when a record failed and the list was cleared.
-    std::function<void(const std::string& message)> OnError;
 
     std::int32_t FPos = 0;     // records undone so far: next undo is FItems[FPos]
     std::int32_t FLimit = 100; // setting "UndoRedoSize" of section "EditorMisc"
@@ -69,7 +70,7 @@ private:
     // when part of the step already ran.
     void Fail(const std::exception& e, bool wasModified);
 
-    TZvCustomMemo& FMemo;
+    TZvCustomMemo* FView = nullptr; // the view the running Undo or Redo acts in
     std::deque<std::unique_ptr<TUndo>> FItems;
     int FDoneInStep = 0; // records performed by the running Undo or Redo
 };

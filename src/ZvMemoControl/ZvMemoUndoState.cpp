@@ -7,36 +7,29 @@
 namespace zv {
 
 bool TZvCustomMemo::CanUndo() const {
-    return !FIsClosing && !FReadOnly && FUndoList->CanUndo();
+    return !FIsClosing && !FReadOnly && FDoc->UndoList().CanUndo();
 }
 
 bool TZvCustomMemo::CanRedo() const {
-    return !FIsClosing && !FReadOnly && FUndoList->CanRedo();
+    return !FIsClosing && !FReadOnly && FDoc->UndoList().CanRedo();
 }
 
 bool TZvCustomMemo::Undo() {
     if (!CanUndo())
         return false;
-    FUndoList->Undo();
-    UpdateModified();
+    UndoList().Undo(*this);
     return true;
 }
 
 bool TZvCustomMemo::Redo() {
     if (!CanRedo())
         return false;
-    FUndoList->Redo();
-    UpdateModified();
+    UndoList().Redo(*this);
     return true;
 }
 
 void TZvCustomMemo::ClearUndoList() {
-    // The list's own distance from the save point must not claim the saved text back.
-    const bool modified = Modified();
-    FUndoList->Clear();
-    if (modified)
-        FUndoList->FSavePosIndex = TZvUndoList::kUnreachable;
-    UpdateModified();
+    FDoc->ClearUndo();
 }
 
 TZvCustomMemo::TInputAids TZvCustomMemo::BeginReplay(bool undo) {
@@ -57,8 +50,8 @@ TZvCustomMemo::TInputAids TZvCustomMemo::BeginReplay(bool undo) {
     FAutoCloseBraces = FAutoCloseBracesText = FSmartTab = FSmartPaste = false;
     FOverwritePasteMode = FEncloseSelectionWithParenthesis = FEncloseSelectionWithQuotes = false;
     FSyncEditMode = FFolding = false;
-    FChangeHistoryUndo = undo;
-    FChangeHistoryRedo = !undo;
+    FDoc->FChangeHistoryUndo = undo;
+    FDoc->FChangeHistoryRedo = !undo;
     return saved;
 }
 
@@ -76,12 +69,12 @@ void TZvCustomMemo::EndReplay(const TInputAids& saved) {
     FEncloseSelectionWithQuotes = saved.EncloseWithQuotes;
     FSyncEditMode = saved.SyncEditMode;
     FFolding = saved.Folding;
-    FChangeHistoryUndo = FChangeHistoryRedo = false;
+    FDoc->FChangeHistoryUndo = FDoc->FChangeHistoryRedo = false;
 }
 
 void TZvCustomMemo::BeginUndoGroup() {
     if (FGroupDepth++ == 0)
-        FUndoList->Add(std::make_unique<TMacroStartUndo>());
+        UndoList().Add(std::make_unique<TMacroStartUndo>());
 }
 
 void TZvCustomMemo::EndUndoGroup() {
@@ -90,62 +83,37 @@ void TZvCustomMemo::EndUndoGroup() {
     if (--FGroupDepth > 0)
         return;
     // An empty group leaves no mark behind.
-    TUndo* newest = FUndoList->Get(0);
-    if (FUndoList->FPos == 0 && newest && newest->FKind == TUndoKind::MacroStart)
-        FUndoList->RemoveNewest();
+    TZvUndoList& undo = UndoList();
+    TUndo* newest = undo.Get(0);
+    if (undo.FPos == 0 && newest && newest->FKind == TUndoKind::MacroStart)
+        undo.RemoveNewest();
     else
-        FUndoList->Add(std::make_unique<TMacroEndUndo>());
+        undo.Add(std::make_unique<TMacroEndUndo>());
 }
 
 void TZvCustomMemo::Saved() {
-    for (int row = 0; row < FLines->Count(); ++row) {
-        TAttribute* a = FLines->LineAttribute(row);
-        if (!a->GetValue(abChanged))
-            continue;
-        a->SetValue(abChangeSaved, true);
-        a->ChangeLastSavedAt = static_cast<std::int8_t>(std::clamp(a->ChangeHistory(), -127, 127));
-    }
     FModifiedAndSaved = true;
-    FUndoList->MarkSaved();
-    FSavedText.Reset(*FLines);
-    UpdateModified();
+    FDoc->Saved();
     if (FOnInvalidate && FLetRefresh)
-        FOnInvalidate(0, -1);
+        FOnInvalidate(0, -1); // the change marks turn to saved ones
 }
 
 bool TZvCustomMemo::Modified() const {
-    // After a change too wide to follow row by row, the undo position answers: back at the
-    // save point the text is the saved one; elsewhere it may differ.
-    return FSavedText.Overflowed() ? FUndoList->IsModified() : FSavedText.Differs();
+    return FDoc->Modified();
 }
 
 void TZvCustomMemo::SetModified(bool value) {
-    if (value) {
-        FUndoList->FSavePosIndex = TZvUndoList::kUnreachable;
-        FSavedText.Force();
-    } else {
-        FUndoList->MarkSaved();
-        FSavedText.Reset(*FLines);
-    }
-    UpdateModified();
+    FDoc->SetModified(value);
 }
 
-void TZvCustomMemo::UpdateModified() {
-    // Between the steps of an undo or redo the list's position is not yet the text's.
-    if (FSavedText.Overflowed() && !FUndoList->FIsPerforming && !FUndoList->IsModified())
-        FSavedText.Reset(*FLines); // exact again from here on
-    FModified = Modified();
-    if (FModified != FLastModified) {
-        FLastModified = FModified;
-        if (FOnModifiedChange)
-            FOnModifiedChange(FModified);
-    }
+void TZvCustomMemo::ModifiedChanged(bool modified) {
+    if (FOnModifiedChange)
+        FOnModifiedChange(modified);
 }
 
 void TZvCustomMemo::UndoChanged() {
     if (FOnUndoChange)
         FOnUndoChange(CanUndo(), CanRedo());
-    UpdateModified();
 }
 
 // ---- TZvMemo ----------------------------------------------------------------------------

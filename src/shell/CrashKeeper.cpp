@@ -91,7 +91,7 @@ void TCrashKeeper::WriteNow() {
     std::unordered_map<const TDocument*, TKept> kept;
     int n = 0;
     for (const auto& doc : FHelper.Documents()) {
-        if (!doc->FModified || doc->FDeferred)
+        if (!doc->Modified() || doc->FDeferred)
             continue;
         const auto found = FKept.find(doc.get());
         TKept entry = found != FKept.end() ? found->second : TKept{};
@@ -100,7 +100,7 @@ void TCrashKeeper::WriteNow() {
             continue;
         }
         const std::string section = Section(++n);
-        const TZvMemoStrings& lines = *doc->Lines;
+        const TZvMemoStrings& lines = doc->Lines();
         list.WriteString(section, "Name", entry.Name);
         list.WriteString(section, "Path", doc->FFilePath);
         list.WriteBool(section, "Modified", true);
@@ -124,7 +124,7 @@ void TCrashKeeper::WriteNow() {
 }
 
 bool TCrashKeeper::KeepText(const TDocument& doc, TKept& kept) {
-    const TZvMemoStrings& lines = *doc.Lines;
+    const TZvMemoStrings& lines = doc.Lines();
     if (!kept.Name.empty() && kept.StoreId == lines.StoreId() && kept.Revision == lines.Revision())
         return true; // its file holds this text already
     if (kept.Name.empty()) {

@@ -1,7 +1,8 @@
-// One open document: its file, how it was opened, and its rows.
+// One open document: its file, how it was opened, and its text (shared by its views).
 #pragma once
 
 #include "ZvMemoControl/ZvMemoStrings.h"
+#include "ZvMemoControl/ZvTextDocument.h"
 
 #include <cstdint>
 #include <memory>
@@ -33,12 +34,17 @@ enum TOpenAs { oaNone, oaASCII, oaAnsi, oaUTF8, oaUnicode, oaUnicodeBE, oaBinary
 
 class TDocument {
 public:
-    TDocument() : Lines(std::make_unique<TZvMemoStrings>()) {}
+    TDocument() : Text(std::make_shared<TZvTextDocument>()) {}
+
+    TZvMemoStrings& Lines() { return Text->Lines(); }
+    const TZvMemoStrings& Lines() const { return Text->Lines(); }
+    // The text differs from what was last read or written (or was marked so).
+    bool Modified() const { return Text->Modified(); }
+    void SetModified(bool value) { Text->SetModified(value); }
 
     std::string FFilePath; // absolute path, or the bare name of a new document
     bool FReadOnly = false;
     bool FIsNew = false;     // created for a name that was not on disk
-    bool FModified = false;  // the text differs from what is on disk
     bool FMonitored = false; // opened to be followed as a log
     bool FBlank = false;     // the blank start document, not yet typed into
     // Opened in a batch: the tab exists, the file is read when the tab first shows, in
@@ -59,8 +65,8 @@ public:
     std::string FHighlighter;  // syntax type in force; empty: chosen by the extension
     bool FAddToMRU = false;    // goes to the recent files (not when reopened by the program)
     TOpenAs FOpenAs = oaNone;
-    // Invariant: never null; the store is replaced only while no view paints it.
-    std::unique_ptr<TZvMemoStrings> Lines;
+    // Invariant: never null. Rows, undo, saved state and scanner; its views listen to it.
+    std::shared_ptr<TZvTextDocument> Text;
 };
 
 } // namespace zv

@@ -64,13 +64,13 @@ bool TMainFormHelper::NeedsNewName(const TDocument& doc) const {
 
 bool TMainFormHelper::WriteDocument(TDocument& doc, bool automatic) {
     // Never the empty rows of a file not read yet (unless the user typed into them).
-    if (doc.FDeferred && !doc.FModified && !LoadDeferred(doc))
+    if (doc.FDeferred && !doc.Modified() && !LoadDeferred(doc))
         return false;
     // An automatic save asks nothing: a text its encoding cannot hold, or a file changed on
     // disk, waits for the user.
     if (!ConfirmOverwrite(doc, automatic))
         return false;
-    if (automatic ? !doc.Lines->FitsCodePage() : !ConfirmEncoding(doc))
+    if (automatic ? !doc.Lines().FitsCodePage() : !ConfirmEncoding(doc))
         return false;
     TZvSaveOptions options;
     ApplyBackupOptions(FCustomize, options);
@@ -81,12 +81,12 @@ bool TMainFormHelper::WriteDocument(TDocument& doc, bool automatic) {
         options.KeepAsIs = true;
     }
     std::string error;
-    if (SaveDocument(*doc.Lines, doc.FFilePath, options, error) != TZvSaveResult::Written) {
+    if (SaveDocument(doc.Lines(), doc.FFilePath, options, error) != TZvSaveResult::Written) {
         FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
                             doc.FFilePath + "\"\n" + error);
         return false;
     }
-    doc.FModified = false;
+    doc.Text->Saved();
     doc.FIsNew = false;
     doc.FBlank = false;
     TakeFileState(doc);
@@ -121,7 +121,7 @@ bool TMainFormHelper::SaveFileAs(TDocument* doc) {
                             LangText("Messages", "304", "That file is open in another tab."));
         return false;
     }
-    TZvMemoStrings& lines = *doc->Lines;
+    TZvMemoStrings& lines = doc->Lines();
     const std::uint32_t oldCodePage = lines.CodePage();
     const bool oldBom = lines.UseBOM();
     if (choice.CodePage != 0 && !ConfirmLegacyCodePage(*doc, choice.CodePage))
@@ -154,7 +154,7 @@ bool TMainFormHelper::SaveFileAs(TDocument* doc) {
 }
 
 bool TMainFormHelper::ConfirmLegacyCodePage(const TDocument& doc, std::uint32_t codePage) {
-    if (!IsUnicodeCodePage(doc.Lines->CodePage()) || IsUnicodeCodePage(codePage))
+    if (!IsUnicodeCodePage(doc.Lines().CodePage()) || IsUnicodeCodePage(codePage))
         return true;
     const std::string text =
         LangText("Messages", "038",
@@ -167,7 +167,7 @@ bool TMainFormHelper::SaveFileCopy(TDocument& doc, const std::string& fileName) 
     TZvSaveOptions options; // a copy: no backup of the target, no trims of the document
     options.KeepAsIs = true;
     std::string error;
-    if (SaveDocument(*doc.Lines, AbsolutePath(fileName), options, error) == TZvSaveResult::Written)
+    if (SaveDocument(doc.Lines(), AbsolutePath(fileName), options, error) == TZvSaveResult::Written)
         return true;
     FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
                         fileName + "\"\n" + error);
@@ -189,7 +189,7 @@ void TMainFormHelper::AutoSave() {
         return;
     for (const auto& doc : FDocuments) {
         const bool wanted = FCustomize.AutoSaveOnlyActive ? doc.get() == ActiveDocument() : true;
-        if (wanted && doc->FModified && !NeedsNewName(*doc))
+        if (wanted && doc->Modified() && !NeedsNewName(*doc))
             WriteDocument(*doc, true);
     }
 }
@@ -197,13 +197,13 @@ void TMainFormHelper::AutoSave() {
 bool TMainFormHelper::SaveAllFiles() {
     bool all = true;
     for (const auto& doc : FDocuments)
-        if (doc->FModified)
+        if (doc->Modified())
             all = SaveFile(doc.get()) && all;
     return all;
 }
 
 bool TMainFormHelper::CheckFileStatus(TDocument& doc) {
-    if (!doc.FModified)
+    if (!doc.Modified())
         return true;
     const std::string text =
         LangText("Messages", "002", "The current file has changed. Save changes?") + "\n\"" +

@@ -13,8 +13,8 @@ TFileInfo FileInfoOf(const TDocument& doc) {
     info.DateTime = static_cast<std::int64_t>(std::time(nullptr));
     info.Cursor = TCursorInfo{doc.FCaretX,    doc.FCaretY,  doc.FTopLine, doc.FSelStartX,
                               doc.FSelStartY, doc.FSelEndX, doc.FSelEndY};
-    info.Enc = doc.Lines->CodePage();
-    info.BOM = doc.Lines->UseBOM();
+    info.Enc = doc.Lines().CodePage();
+    info.BOM = doc.Lines().UseBOM();
     if (!doc.FHighlighter.empty())
         info.Highlighter = doc.FHighlighter;
     // Read-only by the user's choice: a file's own permissions are read again each time.

@@ -101,7 +101,7 @@ void TFileMonitor::CheckDocument(TDocument& doc, TSweepAnswers& answers) {
     if (now == doc.FStamp)
         return;
     Trace("CheckMemoTimeStamp() - changed: " + doc.FFilePath);
-    if (doc.FMonitored && !doc.FModified)
+    if (doc.FMonitored && !doc.Modified())
         Follow(doc);
     else if (doc.FStamp.Exists && !now.Exists)
         FileDeleted(doc, answers.Deleted);
@@ -123,14 +123,14 @@ int TFileMonitor::Ask(const std::string& text, unsigned flags, int& standing) {
 }
 
 void TFileMonitor::FileChanged(TDocument& doc, int& standing) {
-    const bool silent = !doc.FModified && (FHelper.MemoMiscOptions().AutoReloadUnmodified ||
-                                           FAutoReloadLoadDocuments);
+    const bool silent = !doc.Modified() && (FHelper.MemoMiscOptions().AutoReloadUnmodified ||
+                                            FAutoReloadLoadDocuments);
     int answer = silent ? prYes : standing;
     if (!silent && !IsToAll(answer)) {
         std::string text = LangText("Messages", "065",
                                     "The file was changed on disk by another program. Read it "
                                     "again from the disk?");
-        if (doc.FModified)
+        if (doc.Modified())
             text +=
                 "\n" + LangText("Messages", "067", "The changes made to it here would be lost.");
         answer =
@@ -179,7 +179,7 @@ void TFileMonitor::FollowTail() {
         return;
     std::vector<TDocument*> followed;
     for (const auto& doc : FHelper.Documents())
-        if (doc->FMonitored && !doc->FModified && !doc->FDeferred && Watchable(*doc))
+        if (doc->FMonitored && !doc->Modified() && !doc->FDeferred && Watchable(*doc))
             followed.push_back(doc.get());
     for (TDocument* doc : followed)
         if (FHelper.DocumentIndex(*doc) >= 0 && StampOf(doc->FFilePath) != doc->FStamp)

@@ -83,8 +83,7 @@ void TMainFormHelper::Activate(int index) {
 bool TMainFormHelper::LoadDeferred(TDocument& doc) {
     if (!doc.FDeferred)
         return true;
-    std::unique_ptr<TZvMemoStrings> previous; // the empty rows the view shows meanwhile
-    if (!ReadInto(doc, doc.FDeferredCodePage, &previous))
+    if (!ReadInto(doc, doc.FDeferredCodePage))
         return false; // still unread: nothing may save its empty rows over the file
     doc.FDeferred = false;
     if (FListener)
@@ -93,9 +92,7 @@ bool TMainFormHelper::LoadDeferred(TDocument& doc) {
 }
 
 bool TMainFormHelper::ReloadDocument(TDocument& doc, int32_t codePage) {
-    // The old rows outlive the reload until every view has taken the new ones.
-    std::unique_ptr<TZvMemoStrings> previous;
-    if (!ReadInto(doc, codePage, &previous))
+    if (!ReadInto(doc, codePage))
         return false;
     if (FListener)
         FListener->DocumentReloaded(doc);
@@ -103,7 +100,7 @@ bool TMainFormHelper::ReloadDocument(TDocument& doc, int32_t codePage) {
 }
 
 bool TMainFormHelper::AppendDocumentTail(TDocument& doc) {
-    TZvMemoStrings& lines = *doc.Lines;
+    TZvMemoStrings& lines = doc.Lines();
     const TFileStamp now = StampOf(doc.FFilePath);
     if (!now.Exists || !doc.FStamp.Exists || now.Inode != doc.FStamp.Inode ||
         now.Size < lines.CurrentStreamPos())
@@ -115,7 +112,7 @@ bool TMainFormHelper::AppendDocumentTail(TDocument& doc) {
 }
 
 void TMainFormHelper::MarkDiffersFromFile(TDocument& doc) {
-    doc.FModified = true;
+    doc.SetModified(true);
     if (FListener)
         FListener->DocumentDiffersFromFile(doc);
 }
@@ -151,8 +148,7 @@ TDocument& TMainFormHelper::AddDocument(std::unique_ptr<TDocument> doc) {
     return added;
 }
 
-bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage,
-                               std::unique_ptr<TZvMemoStrings>* previous) {
+bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage) {
     auto lines = std::make_unique<TZvMemoStrings>();
     // The settings decide what detection falls back to: a pure ASCII file opens in the
     // default encoding, so that what is typed into it later can be saved.
@@ -170,12 +166,9 @@ bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage,
                             doc.FFilePath + "\"\n" + error);
         return false;
     }
-    // The rows a view may still show live on in `lines` until the caller lets them go.
-    std::swap(doc.Lines, lines);
+    // Every view of the document takes the new rows before the old ones go.
+    doc.Text->ReplaceLines(std::move(lines));
     TakeFileState(doc);
-    if (previous)
-        *previous = std::move(lines);
-    doc.FModified = false;
     return true;
 }
 
@@ -206,7 +199,7 @@ bool TMainFormHelper::LoadFile(const TLoadFileArgs& args) {
         auto doc = std::make_unique<TDocument>();
         doc->FFilePath = path;
         doc->FIsNew = true;
-        ApplyNewDocumentOptions(*doc->Lines, FMemoMisc);
+        ApplyNewDocumentOptions(doc->Lines(), FMemoMisc);
         AddDocument(std::move(doc));
         ActionTraceListAdd("LoadFile", "new " + path);
         return true;
@@ -241,7 +234,7 @@ TDocument& TMainFormHelper::NewDocument(bool blank) {
     doc->FFilePath = LangText("Misc", "248", "New") + ".txt";
     doc->FIsNew = true;
     doc->FBlank = blank;
-    ApplyNewDocumentOptions(*doc->Lines, FMemoMisc);
+    ApplyNewDocumentOptions(doc->Lines(), FMemoMisc);
     return AddDocument(std::move(doc));
 }
 
@@ -251,8 +244,8 @@ TDocument& TMainFormHelper::RestoreDocument(const std::string& path, bool isNew,
     auto doc = std::make_unique<TDocument>();
     doc->FFilePath = path;
     doc->FIsNew = isNew;
-    doc->Lines = std::move(lines);
-    doc->FModified = true; // the text differs from the file until the user saves it
+    doc->Text->ReplaceLines(std::move(lines));
+    doc->SetModified(true); // the text differs from the file until the user saves it
     TakeFileState(*doc);
     doc->FCaretX = caretX;
     doc->FCaretY = caretY;
@@ -264,8 +257,8 @@ void TMainFormHelper::DropUntouchedBlank() {
         return;
     for (size_t i = 0; i < FDocuments.size(); ++i) {
         const TDocument& doc = *FDocuments[i];
-        if (doc.FBlank && !doc.FModified && doc.Lines->Count() <= 1 &&
-            doc.Lines->GetLineLength(0) == 0) {
+        if (doc.FBlank && !doc.Modified() && doc.Lines().Count() <= 1 &&
+            doc.Lines().GetLineLength(0) == 0) {
             CloseDocument(static_cast<int>(i));
             Activate(static_cast<int>(FDocuments.size()) - 1);
             return;
@@ -274,7 +267,7 @@ void TMainFormHelper::DropUntouchedBlank() {
 }
 
 bool TMainFormHelper::ConfirmEncoding(TDocument& doc) {
-    TZvMemoStrings& lines = *doc.Lines;
+    TZvMemoStrings& lines = doc.Lines();
     if (lines.FitsCodePage())
         return true;
     const std::string text =

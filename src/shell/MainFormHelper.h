@@ -149,10 +149,9 @@ public:
     bool FInBatch = false;
 
 private:
-    // Reads the document's file into new rows; the replaced rows go to `previous` when
-    // given (a view may still show them), else they are freed.
-    bool ReadInto(TDocument& doc, int32_t codePage,
-                  std::unique_ptr<TZvMemoStrings>* previous = nullptr);
+    // Reads the document's file into new rows, which every view of it then shows; the
+    // text is unmodified.
+    bool ReadInto(TDocument& doc, int32_t codePage);
     // Before a save: when the document's code page cannot hold all its characters, asks
     // whether to save as UTF-8 instead, save anyway ("?" for those characters) or cancel.
     // False: cancelled.

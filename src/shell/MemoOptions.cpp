@@ -8,16 +8,16 @@
 namespace zv {
 
 void ApplyMemoMiscOptions(TZvCustomMemo& memo, const TMemoMiscOptions& o) {
-    memo.FDefaultEncoding = o.DefaultEncoding;
-    memo.FDetectUTF8 = o.DetectUTF8;
-    memo.FDetectAll = o.DetectAll;
+    memo.DocState().FDefaultEncoding = o.DefaultEncoding;
+    memo.DocState().FDetectUTF8 = o.DetectUTF8;
+    memo.DocState().FDetectAll = o.DetectAll;
 
     memo.FAutoIndent = o.AutoIndent;
     memo.FAutoCloseBraces = o.AutoCloseBraces;
     memo.FAutoCloseBracesText = o.AutoCloseBracesText;
     memo.FTabAsSpaces = o.TabAsSpaces;
-    memo.FPreserveTab = o.PreserveTab;
-    memo.FTabSize = std::max(o.TabSize, int32_t{1});
+    memo.DocState().FPreserveTab = o.PreserveTab;
+    memo.DocState().FTabSize = std::max(o.TabSize, int32_t{1});
     memo.FSmartTab = o.SmartTab;
     memo.FSmartBackspace = o.SmartBackspace;
     memo.FSmartPaste = o.SmartPaste;

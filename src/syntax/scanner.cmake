@@ -11,4 +11,5 @@ zv_engine_library(zv_scanner
     ${CMAKE_CURRENT_LIST_DIR}/BraceMatch.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ColorAt.cpp
     ${CMAKE_CURRENT_LIST_DIR}/HtmlExport.cpp
-  DEPS zv_styles zv_syntax zv_memo_store)
+    ${CMAKE_CURRENT_LIST_DIR}/DocumentScan.cpp
+  DEPS zv_styles zv_syntax zv_memo_store zv_memo_edit)

@@ -58,8 +58,8 @@ TEditorWidget::TEditorWidget(QWidget* parent)
     viewport()->setAcceptDrops(true); // drops arrive at the viewport
     FMemo.FMargin = 0;                // the widget places column 0 itself
     FMemo.FOnInvalidate = [this](int first, int last) {
-        // The scanner first: a one-row edit rescans its row and says how far colours moved.
-        const TRedrawRange range = FMemo.Invalidated(first, last);
+        // The document's scanner has rescanned a one-row edit and said how far colours moved.
+        const TRowRange range{first, last};
         FMarksDirty = true;
         if (last < 0)
             UpdateScrollBars();
@@ -72,11 +72,8 @@ TEditorWidget::TEditorWidget(QWidget* parent)
             viewport()->update();
         }
     };
-    // The end of the change sequence: the thread may read rows again.
-    FMemo.FOnChange = [this] {
-        FMemo.ResumeScan();
-        emit TextChanged();
-    };
+    FMemo.FOnChange = [this] { emit TextChanged(); };
+    FMemo.FOnDocumentReset = [this] { DocumentReset(); };
     FMemo.FOnModifiedChange = [this](bool modified) { emit ModifiedChanged(modified); };
     FMemo.FOnCursorChange = [this] {
         FMarksDirty = true;
@@ -89,28 +86,37 @@ TEditorWidget::TEditorWidget(QWidget* parent)
 }
 
 TEditorWidget::~TEditorWidget() {
-    DetachScan(); // the thread ends before anything it reports to goes
+    DetachScan(); // the thread reports to this view no more
     FBlinkTimer.reset();
-    FMemo.SetLines(nullptr);
 }
 
 void TEditorWidget::SetLines(TZvMemoStrings* lines) {
-    SetDocument(lines, FStyleHost);
+    SetTextDocument(lines ? TZvTextDocument::Borrowing(*lines) : nullptr);
 }
 
 void TEditorWidget::SetSyntax(std::shared_ptr<const TMemoStyleHost> host) {
-    DetachScan();
-    FStyleHost = std::move(host);
-    AttachScan();
-    viewport()->update();
+    // Every view of the document hears of it and joins the new scan.
+    FMemo.Document().SetStyleHost(host && host->FStyles ? std::move(host) : nullptr);
 }
 
 void TEditorWidget::SetDocument(TZvMemoStrings* lines, std::shared_ptr<const TMemoStyleHost> host) {
+    auto document =
+        lines ? TZvTextDocument::Borrowing(*lines) : std::make_shared<TZvTextDocument>();
+    document->SetStyleHost(host && host->FStyles ? std::move(host) : nullptr);
+    SetTextDocument(std::move(document));
+}
+
+void TEditorWidget::SetTextDocument(std::shared_ptr<TZvTextDocument> document) {
     DetachScan();
-    FLines = lines;
-    FMemo.SetLines(lines);
-    FMemo.FTabSize = std::max(FMemo.FTabSize, 1);
-    FStyleHost = std::move(host);
+    FMemo.SetDocument(std::move(document));
+    TZvMemoState& state = FMemo.DocState();
+    state.FTabSize = std::max(state.FTabSize, 1);
+    DocumentReset();
+}
+
+void TEditorWidget::DocumentReset() {
+    DetachScan();
+    FLines = &FMemo.Lines();
     AttachScan();
     FWidestSeen = 0;
     verticalScrollBar()->setValue(0);
@@ -120,8 +126,9 @@ void TEditorWidget::SetDocument(TZvMemoStrings* lines, std::shared_ptr<const TMe
 }
 
 void TEditorWidget::DetachScan() {
-    FMemo.SetScan(nullptr);
-    FScan.reset(); // stops and joins the thread
+    if (FScan)
+        FScan->RemoveObserver(this);
+    FScan.reset();
     FPainter.reset();
     FMarksDirty = true;
     FBraces = {};
@@ -131,23 +138,26 @@ void TEditorWidget::DetachScan() {
 void TEditorWidget::AttachScan() {
     FPainter.reset();
     FMemo.FHasSyntax = false;
-    if (!FLines || !FStyleHost || !FStyleHost->FStyles)
+    TZvTextDocument& document = FMemo.Document();
+    const std::shared_ptr<const TMemoStyleHost>& host = document.StyleHost();
+    if (!host || !host->FStyles)
         return;
-    TScanOptions options;
-    options.FWordWrap = FMemo.FWordWrap;
-    options.FHtmlMultiSyntax = FStyleHost->FHtmlMultiSyntax;
-    TBackgroundCallbacks callbacks;
-    callbacks.IsVisible = [this] { return FShown.load(); };
-    callbacks.IsBusy = [this] { return FKeyDown.load(); };
-    callbacks.OnRowsScanned = [this](int first, int) { RowsScannedFromThread(first); };
-    FScan =
-        std::make_unique<TEditorScan>(*FLines, FStyleHost, options, std::move(callbacks), FTiming);
-    const TZvCustomMemoStyles& set = *FStyleHost->FStyles;
+    FScan = std::dynamic_pointer_cast<TDocumentScan>(document.Reader());
+    const bool made = !FScan;
+    if (made) {
+        TScanOptions options;
+        options.FWordWrap = FMemo.DocState().FWordWrap;
+        options.FHtmlMultiSyntax = host->FHtmlMultiSyntax;
+        FScan = std::make_shared<TDocumentScan>(document.Lines(), host, options, FTiming);
+        document.SetReader(FScan);
+    }
+    FScan->AddObserver(this);
+    const TZvCustomMemoStyles& set = *host->FStyles;
     FMemo.FHasSyntax = true;
     FMemo.FAutoCloseBraceStart = set.FAutoCloseBraceStart;
     FMemo.FAutoCloseBraceEnd = set.FAutoCloseBraceEnd;
-    FMemo.SetScan(FScan.get());
-    FScan->Start();
+    if (made)
+        FScan->Start();
 }
 
 void TEditorWidget::RowsScannedFromThread(int first) {
@@ -172,7 +182,7 @@ void TEditorWidget::RowsScanned() {
 TRunPainter& TEditorWidget::Painter() {
     if (!FPainter) {
         TRunPaintOptions options;
-        options.TabSize = std::max(FMemo.FTabSize, 1);
+        options.TabSize = std::max(FMemo.DocState().FTabSize, 1);
         options.Background = QColor(); // the viewport's background shows
         FPainter = std::make_unique<TRunPainter>(font(), options);
     }
@@ -217,7 +227,6 @@ void TEditorWidget::PasteText(const QString& text) {
     const std::u16string s(reinterpret_cast<const char16_t*>(text.utf16()),
                            static_cast<std::size_t>(text.size()));
     FMemo.SmartPasteText(s, false);
-    FMemo.ResumeScan();
     EnsureCaretVisible();
     RestartBlink();
     viewport()->update();
@@ -470,24 +479,17 @@ void TEditorWidget::hideEvent(QHideEvent* event) {
 
 bool TEditorWidget::Save() {
     // Saving reads every row and may rewrite row attributes: the thread keeps off meanwhile.
-    if (FScan)
-        FScan->Pause();
-    struct TResume {
-        TEditorScan* Scan;
-        ~TResume() {
-            if (Scan)
-                Scan->Resume();
-        }
-    } resume{FScan.get()};
     bool ok = false;
-    if (FOnSave) {
-        ok = FOnSave();
-    } else if (FLines && !FLines->FileName().empty()) {
-        ok = FLines->SaveToFile(FLines->FileName());
-        if (!ok)
-            FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
-                                FLines->FileName() + "\"\n" + FLines->LastError());
-    }
+    FMemo.Document().WithReaderPaused([&] {
+        if (FOnSave) {
+            ok = FOnSave();
+        } else if (FLines && !FLines->FileName().empty()) {
+            ok = FLines->SaveToFile(FLines->FileName());
+            if (!ok)
+                FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") +
+                                    "\n\"" + FLines->FileName() + "\"\n" + FLines->LastError());
+        }
+    });
     if (ok)
         MarkSaved();
     return ok;

@@ -1,12 +1,13 @@
-// The editor widget: paints one document's rows with a line-number gutter, the selection and
-// a blinking caret, and drives the editing control (TZvMemo) with keys, mouse, drag and drop,
-// input methods and the clipboard.
+// The editor widget: one view of a document. Paints its rows with a line-number gutter, the
+// selection and a blinking caret, and drives the editing control (TZvMemo) with keys, mouse,
+// drag and drop, input methods and the clipboard. Several widgets may show one document:
+// each has its own caret and scroll, and all share the text, undo and scanner.
 #pragma once
 
 #include "ZvMemoControl/ZvMemo.h"
 #include "syntax/BraceMatch.h"
+#include "syntax/DocumentScan.h"
 #include "syntax/ZvSyntax.h"
-#include "ui/EditorScan.h"
 #include "ui/QtClipboard.h"
 #include "ui/QtPrompt.h"
 #include "ui/QtTextMeasure.h"
@@ -25,20 +26,23 @@ namespace zv {
 class TZvMemoStrings;
 class TRunPainter;
 
-class TEditorWidget : public QAbstractScrollArea {
+class TEditorWidget : public QAbstractScrollArea, private IScanObserver {
     Q_OBJECT
 public:
     explicit TEditorWidget(QWidget* parent = nullptr);
     ~TEditorWidget() override;
 
-    // The rows to show and edit; the store must outlive the widget or be replaced before it
-    // dies. A new store starts with an empty undo list, unmodified. The syntax in force (if
-    // any) is attached to the new rows.
+    // The document to show and edit, shared with its other views (null: a new empty one).
+    // Its syntax and scanner are the document's; the caret starts at the top.
+    void SetTextDocument(std::shared_ptr<TZvTextDocument> document);
+    const std::shared_ptr<TZvTextDocument>& TextDocument() const { return FMemo.SharedDocument(); }
+    // A document of its own over `lines`, which must outlive the widget or be replaced
+    // before it dies; it starts with an empty undo list, unmodified, with the syntax in force.
     void SetLines(TZvMemoStrings* lines);
     const TZvMemoStrings* Lines() const { return FLines; }
-    // The style sets to colour with (null or a host without a style set: plain text). A
-    // scan context, line scanner and background thread are attached to the rows; the thread
-    // starts at once. The host is kept alive by the widget while it is in use.
+    // The document's style sets to colour with (null or a host without a style set: plain
+    // text), for every view of it. A scan context, line scanner and background thread are
+    // attached to the rows; the thread starts at once.
     void SetSyntax(std::shared_ptr<const TMemoStyleHost> host);
     // The syntax the extension of `fileName` selects (or the type `forcedType` names, when
     // given), loaded from the data folder `root` and coloured by `colors` (read only during
@@ -47,12 +51,12 @@ public:
                                     const std::filesystem::path& root,
                                     const IStyleColorSource& colors,
                                     std::u16string_view forcedType = {});
-    // Both at once, with one scanner rebuild.
+    // Both at once (a document of its own over `lines`), with one scanner build.
     void SetDocument(TZvMemoStrings* lines, std::shared_ptr<const TMemoStyleHost> host);
     // Timing of background threads made from now on (tests and benchmarks shorten it).
     void SetBackgroundTiming(TBackgroundTiming timing) { FTiming = timing; }
-    // The attached scan, or null without a syntax.
-    TEditorScan* Scan() const { return FScan.get(); }
+    // The document's scan, or null without a syntax.
+    TDocumentScan* Scan() const { return FScan.get(); }
     // The brace pair marked at the caret (Left.x -1: none), and the tag pair (tag mode).
     TBracePair BracePair();
     TTagPosData TagPair();
@@ -69,7 +73,7 @@ public:
     int TopRow() const;
     int CaretRow() const;
     int VisibleRowCount() const;
-    int TabWidth() const { return FMemo.FTabSize; }
+    int TabWidth() const { return FMemo.DocState().FTabSize; }
 
     TZvMemo& Memo() { return FMemo; }
     const TZvMemo& Memo() const { return FMemo; }
@@ -158,8 +162,14 @@ private:
     // Red boxes over the bytes of `text` (a row painted at `y`) that the encoding could not read.
     void MarkInvalidBytes(QPainter& painter, const TRunPainter& runPainter,
                           std::u16string_view text, int y) const;
-    void AttachScan(); // builds the scan for FLines and FStyleHost
+    // Joins the document's scan (making it when the document has a style set and none yet).
+    void AttachScan();
     void DetachScan();
+    void DocumentReset(); // the document's store or scan was replaced
+    // IScanObserver, called on the background thread.
+    bool ScanVisible() const override { return FShown.load(); }
+    bool ScanBusy() const override { return FKeyDown.load(); }
+    void RowsScanned(int first) override { RowsScannedFromThread(first); }
     void RowsScannedFromThread(int first); // background thread: post a repaint
     void RowsScanned();                    // main thread: repaint what the sweep reached
     void UpdateMarks();                    // brace and tag pair at the caret
@@ -176,9 +186,8 @@ private:
     TQtClipboard FClipboard;
     TQtTimerFactory FTimers;
     TQtPrompt FPrompt;
-    TEditorMemo FMemo;
-    std::shared_ptr<const TMemoStyleHost> FStyleHost;
-    std::unique_ptr<TEditorScan> FScan;
+    TZvMemo FMemo;
+    std::shared_ptr<TDocumentScan> FScan; // the document's, while this view observes it
     TBackgroundTiming FTiming;
     std::unique_ptr<TRunPainter> FPainter; // rebuilt when the font or the syntax changes
     bool FMarksDirty = true;

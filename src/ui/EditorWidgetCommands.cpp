@@ -134,9 +134,9 @@ bool TEditorWidget::GoToMatchingBrace() {
 // ---- Indentation style ------------------------------------------------------------------
 
 void TEditorWidget::FollowDocumentIndent() {
-    const bool syntaxTabs = FStyleHost && FStyleHost->FStyles && FStyleHost->FStyles->FUseTabs;
-    FMemo.FIndentAfter =
-        FStyleHost && FStyleHost->FStyles ? FStyleHost->FStyles->FIndentAfter : std::u16string();
+    const std::shared_ptr<const TMemoStyleHost>& host = FMemo.Document().StyleHost();
+    const bool syntaxTabs = host && host->FStyles && host->FStyles->FUseTabs;
+    FMemo.FIndentAfter = host && host->FStyles ? host->FStyles->FIndentAfter : std::u16string();
     if (syntaxTabs) {
         FMemo.FTabAsSpaces = false;
         return;

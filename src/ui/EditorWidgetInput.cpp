@@ -37,7 +37,6 @@ std::u16string ToU16(const QString& s) {
 } // namespace
 
 void TEditorWidget::AfterCommand() {
-    FMemo.ResumeScan(); // a change that did not reach its end must not keep the thread off
     if (!FSelecting)
         OfferPrimarySelection();
     EnsureCaretVisible();

@@ -32,7 +32,7 @@ QString TabCaption(const TDocument& doc) {
     caption.replace(QLatin1Char('&'), QStringLiteral("&&"));
     if (doc.FDeferred)
         caption.prepend(QStringLiteral("**")); // read when the tab first shows
-    return doc.FModified ? caption + QLatin1Char('*') : caption;
+    return doc.Modified() ? caption + QLatin1Char('*') : caption;
 }
 
 } // namespace
@@ -174,15 +174,14 @@ int TMainWindow::IndexOf(const TDocument& doc) const {
 
 void TMainWindow::DocumentAdded(TDocument& doc) {
     auto* editor = new TEditorWidget(FTabs);
-    editor->SetLines(doc.Lines.get());
+    editor->SetTextDocument(doc.Text);
     ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
     const std::u16string forced = Utf8ToUtf16(doc.FHighlighter);
     doc.FHighlighter =
         Utf16ToUtf8(editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder(), Colors(), forced));
     editor->FollowDocumentIndent();
     editor->Memo().FReadOnly = doc.FReadOnly;
-    if (doc.FModified) { // text brought back from the crash session
-        editor->Memo().SetModified(true);
+    if (doc.Modified()) { // text brought back from the crash session
         editor->Memo().SetTextCursor(doc.FCaretX, doc.FCaretY);
     } else if (doc.FRestoreView && !doc.FDeferred) { // remembered from a former opening
         ShowViewState(*editor, doc);
@@ -222,8 +221,7 @@ void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {
     };
 }
 
-void TMainWindow::ModifiedChanged(TDocument& doc, bool modified) {
-    doc.FModified = modified;
+void TMainWindow::ModifiedChanged(TDocument& doc, bool) {
     UpdateCaption(doc);
     UpdateTitle();
     UpdateStatus();
@@ -240,7 +238,7 @@ void TMainWindow::DocumentRemoved(TDocument& doc) {
     // The helper has already dropped the document: its tab is the one whose editor
     // still shows doc's rows.
     for (int i = 0; i < FTabs->count(); ++i) {
-        if (EditorAt(i)->Lines() == doc.Lines.get()) {
+        if (EditorAt(i)->Lines() == &doc.Lines()) {
             if (!doc.FDeferred)
                 NoteViewState(*EditorAt(i), doc); // remembered for the next opening
             QWidget* page = FTabs->widget(i);
@@ -270,8 +268,7 @@ void TMainWindow::DocumentActivated(TDocument& doc) {
 }
 
 void TMainWindow::DocumentReloaded(TDocument& doc) {
-    if (auto* editor = EditorAt(IndexOf(doc))) {
-        editor->SetLines(doc.Lines.get());
+    if (auto* editor = EditorAt(IndexOf(doc))) { // it shows the new rows already
         ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
         editor->FollowDocumentIndent();
         if (doc.FRestoreView && !doc.FMonitored) { // a deferred tab's remembered view
@@ -325,7 +322,7 @@ void TMainWindow::UpdateTitle() {
         return;
     }
     const QString title = QStringLiteral("Zevrit - ") + QString::fromStdString(doc->FFilePath);
-    setWindowTitle(doc->FModified ? title + QLatin1Char('*') : title);
+    setWindowTitle(doc->Modified() ? title + QLatin1Char('*') : title);
 }
 
 void TMainWindow::OpenFileClick() {

@@ -23,7 +23,7 @@ TSaveAsDialog::TSaveAsDialog(QWidget* parent, const TDocument& doc, const QStrin
       FLineEnds(new QComboBox(this)) {
     setAcceptMode(QFileDialog::AcceptSave);
     setOption(QFileDialog::DontUseNativeDialog); // a native dialog takes no rows of ours
-    const TZvMemoStrings& lines = *doc.Lines;
+    const TZvMemoStrings& lines = doc.Lines();
     for (const TCodePageInfo& page : KnownCodePages())
         if (IsCodePageSupported(page.CodePage))
             FEncoding->addItem(QStringLiteral("%1 (%2)").arg(page.Name).arg(page.CodePage),

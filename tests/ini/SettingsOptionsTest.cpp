@@ -65,8 +65,8 @@ std::vector<int> OptionFields(TZvCustomMemo& m) {
             m.FAutoCloseBraces,
             m.FAutoCloseBracesText,
             m.FTabAsSpaces,
-            m.FPreserveTab,
-            m.FTabSize,
+            m.DocState().FPreserveTab,
+            m.DocState().FTabSize,
             m.FSmartTab,
             m.FSmartBackspace,
             m.FSmartPaste,
@@ -81,8 +81,8 @@ std::vector<int> OptionFields(TZvCustomMemo& m) {
             m.FEncloseSelectionWithQuotes,
             m.FNotepadCursor,
             m.UndoList().FLimit,
-            m.FDetectUTF8,
-            m.FDetectAll};
+            m.DocState().FDetectUTF8,
+            m.DocState().FDetectAll};
 }
 
 TEST(MemoOptions, MissingKeysLeaveAnEditorAsConstructed) {
@@ -116,7 +116,7 @@ TEST(MemoOptions, WrittenSettingsChangeWhatTheKeysDo) {
     services.Clipboard = &clipboard;
     fx.memo.SetServices(services);
     SetMemoMiscOptions(fx.memo, TMemIniFileW(file));
-    EXPECT_EQ(fx.memo.FDefaultEncoding, 1251);
+    EXPECT_EQ(fx.memo.DocState().FDefaultEncoding, 1251);
 
     fx.memo.SetTextCursor(2, 0);
     fx.memo.KeyPress(u'\t'); // spaces to the next stop of 8

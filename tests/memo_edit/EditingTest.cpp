@@ -283,34 +283,38 @@ TEST(Editing, WholeLinesAreDeletedInsertedAndDuplicatedAsOneStep) {
 }
 
 TEST(Editing, EveryChangePassesTheOneSequence) {
-    struct THooked : TZvMemo {
-        std::vector<std::string> calls;
-        void LineChanged(int row) override { calls.push_back("line" + std::to_string(row)); }
-        void ClearLineStylesFrom(int row) override {
-            calls.push_back("styles" + std::to_string(row));
+    // The reader is paused around the row writes and told the change before any view paints.
+    struct TReader : ITextReader {
+        std::vector<std::string>& calls;
+        explicit TReader(std::vector<std::string>& c) : calls(c) {}
+        void PauseReading() override { calls.push_back("pause"); }
+        void ResumeReading() override { calls.push_back("resume"); }
+        TRowRange RowsChanged(const TTextChange& c) override {
+            calls.push_back("changed" + std::to_string(c.From.Y) + "+" +
+                            std::to_string(c.RowsAdded));
+            return {c.From.Y, c.InOneRow() ? c.From.Y : -1};
         }
-        void RefreshWrap(int first, int last) override {
-            calls.push_back("wrap" + std::to_string(first) + "-" + std::to_string(last));
-        }
-    } m;
+    };
+    std::vector<std::string> calls;
     TZvMemoStrings lines;
     lines.SetTextStr(u"a\nb\nc");
+    TZvMemo m;
     m.SetLines(&lines);
+    m.Document().SetReader(std::make_shared<TReader>(calls));
     std::vector<std::pair<int, int>> painted;
     m.FOnInvalidate = [&](int a, int b) {
-        m.calls.push_back("paint");
+        calls.push_back("paint");
         painted.emplace_back(a, b);
     };
     m.SetTextCursor(1, 1);
     m.KeyPress(u'x');
     m.EnterPress();
     m.Undo();
-    EXPECT_EQ(m.calls, (std::vector<std::string>{"line1", "styles0", "wrap1-1", "paint", "line1",
-                                                 "styles0", "wrap1-2", "paint", "line1", "styles0",
-                                                 "wrap1-1", "paint"}));
+    EXPECT_EQ(calls, (std::vector<std::string>{"pause", "changed1+0", "resume", "paint", "pause",
+                                               "changed1+1", "resume", "paint", "pause",
+                                               "changed1+-1", "resume", "paint"}));
     EXPECT_EQ(painted[0], (std::pair<int, int>{1, 1}));  // one row
     EXPECT_EQ(painted[1], (std::pair<int, int>{1, -1})); // rows moved: to the end
-    m.SetLines(nullptr);
 }
 
 } // namespace

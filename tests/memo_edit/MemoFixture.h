@@ -15,7 +15,7 @@ struct TMemoFixture {
     explicit TMemoFixture(const std::string& utf8 = "") {
         memo.SetLines(&lines);
         lines.SetDefaultSysTextType(sttUnix);
-        memo.FDefaultEncoding = 65001;
+        memo.DocState().FDefaultEncoding = 65001;
         if (!utf8.empty())
             lines.LoadFromBytes(utf8);
         memo.SetLines(&lines);

@@ -117,9 +117,9 @@ TEST(MainFormSettings, KeysOfTheSettingsObjectReachLoadingAndSaving) {
     ASSERT_EQ(helper.Documents().size(), 2u);
     zv::TDocument& created = *helper.Documents()[0];
     ASSERT_TRUE(created.FIsNew);
-    EXPECT_EQ(created.Lines->CodePage(), 1200u);
-    EXPECT_TRUE(created.Lines->UseBOM());
-    EXPECT_EQ(created.Lines->SysTextType(), zv::sttUnix);
+    EXPECT_EQ(created.Lines().CodePage(), 1200u);
+    EXPECT_TRUE(created.Lines().UseBOM());
+    EXPECT_EQ(created.Lines().SysTextType(), zv::sttUnix);
     ASSERT_TRUE(helper.SaveFile(&created));
     EXPECT_EQ(zvtest::ReadAll(fresh), "\xFF\xFE") << "an empty UTF-16LE document is its mark";
 
@@ -166,15 +166,15 @@ TEST(MainFormSettings, AutoSaveTicksSaveModifiedDocumentsAndBackupsArePruned) {
     };
     for (int round = 1; round <= 4; ++round) {
         zv::TDocument& doc = *helper.Documents()[0]; // not the active one
-        doc.Lines->SetLineString(0, u"a" + std::u16string(1, char16_t(u'0' + round)));
-        doc.FModified = true;
+        doc.Lines().SetLineString(0, u"a" + std::u16string(1, char16_t(u'0' + round)));
+        doc.SetModified(true);
         form.BeginBatch();
         EXPECT_EQ(form.AutoSaveTimerTick(), zv::TMainForm::kAutoSaveRetryMs);
         form.EndBatch();
         EXPECT_EQ(zvtest::ReadAll(a), "a" + std::to_string(round - 1) + "\n") << "not in a batch";
         EXPECT_EQ(form.AutoSaveTimerTick(), 3 * 60000);
         EXPECT_EQ(zvtest::ReadAll(a), "a" + std::to_string(round) + "\n");
-        EXPECT_FALSE(doc.FModified);
+        EXPECT_FALSE(doc.Modified());
         EXPECT_EQ(backups(), std::min(round, 2)) << "MaxBackupFiles=2 keeps two";
         QTest::qWait(15); // backup names differ by the millisecond
     }

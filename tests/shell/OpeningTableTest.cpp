@@ -71,14 +71,14 @@ TEST(OpeningTable, EachKindOfFileOpensAsTheDecisionTreeSays) {
         zv::TLoadFileArgs args;
         args.FileName = file.string();
         ASSERT_TRUE(helper.LoadFile(args)) << c.Name;
-        const zv::TDocument& doc = *helper.ActiveDocument();
+        zv::TDocument& doc = *helper.ActiveDocument();
         EXPECT_EQ(doc.FFilePath, file.string());
-        EXPECT_EQ(doc.Lines->CodePage(), c.CodePage) << c.Name;
-        EXPECT_EQ(doc.Lines->Memo().FBinaryMode, c.Binary) << c.Name;
+        EXPECT_EQ(doc.Lines().CodePage(), c.CodePage) << c.Name;
+        EXPECT_EQ(doc.Lines().Memo().FBinaryMode, c.Binary) << c.Name;
         if (!c.Binary) {
-            EXPECT_EQ(zv::Utf16ToUtf8(doc.Lines->Get(0)), c.FirstRow) << c.Name;
+            EXPECT_EQ(zv::Utf16ToUtf8(doc.Lines().Get(0)), c.FirstRow) << c.Name;
         }
-        EXPECT_EQ(doc.Lines->SaveToBytes(), c.Bytes) << c.Name << ": saved as it came";
+        EXPECT_EQ(doc.Lines().SaveToBytes(), c.Bytes) << c.Name << ": saved as it came";
     }
 
     const fs::path locked = temp / "locked.txt";
@@ -168,13 +168,13 @@ TEST(OpeningTable, AnyFileSavesBackItsOwnBytes) {
         zv::TDocument& doc = *helper.ActiveDocument();
         ASSERT_TRUE(helper.SaveFile(&doc)) << "round " << round;
         ASSERT_EQ(zvtest::ReadAll(file), bytes) << "round " << round << ", kind " << kind;
-        if (doc.Lines->CodePage() == 65001 && !doc.Lines->Memo().FBinaryMode && round % 8 == 0) {
-            const std::string body = bytes.substr(doc.Lines->UseBOM() ? 3 : 0);
+        if (doc.Lines().CodePage() == 65001 && !doc.Lines().Memo().FBinaryMode && round % 8 == 0) {
+            const std::string body = bytes.substr(doc.Lines().UseBOM() ? 3 : 0);
             zvtest::WriteAll(file, body);
             const bool iconvRefuses =
                 std::system(("iconv -f UTF-8 -t UTF-16LE '" + file.string() + "' >/dev/null 2>&1")
                                 .c_str()) != 0;
-            EXPECT_EQ(doc.Lines->InvalidBytesKept() > 0, iconvRefuses) << "round " << round;
+            EXPECT_EQ(doc.Lines().InvalidBytesKept() > 0, iconvRefuses) << "round " << round;
         }
         helper.CloseDocument(static_cast<int>(helper.Documents().size()) - 1);
     }
@@ -195,8 +195,8 @@ TEST(OpeningTable, AFileBeyondTheMachinesMemoryIsRefusedAndNothingElseIsLost) {
     zv::TLoadFileArgs args;
     args.FileName = kept.string();
     ASSERT_TRUE(helper.LoadFile(args));
-    helper.ActiveDocument()->Lines->SetLineString(0, u"edited");
-    helper.ActiveDocument()->FModified = true;
+    helper.ActiveDocument()->Lines().SetLineString(0, u"edited");
+    helper.ActiveDocument()->SetModified(true);
 
     zv::SetMemoryBudgetForTests(64 << 20); // 4M rows of 32 bytes need more than this
     args.FileName = rows.string();
@@ -210,8 +210,8 @@ TEST(OpeningTable, AFileBeyondTheMachinesMemoryIsRefusedAndNothingElseIsLost) {
     EXPECT_NE(prompt.Log()[0].find("needs about"), std::string::npos) << prompt.Log()[0];
     EXPECT_TRUE(openedLines) << "the same bytes in long lines fit";
     ASSERT_EQ(helper.Documents().size(), 2u);
-    EXPECT_EQ(helper.Documents()[0]->Lines->Get(0), u"edited");
-    EXPECT_TRUE(helper.Documents()[0]->FModified);
+    EXPECT_EQ(helper.Documents()[0]->Lines().Get(0), u"edited");
+    EXPECT_TRUE(helper.Documents()[0]->Modified());
 }
 
 } // namespace

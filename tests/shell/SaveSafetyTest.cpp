@@ -41,8 +41,8 @@ protected:
         args.FileName = file.string();
         EXPECT_TRUE(helper.LoadFile(args));
         zv::TDocument& doc = *helper.ActiveDocument();
-        doc.Lines->SetLineString(0, row);
-        doc.FModified = true;
+        doc.Lines().SetLineString(0, row);
+        doc.SetModified(true);
         EXPECT_TRUE(helper.SaveFile(&doc)) << (prompt.Told.empty() ? "" : prompt.Told.back());
         return doc;
     }
@@ -113,8 +113,8 @@ TEST_F(SaveSafety, ALinkPutInTheDocumentsPlaceIsReplacedNotFollowed) {
     zv::TDocument& doc = *helper.ActiveDocument();
     fs::remove(file);
     fs::create_symlink(secret, file); // swapped in after the document was opened
-    doc.Lines->SetLineString(0, u"edited");
-    doc.FModified = true;
+    doc.Lines().SetLineString(0, u"edited");
+    doc.SetModified(true);
     ASSERT_TRUE(helper.SaveFile(&doc));
     EXPECT_EQ(zvtest::ReadAll(secret), "not yours\n");
     EXPECT_FALSE(fs::is_symlink(file));

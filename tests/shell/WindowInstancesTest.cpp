@@ -254,7 +254,7 @@ std::vector<std::pair<std::string, std::u16string>> KeptTexts(const fs::path& cr
     keeper.Restore();
     std::vector<std::pair<std::string, std::u16string>> texts;
     for (const auto& doc : helper.Documents())
-        texts.emplace_back(doc->FFilePath, doc->Lines->GetTextWithLinefeeds());
+        texts.emplace_back(doc->FFilePath, doc->Lines().GetTextWithLinefeeds());
     return texts;
 }
 

@@ -96,7 +96,7 @@ TEST_F(ClosingTest, EveryWayToCloseAModifiedDocumentAsksAndKeepsItsPromise) {
             EXPECT_EQ(stillOpen, kept) << what;
             EXPECT_TRUE(!kept || window->isVisible()) << what << ": the window stays open";
             if (kept) {
-                EXPECT_EQ(docs[helper.FindDocMemo((dir / "f.txt").string())]->Lines->Get(0),
+                EXPECT_EQ(docs[helper.FindDocMemo((dir / "f.txt").string())]->Lines().Get(0),
                           u"xorig")
                     << what;
             }
@@ -135,7 +135,7 @@ TEST_F(ClosingTest, NoSequenceOfEditsSavesAndClosesLosesTextWithoutANo) {
         default: { // close with an answer
             const int answer = std::array{zv::prYes, zv::prNo, zv::prCancel}[random() % 3];
             prompt.Answer = answer;
-            const bool modified = index >= 0 && helper.Documents()[index]->FModified;
+            const bool modified = index >= 0 && helper.Documents()[index]->Modified();
             if (index >= 0 && window->TabGroup()->count() > 0)
                 emit window->TabGroup()->tabCloseRequested(index);
             if (modified && answer == zv::prNo)
@@ -145,7 +145,7 @@ TEST_F(ClosingTest, NoSequenceOfEditsSavesAndClosesLosesTextWithoutANo) {
         }
         const int open = helper.FindDocMemo(file.string());
         const std::string kept = open >= 0
-                                     ? zv::Utf16ToUtf8(helper.Documents()[open]->Lines->Get(0))
+                                     ? zv::Utf16ToUtf8(helper.Documents()[open]->Lines().Get(0))
                                      : zvtest::ReadAll(file);
         ASSERT_EQ(kept, latest) << "step " << step;
     }
@@ -192,9 +192,9 @@ TEST_F(ClosingTest, DroppedFilesOpenReopenChangesTheEncodingACopyLeavesTheDocume
     ASSERT_EQ(helper.Documents().size(), 2u);
 
     zv::TDocument& cyr = *helper.ActiveDocument();
-    EXPECT_EQ(cyr.Lines->CodePage(), 1252u);
+    EXPECT_EQ(cyr.Lines().CodePage(), 1252u);
     ASSERT_TRUE(helper.ReopenWithEncoding(cyr, 1251));
-    EXPECT_EQ(zv::Utf16ToUtf8(cyr.Lines->Get(0)), "\xD0\x9F\xD1\x80\xD0\xB8");
+    EXPECT_EQ(zv::Utf16ToUtf8(cyr.Lines().Get(0)), "\xD0\x9F\xD1\x80\xD0\xB8");
     EXPECT_EQ(window->StatusEncoding(), "windows-1251");
 
     zv::TEditorWidget& editor = *window->ActiveEditor();
@@ -253,13 +253,13 @@ TEST_F(ClosingTest, UnsavedTextIsKeptWithinTwoSecondsAndRestoredExactly) {
     zv::TEditorWidget& blank = *window->ActiveEditor();
     QTest::keyClicks(&blank, "never saved");
     for (const auto& doc : helper.Documents())
-        ASSERT_TRUE(doc->FModified);
+        ASSERT_TRUE(doc->Modified());
     keeper.TextChanged();
     QTest::qWait(zv::TCrashKeeper::kDelayMs + 300);
     ASSERT_TRUE(keeper.HasSession()) << "written within two seconds of the edit";
     EXPECT_EQ(fs::status(crash / "Crash.ini").permissions() & fs::perms::all,
               fs::perms::owner_read | fs::perms::owner_write);
-    const std::u16string latinText = helper.Documents()[0]->Lines->GetTextWithLinefeeds();
+    const std::u16string latinText = helper.Documents()[0]->Lines().GetTextWithLinefeeds();
     const std::string freshName = fresh.FFilePath;
 
     // The run is killed: nothing closes, nothing is saved. A new run finds the texts.
@@ -270,15 +270,15 @@ TEST_F(ClosingTest, UnsavedTextIsKeptWithinTwoSecondsAndRestoredExactly) {
     ASSERT_EQ(nextKeeper.Restore(), 2);
     const zv::TDocument& back = *next.Documents()[0];
     EXPECT_EQ(back.FFilePath, (dir / "latin.txt").string());
-    EXPECT_EQ(back.Lines->GetTextWithLinefeeds(), latinText) << "byte for byte, CR LF kept";
-    EXPECT_EQ(back.Lines->CodePage(), 1252u);
+    EXPECT_EQ(back.Lines().GetTextWithLinefeeds(), latinText) << "byte for byte, CR LF kept";
+    EXPECT_EQ(back.Lines().CodePage(), 1252u);
     EXPECT_TRUE(nextWindow.EditorAt(0)->IsModified());
     EXPECT_EQ(nextWindow.EditorAt(0)->Memo().Caret(), (zv::TZvPos{4, 1}));
     EXPECT_EQ(zvtest::ReadAll(dir / "latin.txt"), "caf\xE9\r\nline two\r\n")
         << "nothing is saved without the user";
     EXPECT_EQ(next.Documents()[1]->FFilePath, freshName);
     EXPECT_TRUE(next.Documents()[1]->FIsNew);
-    EXPECT_EQ(next.Documents()[1]->Lines->Get(0), u"never saved");
+    EXPECT_EQ(next.Documents()[1]->Lines().Get(0), u"never saved");
 
     // Saved and closed with "no": nothing is left to keep.
     prompt.Answer = zv::prNo;
@@ -323,7 +323,7 @@ TEST_F(ClosingTest, SaveAsWritesTheFormChosenInTheDialog) {
     EXPECT_EQ(prompt.Questions, asked + 1) << "the Unicode question";
     EXPECT_FALSE(fs::exists(dir / "legacy.txt"));
     EXPECT_EQ(doc.FFilePath, (dir / "wide.txt").string());
-    EXPECT_EQ(doc.Lines->CodePage(), 1200u);
+    EXPECT_EQ(doc.Lines().CodePage(), 1200u);
     prompt.Answer = zv::prYes;
     ASSERT_TRUE(helper.SaveFileAs(&doc));
     EXPECT_EQ(iconv("CP1252", "legacy.txt"), "caf\xC3\xA9\r\nline\r\n");
@@ -361,8 +361,8 @@ TEST_F(ClosingTest, OnlyTextsChangedSinceTheLastWriteAreWrittenAgain) {
         zv::TMainWindow nextWindow(next);
         ASSERT_EQ(zv::TCrashKeeper(next, crash).Restore(), 4);
         for (std::size_t i = 0; i < editors.size(); ++i)
-            EXPECT_EQ(next.Documents()[i]->Lines->GetTextWithLinefeeds(),
-                      helper.Documents()[i]->Lines->GetTextWithLinefeeds())
+            EXPECT_EQ(next.Documents()[i]->Lines().GetTextWithLinefeeds(),
+                      helper.Documents()[i]->Lines().GetTextWithLinefeeds())
                 << "round " << round << ", document " << i;
     }
     prompt.Answer = zv::prNo;

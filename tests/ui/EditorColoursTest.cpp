@@ -219,7 +219,7 @@ TEST_F(EditorColoursTest, TheWindowKeepsRunningDuringTheFirstSweep) {
     ASSERT_EQ(lines.Count(), kRows + 2); // the text's last line end leaves an empty row
     ASSERT_TRUE(editor.Scan()->Thread().WaitComplete(30s));
 
-    editor.Scan()->Pause();
+    editor.Scan()->PauseReading();
     zv::TStyle fresh;
     zv::ClearStyle(fresh, true);
     zv::TScanScratch scratch;
@@ -232,7 +232,7 @@ TEST_F(EditorColoursTest, TheWindowKeepsRunningDuringTheFirstSweep) {
         ASSERT_TRUE(scanner.States().Get(row, stored)) << row;
         ASSERT_TRUE(stored == fresh) << "row " << row;
     }
-    editor.Scan()->Resume();
+    editor.Scan()->ResumeReading();
 }
 
 } // namespace

@@ -134,7 +134,7 @@ TEST_F(FileMonitorTest, AChangeIsNoticedInTimeAndReloadGivesTheDisksBytes) {
         EXPECT_NE(prompt.Asked[0].find(doc.FFilePath), std::string::npos) << change.Name;
         EXPECT_TRUE(prompt.Flags[0] & zv::pfAlwaysButton) << change.Name;
         EXPECT_EQ(Written(doc), zvtest::ReadAll(dir / "f.txt")) << change.Name;
-        EXPECT_FALSE(doc.FModified) << change.Name;
+        EXPECT_FALSE(doc.Modified()) << change.Name;
         EXPECT_FALSE(EditorOf(doc).IsModified()) << change.Name;
         EXPECT_FALSE(TabShowsModified(doc)) << change.Name;
         const zv::TZvMemo& memo = EditorOf(doc).Memo();
@@ -160,7 +160,7 @@ TEST_F(FileMonitorTest, KeepMineKeepsTheTextModifiedAsksOnceAndSavesWhenTold) {
             // A modified document's question says that reading again loses its changes.
             EXPECT_EQ(prompt.Asked[0].find("would be lost") != std::string::npos, typed) << what;
             EXPECT_EQ(Written(doc), typed ? "xmine\n" : "mine\n") << what;
-            EXPECT_TRUE(doc.FModified) << what << ": the text differs from the file";
+            EXPECT_TRUE(doc.Modified()) << what << ": the text differs from the file";
             EXPECT_TRUE(EditorOf(doc).IsModified()) << what;
             EXPECT_TRUE(TabShowsModified(doc)) << what;
             EXPECT_EQ(zvtest::ReadAll(dir / "f.txt"), theirs) << what << ": their bytes stay";
@@ -183,7 +183,7 @@ TEST_F(FileMonitorTest, ADeletedFileAnsweredNoStaysOpenModifiedAndIsNotAskedAgai
     EXPECT_NE(prompt.Asked[0].find("deleted"), std::string::npos);
     EXPECT_EQ(prompt.Flags[0] & zv::pfAlwaysButton, 0u) << "no Always for a deleted file";
     ASSERT_GE(helper.FindDocMemo(doc.FFilePath), 0);
-    EXPECT_TRUE(doc.FModified);
+    EXPECT_TRUE(doc.Modified());
     EXPECT_TRUE(EditorOf(doc).IsModified());
     EXPECT_EQ(Written(doc), "kept text\n");
     monitor->CheckMemoTimeStamp();
@@ -192,7 +192,7 @@ TEST_F(FileMonitorTest, ADeletedFileAnsweredNoStaysOpenModifiedAndIsNotAskedAgai
     // Saving makes the file again, without asking: there was nothing to overwrite.
     QTest::keyClick(&EditorOf(doc), Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(zvtest::ReadAll(dir / "gone.txt"), "kept text\n");
-    EXPECT_FALSE(doc.FModified);
+    EXPECT_FALSE(doc.Modified());
     EXPECT_EQ(prompt.Asked.size(), 1u);
 }
 
@@ -214,7 +214,7 @@ TEST_F(FileMonitorTest, ADeletedFileAnsweredYesClosesItsTabAndAComebackIsAChange
     ASSERT_GE(WaitForQuestions(3), 0);
     EXPECT_NE(prompt.Asked[2].find("changed"), std::string::npos);
     EXPECT_EQ(Written(back), "b is back\n");
-    EXPECT_FALSE(back.FModified);
+    EXPECT_FALSE(back.Modified());
 }
 
 TEST_F(FileMonitorTest, NoToAllAsksOnceForFiveFilesAndStoresEveryStamp) {
@@ -233,7 +233,7 @@ TEST_F(FileMonitorTest, NoToAllAsksOnceForFiveFilesAndStoresEveryStamp) {
     EXPECT_EQ(prompt.Asked.size(), 1u);
     for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(Written(*docs[i]), "text " + std::to_string(i) + "\n") << i;
-        EXPECT_TRUE(docs[i]->FModified) << i;
+        EXPECT_TRUE(docs[i]->Modified()) << i;
     }
 }
 
@@ -269,7 +269,7 @@ TEST_F(FileMonitorTest, TheSettingsReloadUnmodifiedSilentlyOrTurnTheQuestionsOff
     ASSERT_TRUE(QTest::qWaitFor([&] { return Written(plain) == "plain\nappended\n"; }, kNoticeMs));
     EXPECT_EQ(prompt.Asked.size(), 1u);
     EXPECT_NE(prompt.Asked[0].find(edited.FFilePath), std::string::npos);
-    EXPECT_FALSE(plain.FModified);
+    EXPECT_FALSE(plain.Modified());
 
     Configure("WarnChange", false);
     Change(kRewrite, {dir / "p.txt"});
@@ -311,8 +311,8 @@ TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithAWriterWithoutAsking) {
     clock.start();
     while (writer.state() != QProcess::NotRunning && clock.elapsed() < 20000) {
         QTest::qWait(50);
-        grew = grew && doc.Lines->Count() >= seenRows;
-        seenRows = doc.Lines->Count();
+        grew = grew && doc.Lines().Count() >= seenRows;
+        seenRows = doc.Lines().Count();
     }
     ASSERT_EQ(writer.exitCode(), 0);
     const bool caughtUp = QTest::qWaitFor([&] { return Written(doc) == zvtest::ReadAll(log); },
@@ -320,7 +320,7 @@ TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithAWriterWithoutAsking) {
     EXPECT_TRUE(caughtUp) << "the document shows the whole log within the follow time";
     EXPECT_TRUE(grew);
     EXPECT_TRUE(prompt.Asked.empty());
-    EXPECT_FALSE(doc.FModified);
+    EXPECT_FALSE(doc.Modified());
     EXPECT_EQ(window->ActiveEditor()->Memo().FCurY, window->ActiveEditor()->Memo().RowCount() - 1)
         << "the caret follows the newest line";
 }
@@ -365,7 +365,7 @@ TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithTenThousandLinesASecond) {
         fileSizes.emplace_back(now, static_cast<std::int64_t>(fs::file_size(log)));
         // The oldest file size the document has not read yet says how far behind it is.
         for (const auto& [at, size] : fileSizes)
-            if (doc.Lines->CurrentStreamPos() < size) {
+            if (doc.Lines().CurrentStreamPos() < size) {
                 worstLagMs = std::max<std::int64_t>(worstLagMs, now - at);
                 break;
             }
@@ -378,7 +378,7 @@ TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithTenThousandLinesASecond) {
         QTest::qWaitFor([&] { return Written(doc) == file; }, zv::TFileMonitor::kFollowMs + 1000);
     EXPECT_TRUE(caughtUp) << "the document is the file, byte for byte";
     EXPECT_LE(worstLagMs, 3000) << "the document keeps up while the log grows";
-    EXPECT_FALSE(doc.FModified);
+    EXPECT_FALSE(doc.Modified());
     EXPECT_TRUE(prompt.Asked.empty());
     const std::int64_t grown = ResidentBytes() - residentBefore;
 #if !defined(__SANITIZE_ADDRESS__) // its quarantine keeps up to 256 MB of freed memory resident

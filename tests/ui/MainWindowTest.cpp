@@ -89,20 +89,20 @@ TEST_F(MainWindowTest, ModifiedMarkFollowsTheEditorUntilSaved) {
     auto* editor = window.EditorAt(0);
     QTest::keyClicks(editor, "x");
     const zv::TDocument& doc = *helper.Documents()[0];
-    EXPECT_TRUE(doc.FModified);
+    EXPECT_TRUE(doc.Modified());
     EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt*");
     EXPECT_EQ(window.windowTitle().toStdString(), "Zevrit - " + path + "*");
 
     QTest::keyClick(editor, Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(zvtest::ReadAll(path), "xabc\n");
-    EXPECT_FALSE(doc.FModified);
+    EXPECT_FALSE(doc.Modified());
     EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt");
     EXPECT_EQ(window.windowTitle().toStdString(), "Zevrit - " + path);
 
     QTest::keyClick(editor, Qt::Key_Backspace);
-    EXPECT_TRUE(doc.FModified);
+    EXPECT_TRUE(doc.Modified());
     QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_FALSE(doc.FModified) << "undo back to the saved text clears the mark";
+    EXPECT_FALSE(doc.Modified()) << "undo back to the saved text clears the mark";
     EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt");
 }
 
@@ -117,7 +117,7 @@ TEST_F(MainWindowTest, HandedOverTextIsPastedBeforeTheSelection) {
     memo.SetSelection({2, 0}, {5, 0});
     form.HandOverReceived(zv::kHandOverPaste, "XY");
     EXPECT_EQ(Utf8(memo.RowText(0)), "alXYpha beta") << "the selection stays, text goes first";
-    EXPECT_TRUE(helper.Documents()[0]->FModified);
+    EXPECT_TRUE(helper.Documents()[0]->Modified());
 
     form.HandOverReceived(zv::kHandOverZenWindow, " 4711 ");
     EXPECT_EQ(form.FZenHWnd, 4711u);
@@ -141,7 +141,7 @@ TEST_F(MainWindowTest, TabsFollowDocumentsAndTitleNamesTheActiveOne) {
     window.TabGroup()->tabCloseRequested(0);
     ASSERT_EQ(window.TabGroup()->count(), 1);
     EXPECT_EQ(helper.Documents().size(), 1u);
-    EXPECT_EQ(window.EditorAt(0)->Lines(), helper.Documents()[0]->Lines.get());
+    EXPECT_EQ(window.EditorAt(0)->Lines(), &helper.Documents()[0]->Lines());
 
     // The current tab alone carries a close button, which follows it; a middle click closes
     // any tab.
@@ -183,7 +183,7 @@ TEST_F(MainWindowTest, EditorScrollsToALineAndKeysMoveThroughALongDocument) {
 
     full->ShowRow(0);
     QTest::keyClick(full, Qt::Key_End, Qt::ControlModifier);
-    EXPECT_EQ(full->CaretRow(), helper.Documents()[0]->Lines->Count() - 1);
+    EXPECT_EQ(full->CaretRow(), helper.Documents()[0]->Lines().Count() - 1);
     const int top = full->TopRow();
     QTest::keyClick(full, Qt::Key_Up);
     EXPECT_EQ(full->TopRow(), top) << "one row up inside the view does not scroll";

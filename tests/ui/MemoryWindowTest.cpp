@@ -117,7 +117,7 @@ TEST_F(MemoryWindowTest, AFileOpenedAgainGetsItsCaretSelectionTopRowAndEncodingB
             ASSERT_TRUE(first.Open(file));
             zv::TDocument& doc = *first.helper.ActiveDocument();
             if (round == 0) {
-                ASSERT_NE(doc.Lines->CodePage(), 1251u) << "detection alone does not find it";
+                ASSERT_NE(doc.Lines().CodePage(), 1251u) << "detection alone does not find it";
             }
             ASSERT_TRUE(first.helper.ReopenWithEncoding(doc, 1251));
             zv::TEditorWidget& editor = *first.window->ActiveEditor();
@@ -129,8 +129,8 @@ TEST_F(MemoryWindowTest, AFileOpenedAgainGetsItsCaretSelectionTopRowAndEncodingB
         TRun second;
         ASSERT_TRUE(second.Open(file));
         const zv::TDocument& doc = *second.helper.ActiveDocument();
-        EXPECT_EQ(doc.Lines->CodePage(), 1251u);
-        EXPECT_EQ(zv::Utf16ToUtf8(doc.Lines->Get(7)), "Привет row");
+        EXPECT_EQ(doc.Lines().CodePage(), 1251u);
+        EXPECT_EQ(zv::Utf16ToUtf8(doc.Lines().Get(7)), "Привет row");
         const zv::TEditorWidget& editor = *second.window->ActiveEditor();
         EXPECT_EQ(editor.Memo().SelStart().X, start.X);
         EXPECT_EQ(editor.Memo().SelStart().Y, start.Y);
@@ -155,7 +155,7 @@ TEST_F(MemoryWindowTest, ACodePageGivenForTheOpeningWinsOverTheRememberedOne) {
     args.FileName = file.string();
     args.CodePage = 1252;
     ASSERT_TRUE(second.helper.LoadFile(args));
-    EXPECT_EQ(second.helper.ActiveDocument()->Lines->CodePage(), 1252u);
+    EXPECT_EQ(second.helper.ActiveDocument()->Lines().CodePage(), 1252u);
 }
 
 TEST_F(MemoryWindowTest, TheLastDocumentsComeBackAtStartUnlessNoReopen) {

@@ -1,0 +1,65 @@
+// The document's scan: its reader side of the edit path and its observers.
+#include "syntax/DocumentScan.h"
+
+#include <algorithm>
+
+namespace zv {
+
+TDocumentScan::TDocumentScan(const TZvMemoStrings& store,
+                             std::shared_ptr<const TMemoStyleHost> host, TScanOptions options,
+                             TBackgroundTiming timing)
+    : FHost(std::move(host)), FCtx(*FHost, options), FScanner(store, FCtx),
+      FThread(FScanner, FObservers, timing) {}
+
+TDocumentScan::~TDocumentScan() {
+    FThread.StopBackgroundThread(true);
+}
+
+void TDocumentScan::AddObserver(IScanObserver* observer) {
+    std::lock_guard lock(FObservers.Lock);
+    if (std::find(FObservers.List.begin(), FObservers.List.end(), observer) ==
+        FObservers.List.end())
+        FObservers.List.push_back(observer);
+}
+
+void TDocumentScan::RemoveObserver(IScanObserver* observer) {
+    std::lock_guard lock(FObservers.Lock);
+    std::erase(FObservers.List, observer);
+}
+
+bool TDocumentScan::TObservers::Visible() const {
+    std::lock_guard lock(Lock);
+    return std::any_of(List.begin(), List.end(), [](auto* o) { return o->ScanVisible(); });
+}
+
+bool TDocumentScan::TObservers::Busy() const {
+    std::lock_guard lock(Lock);
+    return std::any_of(List.begin(), List.end(), [](auto* o) { return o->ScanBusy(); });
+}
+
+void TDocumentScan::TObservers::RowsScanned(int first, int) {
+    std::lock_guard lock(Lock);
+    for (IScanObserver* o : List)
+        o->RowsScanned(first);
+}
+
+TRowRange TDocumentScan::RowsChanged(const TTextChange& change) {
+    // The states of rows above the first row touched stay right unless a wrapped row
+    // continues into it.
+    const int first = change.From.Y;
+    const int cleared = FCtx.Options().FWordWrap ? std::max(first - 1, 0) : first;
+    FScanner.ClearLineStylesFrom(cleared);
+    if (change.InOneRow() && cleared == first) {
+        const TRedrawRange range = FScanner.InvalidateLine(first);
+        return {range.First, range.Last};
+    }
+    return {std::min(first, cleared), -1};
+}
+
+bool TDocumentScan::InCommentOrString(TZvPos pos) const {
+    if (!Styles())
+        return false;
+    return IsInCommentOrString(FScanner, pos.X, pos.Y);
+}
+
+} // namespace zv
