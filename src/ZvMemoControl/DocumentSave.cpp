@@ -4,6 +4,8 @@
 #include "common/AtomicFile.h"
 
 #include "ZvMemoControl/ZvMemoStrings.h"
+#include "ZvMemoControl/ZvMemoUndo.h"
+#include "ZvMemoControl/ZvTextDocument.h"
 #include "ZvMemoControl/ZvUniUtils.h"
 
 #include <algorithm>
@@ -62,15 +64,64 @@ void PruneBackups(const fs::path& folder, const fs::path& file, bool addBak, int
         fs::remove(found[static_cast<std::size_t>(i)], ec);
 }
 
-void RemoveTrailingBlankLines(TZvMemoStrings& store) {
-    // A last empty row stands for the file's final line end and stays.
-    int last = store.Count() - 1;
-    const bool finalEnd = last > 0 && store.GetLineLength(last) == 0;
-    int row = finalEnd ? last - 1 : last;
-    while (row > 0 && store.IsLineBlank(row) && !store.IsLineWrapped(row)) {
-        store.DeleteSilent(row, true);
-        --row;
-    }
+// The row as the trims leave it.
+std::u16string TrimmedRow(const TZvMemoStrings& store, int row, const TZvSaveOptions& options) {
+    std::u16string text(store.Get(row));
+    if (options.SaveTabsAsSpaces && text.find(u'\t') != std::u16string::npos)
+        text = store.GetTabExpanded(row);
+    // Trailing blanks of the logical line: only its last row ends it.
+    const bool endsLine = row + 1 >= store.Count() || !store.IsLineWrapped(row + 1);
+    if (options.SaveWithoutTrailingSpaces && endsLine)
+        while (!text.empty() && (text.back() == u' ' || text.back() == u'\t'))
+            text.pop_back();
+    if (options.SaveAndRemoveCharacters && !options.RemoveCharsString.empty())
+        std::erase_if(text, [&](char16_t c) {
+            return options.RemoveCharsString.find(c) != std::u16string::npos;
+        });
+    return text;
+}
+
+// The rows [first, last] of blank lines that end the text (a last empty row stands for the
+// file's final line end and stays); first is -1 when there are none.
+std::pair<int, int> TrailingBlankLines(const TZvMemoStrings& store) {
+    const int end = store.Count() - 1;
+    const int last = end > 0 && store.GetLineLength(end) == 0 ? end - 1 : end;
+    int first = -1;
+    for (int row = last; row > 0 && store.IsLineBlank(row) && !store.IsLineWrapped(row); --row)
+        first = row;
+    return {first, last};
+}
+
+// One change through the edit path with its undo record; the caret goes where it ends.
+void Replace(TZvTextDocument& document, TZvPos from, TZvPos to, const TEditText& text) {
+    auto record = std::make_unique<TUndo>(TUndoKind::Plain, "028");
+    TEditText removed;
+    const TZvPos end = document.Change(from, to, text, &removed, nullptr);
+    TZvMemoStrings& store = document.Lines();
+    TZvPos at = from, after = end;
+    store.GetUnwrappedPos(at.X, at.Y);
+    store.GetUnwrappedPos(after.X, after.Y);
+    record->SetChange(at, from, std::move(removed), text);
+    record->FUndoCurX0 = record->FUndoCurX = after.X;
+    record->FUndoCurY0 = record->FUndoCurY = after.Y;
+    document.UndoList().Add(std::move(record));
+}
+
+// Replaces only what differs between the row and `wanted`, so that carets and marks
+// behind the difference keep their place.
+void ReplaceRow(TZvTextDocument& document, int row, std::u16string_view wanted) {
+    const std::u16string_view now = document.Lines().Get(row);
+    std::size_t head = 0;
+    while (head < now.size() && head < wanted.size() && now[head] == wanted[head])
+        ++head;
+    std::size_t tail = 0;
+    while (tail < now.size() - head && tail < wanted.size() - head &&
+           now[now.size() - 1 - tail] == wanted[wanted.size() - 1 - tail])
+        ++tail;
+    TEditText text;
+    text.Rows.front().Assign(std::u16string(wanted.substr(head, wanted.size() - head - tail)));
+    Replace(document, {static_cast<int>(head), row}, {static_cast<int>(now.size() - tail), row},
+            text);
 }
 
 } // namespace
@@ -109,32 +160,39 @@ bool MakeBackup(const std::string& fileName, const TZvSaveOptions& options, std:
     return true;
 }
 
-void ApplySaveTrims(TZvMemoStrings& store, const TZvSaveOptions& options) {
+void ApplySaveTrims(TZvTextDocument& document, const TZvSaveOptions& options) {
+    TZvMemoStrings& store = document.Lines();
+    bool grouped = false;
+    auto group = [&] {
+        if (!grouped)
+            document.UndoList().Add(std::make_unique<TMacroStartUndo>());
+        grouped = true;
+    };
     for (int row = 0; row < store.Count(); ++row) {
-        if (options.SaveTabsAsSpaces && store.Get(row).find(u'\t') != std::u16string_view::npos)
-            store.SetLineString(row, store.GetTabExpanded(row));
-        // Trailing blanks of the logical line: only its last row ends it.
-        const bool endsLine = row + 1 >= store.Count() || !store.IsLineWrapped(row + 1);
-        if (options.SaveWithoutTrailingSpaces && endsLine)
-            store.RemoveTrailingBlanks(row, false);
-        if (options.SaveAndRemoveCharacters && !options.RemoveCharsString.empty()) {
-            std::u16string text(store.Get(row));
-            std::erase_if(text, [&](char16_t c) {
-                return options.RemoveCharsString.find(c) != std::u16string::npos;
-            });
-            if (text.size() != store.Get(row).size())
-                store.SetLineString(row, text);
+        const std::u16string wanted = TrimmedRow(store, row, options);
+        if (wanted == store.Get(row))
+            continue;
+        group();
+        ReplaceRow(document, row, wanted);
+    }
+    if (options.SaveWithoutTrailingBlankLines) {
+        if (const auto [first, last] = TrailingBlankLines(store); first > 0) {
+            group();
+            // From the end of the last kept line to the end of the last blank one.
+            Replace(document, {store.GetLineLength(first - 1), first - 1},
+                    {store.GetLineLength(last), last}, TEditText());
         }
     }
-    if (options.SaveWithoutTrailingBlankLines)
-        RemoveTrailingBlankLines(store);
+    if (grouped)
+        document.UndoList().Add(std::make_unique<TMacroEndUndo>());
 }
 
-TZvSaveResult SaveDocument(TZvMemoStrings& store, const std::string& fileName,
+TZvSaveResult SaveDocument(TZvTextDocument& document, const std::string& fileName,
                            const TZvSaveOptions& options, std::string& error) {
+    TZvMemoStrings& store = document.Lines();
     if (options.ForceTrim ||
         !(options.KeepAsIs || store.Memo().FBinaryMode || options.TemporarySave))
-        ApplySaveTrims(store, options);
+        ApplySaveTrims(document, options);
     if (options.KeepAsIs && options.SkipIfUnchanged && options.Unchanged)
         return TZvSaveResult::Skipped;
     std::error_code ec;

@@ -8,7 +8,7 @@
 
 namespace zv {
 
-class TZvMemoStrings;
+class TZvTextDocument;
 
 struct TZvSaveOptions {
     bool MakeBackup = false;
@@ -43,13 +43,14 @@ struct TZvSaveOptions {
 
 enum class TZvSaveResult { Written, Skipped, Failed };
 
-// Trims, backs up and writes `store` to `fileName`. On failure the file on disk is as it
-// was (a backup may have been made) and `error` says why.
-TZvSaveResult SaveDocument(TZvMemoStrings& store, const std::string& fileName,
+// Trims, backs up and writes the rows of `document` to `fileName`. On failure the file on
+// disk is as it was (a backup may have been made) and `error` says why.
+TZvSaveResult SaveDocument(TZvTextDocument& document, const std::string& fileName,
                            const TZvSaveOptions& options, std::string& error);
 
-// The trims alone, on the rows of `store`.
-void ApplySaveTrims(TZvMemoStrings& store, const TZvSaveOptions& options);
+// The trims alone. Each changed row goes through the document's edit path (every view
+// follows, the scanner rescans), and all of them are one undo step.
+void ApplySaveTrims(TZvTextDocument& document, const TZvSaveOptions& options);
 
 // "<folder>/<base>_(zv-zevrit_yyyy-mm-dd hh.mm.ss.z)<ext>[.bak]": the name of a backup.
 std::string BackupFileName(const std::string& folder, const std::string& fileName,

@@ -3,7 +3,6 @@ zv_engine_library(zv_memo_store
   SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/CodePages.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Converter.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/DocumentSave.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileType.cpp
     ${CMAKE_CURRENT_LIST_DIR}/OpenTextFile.cpp
     ${CMAKE_CURRENT_LIST_DIR}/RowSplitter.cpp

@@ -81,7 +81,7 @@ bool TMainFormHelper::WriteDocument(TDocument& doc, bool automatic) {
         options.KeepAsIs = true;
     }
     std::string error;
-    if (SaveDocument(doc.Lines(), doc.FFilePath, options, error) != TZvSaveResult::Written) {
+    if (SaveDocument(*doc.Text, doc.FFilePath, options, error) != TZvSaveResult::Written) {
         FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
                             doc.FFilePath + "\"\n" + error);
         return false;
@@ -167,7 +167,7 @@ bool TMainFormHelper::SaveFileCopy(TDocument& doc, const std::string& fileName) 
     TZvSaveOptions options; // a copy: no backup of the target, no trims of the document
     options.KeepAsIs = true;
     std::string error;
-    if (SaveDocument(doc.Lines(), AbsolutePath(fileName), options, error) == TZvSaveResult::Written)
+    if (SaveDocument(*doc.Text, AbsolutePath(fileName), options, error) == TZvSaveResult::Written)
         return true;
     FPrompt.ShowMessage(LangText("Messages", "012", "Could not save the file!") + "\n\"" +
                         fileName + "\"\n" + error);

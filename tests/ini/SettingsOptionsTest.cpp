@@ -249,10 +249,10 @@ TEST(CustomizeOptions, BackupKeysDecideWhereASaveLeavesItsBackup) {
     auto save = [&](const TCustomIniFile& settings, std::string_view text) {
         TZvSaveOptions options;
         ApplyBackupOptions(ReadCustomizeOptions(settings), options);
-        TZvMemoStrings lines;
-        lines.LoadFromBytes(text);
+        TZvTextDocument document;
+        document.Lines().LoadFromBytes(text);
         std::string error;
-        EXPECT_EQ(SaveDocument(lines, doc.string(), options, error), TZvSaveResult::Written)
+        EXPECT_EQ(SaveDocument(document, doc.string(), options, error), TZvSaveResult::Written)
             << error;
     };
     save(TMemIniFileW(), "new\n"); // no backup by default

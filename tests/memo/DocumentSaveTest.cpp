@@ -4,6 +4,7 @@
 
 #include "ZvMemoControl/DocumentSave.h"
 #include "ZvMemoControl/Streams.h"
+#include "ZvMemoControl/ZvMemo.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "common/AtomicFile.h"
 
@@ -28,9 +29,14 @@ TEST(DocumentSave, TrimsWhenNotKeptAsIs) {
     test::TTempDir dir;
     const auto file = dir / "a.txt";
     WriteAll(file, "a\tb  \nkeep\xC2\xA0x\n  \n\t\n\n");
-    TZvMemoStrings store;
+    const std::string original = "a\tb  \nkeep\xC2\xA0x\n  \n\t\n\n";
+    auto doc = std::make_shared<TZvTextDocument>();
+    TZvMemoStrings& store = doc->Lines();
     store.SetCodePage(65001);
     ASSERT_TRUE(store.LoadFromFile(file.string()));
+    TZvMemo view; // a view with its caret behind the trimmed blanks of the first line
+    view.SetDocument(doc);
+    view.SetTextCursor(5, 0);
     TZvSaveOptions options;
     options.SaveTabsAsSpaces = true;
     options.SaveWithoutTrailingSpaces = true;
@@ -38,17 +44,23 @@ TEST(DocumentSave, TrimsWhenNotKeptAsIs) {
     options.SaveAndRemoveCharacters = true;
     options.RemoveCharsString = u"\u00A0";
     std::string error;
-    ASSERT_EQ(SaveDocument(store, file.string(), options, error), TZvSaveResult::Written) << error;
+    ASSERT_EQ(SaveDocument(*doc, file.string(), options, error), TZvSaveResult::Written) << error;
     EXPECT_EQ(ReadAll(file), "a   b\nkeepx\n");
+    // The trims went through the edit path: the view's caret followed, and one undo step
+    // gives back the text as it was.
+    EXPECT_EQ(view.Caret(), (TZvPos{5, 0}));
+    ASSERT_TRUE(view.Undo());
+    EXPECT_EQ(store.SaveToBytes(), original);
+    EXPECT_FALSE(view.CanUndo());
     // Kept as is: no trims, and an unchanged document is not written at all.
     WriteAll(file, "x  \n");
     ASSERT_TRUE(store.LoadFromFile(file.string()));
     options.KeepAsIs = true;
     options.SkipIfUnchanged = true;
     options.Unchanged = true;
-    EXPECT_EQ(SaveDocument(store, file.string(), options, error), TZvSaveResult::Skipped);
+    EXPECT_EQ(SaveDocument(*doc, file.string(), options, error), TZvSaveResult::Skipped);
     options.Unchanged = false;
-    EXPECT_EQ(SaveDocument(store, file.string(), options, error), TZvSaveResult::Written);
+    EXPECT_EQ(SaveDocument(*doc, file.string(), options, error), TZvSaveResult::Written);
     EXPECT_EQ(ReadAll(file), "x  \n");
 }
 
@@ -57,7 +69,8 @@ TEST(DocumentSave, BackupsAreNamedAndPrunedOldestFirst) {
     const auto file = dir / "notes.txt";
     WriteAll(file, "v0\n");
     WriteAll(dir / "notes_(zv-zevrit_unrelated.txt", "not a backup\n"); // no ")" before .txt
-    TZvMemoStrings store;
+    TZvTextDocument doc;
+    TZvMemoStrings& store = doc.Lines();
     ASSERT_TRUE(store.LoadFromFile(file.string()));
     TZvSaveOptions options;
     options.MakeBackup = true;
@@ -69,7 +82,7 @@ TEST(DocumentSave, BackupsAreNamedAndPrunedOldestFirst) {
     for (int i = 1; i <= 3; ++i) {
         store.SetLineString(0, u"v" + std::u16string(1, static_cast<char16_t>(u'0' + i)));
         clock += std::chrono::milliseconds(1500);
-        ASSERT_EQ(SaveDocument(store, file.string(), options, error), TZvSaveResult::Written)
+        ASSERT_EQ(SaveDocument(doc, file.string(), options, error), TZvSaveResult::Written)
             << error;
     }
     const auto names = Names(dir.Path());
@@ -89,20 +102,21 @@ TEST(DocumentSave, BackupSubfolderIsMadeOnDemand) {
     test::TTempDir dir;
     const auto file = dir / "a.c";
     WriteAll(file, "int x;\n");
-    TZvMemoStrings store;
+    TZvTextDocument doc;
+    TZvMemoStrings& store = doc.Lines();
     ASSERT_TRUE(store.LoadFromFile(file.string()));
     TZvSaveOptions options;
     options.MakeBackup = true;
     options.BackupFolder = "backups";
     std::string error;
-    ASSERT_EQ(SaveDocument(store, file.string(), options, error), TZvSaveResult::Written);
+    ASSERT_EQ(SaveDocument(doc, file.string(), options, error), TZvSaveResult::Written);
     ASSERT_TRUE(std::filesystem::is_directory(dir / "backups"));
     EXPECT_EQ(Names(dir / "backups").size(), 1u);
     // An absolute folder that does not exist is reported.
     std::string reported;
     options.BackupFolder = (dir / "missing" / "deep").string();
     options.OnBackupError = [&](const std::string& folder) { reported = folder; };
-    ASSERT_EQ(SaveDocument(store, file.string(), options, error), TZvSaveResult::Written);
+    ASSERT_EQ(SaveDocument(doc, file.string(), options, error), TZvSaveResult::Written);
     EXPECT_EQ(reported, options.BackupFolder);
 }
 
