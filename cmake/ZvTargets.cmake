@@ -1,37 +1,32 @@
-# Helpers that declare targets by layer, so the layering is checked by the build:
+# Helpers that declare targets by layer, so the layering is checked by the build (the checks
+# themselves: ZvLayers.cmake).
 include(GoogleTest)
-# an engine library may link only engine libraries and the non-Qt dependencies.
+include(${CMAKE_CURRENT_LIST_DIR}/ZvLayers.cmake)
 
-# zv_layer_library(NAME LAYER FORBIDDEN_REGEX SOURCES... [DEPS ...]): a static library of one
-# layer; a dependency matching FORBIDDEN_REGEX stops the configure step.
-function(zv_layer_library name layer forbidden)
+# zv_layer_library(NAME LAYER SOURCES... [DEPS ...]): a static library of one layer.
+function(zv_layer_library name layer)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
-  foreach(dep IN LISTS ARG_DEPS)
-    if(dep MATCHES "${forbidden}")
-      message(FATAL_ERROR "${layer} library ${name} must not link ${dep}")
-    endif()
-  endforeach()
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_DEPS})
-  set_target_properties(${name} PROPERTIES ZV_LAYER ${layer})
+  zv_layer(${name} ${layer})
 endfunction()
 
 # Engine: the standard library and the non-Qt dependencies only.
 function(zv_engine_library name)
-  zv_layer_library(${name} engine "^Qt" ${ARGN})
+  zv_layer_library(${name} engine ${ARGN})
 endfunction()
 
 # Services: QtCore/QtNetwork, no widgets.
 function(zv_service_library name)
-  zv_layer_library(${name} services "^Qt6::(Gui|Widgets)" ${ARGN})
+  zv_layer_library(${name} services ${ARGN})
   target_link_libraries(${name} PUBLIC Qt6::Core)
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
 endfunction()
 
 # UI: the widget layer.
 function(zv_ui_library name)
-  zv_layer_library(${name} ui "^$" ${ARGN})
+  zv_layer_library(${name} ui ${ARGN})
   target_link_libraries(${name} PUBLIC Qt6::Widgets)
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
 endfunction()

@@ -1,6 +1,6 @@
 # Start-up, instance check and hand-over, argument pass, the main object (QtCore/QtNetwork).
 zv_service_library(zv_shell
-  SOURCES RootFolder.cpp RunOnce.cpp RunOnceSend.cpp HandOverFrame.cpp HandOver.cpp HandOverServer.cpp Switches.cpp CommandLine.cpp Language.cpp
+  SOURCES RunOnce.cpp RunOnceSend.cpp HandOverFrame.cpp HandOver.cpp HandOverServer.cpp Switches.cpp CommandLine.cpp Language.cpp
           MainFormHelper.cpp DocumentClose.cpp FileMonitor.cpp
           TailKeywords.cpp CrashKeeper.cpp MruList.cpp FileQue.cpp Sessions.cpp
           DocumentMemory.cpp DocumentFileInfo.cpp WindowLayouts.cpp TerminationWatch.cpp MainForm.cpp

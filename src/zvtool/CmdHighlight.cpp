@@ -6,6 +6,7 @@
 #include "ZvMemoControl/CodePages.h"
 #include "ZvMemoControl/OpenTextFile.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
+#include "common/RootFolder.h"
 #include "common/Utf.h"
 #include "syntax/HtmlExport.h"
 #include "syntax/SyntaxSelect.h"
@@ -13,7 +14,6 @@
 
 #include <charconv>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <unistd.h>
 
@@ -21,15 +21,6 @@ namespace zv::tool {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The data root: ZEVRIT_ROOT, else the folder above the program's bin/.
-fs::path DataRoot() {
-    if (const char* env = std::getenv("ZEVRIT_ROOT"); env && *env)
-        return env;
-    std::error_code ec;
-    const fs::path exe = fs::read_symlink("/proc/self/exe", ec);
-    return ec ? fs::current_path() : exe.parent_path().parent_path();
-}
 
 struct THighlightArgs {
     std::string File, Syntax;
@@ -54,7 +45,7 @@ bool ParseArgs(const std::vector<std::string>& args, THighlightArgs& out) {
 // one the file's extension selects. False with a message when a named syntax is unknown.
 bool LoadSyntax(const THighlightArgs& a, TMemoStyleHost& host, TZvSyntax& syntax) {
     TSyntaxEnvironment env;
-    env.Root = DataRoot();
+    env.Root = GetRootFolder(); // the editor's own root, so its syntax files are ours
     static const TTypeColors colors(env.Root / "Syntax" / "Colors.ini", nullptr, u"Light");
     syntax.SetColorSource(&colors);
     TSyntaxSelector selector(env, syntax);

@@ -1,5 +1,6 @@
 // zvtool run as a real process: its help names every command it knows, unknown commands and
-// missing files fail with a message, and `info` agrees with stat(1) on the size.
+// missing files fail with a message, `info` agrees with stat(1) on the size, and its data
+// root is the editor's.
 #include "shell/TestProcess.h"
 #include "support/ZvTestSupport.h"
 
@@ -83,6 +84,42 @@ TEST(ZvTool, InfoSizeAgreesWithStatAndAMissingFileFails) {
     const auto missing = Tool({"info", QString::fromStdString((dir / "missing.txt").string())});
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_NE(missing.err.find("zvtool info:"), std::string::npos) << missing.err;
+}
+
+// In an installed tree (the InstallData marker beside the programs) zvtool takes its data from
+// the root the editor made for itself: a syntax file put there is the one `highlight` uses.
+TEST(ZvTool, UsesTheEditorsRootOfAnInstalledTree) {
+    if (!fs::exists(ZV_APP_PATH))
+        GTEST_SKIP() << "the desktop program is not built";
+    zvtest::TTempDir dir("zv-tool-root");
+    const fs::path bin = dir / "tree" / "bin";
+    fs::create_directories(bin / "InstallData");
+    for (const fs::path program : {ZV_APP_PATH, ZV_TOOL_PATH})
+        fs::copy_file(program, bin / program.filename());
+    fs::create_directories(dir / "run");
+    fs::permissions(dir / "run", fs::perms::owner_all, fs::perm_options::replace);
+    auto env = QProcessEnvironment::systemEnvironment();
+    env.remove("ZEVRIT_ROOT");
+    env.insert("XDG_CONFIG_HOME", QString::fromStdString((dir / "config").string()));
+    env.insert("XDG_RUNTIME_DIR", QString::fromStdString((dir / "run").string()));
+    const auto editor =
+        zvtest::RunProgram(QString::fromStdString((bin / "zevrit").string()), {"-headless"}, env);
+    ASSERT_EQ(editor.exitCode, 0) << editor.err;
+
+    std::vector<fs::path> roots; // where the editor wrote its settings file
+    for (const auto& entry : fs::recursive_directory_iterator(dir.Path()))
+        if (entry.path().filename() == "Zevrit.ini")
+            roots.push_back(entry.path().parent_path());
+    ASSERT_EQ(roots, std::vector<fs::path>{dir / "config" / "zevrit"}) << "the marker's root";
+    fs::create_directories(roots[0] / "Syntax");
+    fs::copy_file(fs::path(ZV_TEST_TREE) / "Syntax" / "c.syx", roots[0] / "Syntax" / "Probe.syx");
+    std::ofstream(dir / "a.txt") << "int main() { return 0; }\n";
+    const auto tool = zvtest::RunProgram(QString::fromStdString((bin / "zvtool").string()),
+                                         {"highlight", "--syntax", "Probe", "--tokens",
+                                          QString::fromStdString((dir / "a.txt").string())},
+                                         env);
+    EXPECT_EQ(tool.exitCode, 0) << tool.err;
+    EXPECT_NE(tool.out.find("\tkeyword\n"), std::string::npos) << tool.out;
 }
 
 } // namespace

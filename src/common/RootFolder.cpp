@@ -1,5 +1,5 @@
 // Root folder rule: ZEVRIT_ROOT, else installed (XDG config) or portable (parent of bin/).
-#include "shell/RootFolder.h"
+#include "common/RootFolder.h"
 
 #include <cstdlib>
 #include <system_error>

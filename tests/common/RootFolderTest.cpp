@@ -1,5 +1,5 @@
 // The root folder rule: ZEVRIT_ROOT, installed mode by the InstallData marker, portable.
-#include "shell/RootFolder.h"
+#include "common/RootFolder.h"
 #include "support/ZvTestSupport.h"
 
 #include <gtest/gtest.h>
