@@ -450,8 +450,9 @@ public:
     bool acnAddHtmlLineBreaks();
     // Inserts the local date and time formatted by strftime's `format` at the caret.
     bool acnInsertDateTime(const std::string& format = "%Y-%m-%d %H:%M:%S");
-    // Words (runs of letters, digits and joiners), lines and characters (code points, line
-    // ends left out) of the selection or the document.
+    // Words (runs of characters other than white space), lines (the empty row behind a final
+    // line end left out) and characters (code points, line ends left out) of the selection
+    // or the document.
     struct TWordCount {
         std::int64_t Words = 0, Lines = 0, Chars = 0;
     };

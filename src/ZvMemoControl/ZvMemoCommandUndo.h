@@ -21,6 +21,7 @@ public:
 
 ZV_COMMAND_UNDO(TBlockCommentUndo, "001")
 ZV_COMMAND_UNDO(TBlockUnCommentUndo, "003")
+ZV_COMMAND_UNDO(TDuplicateLinesUndo, "007")
 ZV_COMMAND_UNDO(TReplaceAllUndo, "016")
 ZV_COMMAND_UNDO(TAlignColumnsUndo, "017")
 ZV_COMMAND_UNDO(TDeleteBlankLinesUndo, "022")

@@ -109,9 +109,11 @@ TLineBlock ReadLines(const TZvMemo& memo, int first, int last) {
 
 namespace {
 
-// Lines [from, to) of `list` as an edit text, with the ends between them.
+// Lines [from, to) of `list` as an edit text, with the ends between them; none: empty.
 TEditText Join(const TLineList& list, int from, int to) {
     TEditText text;
+    if (from >= to)
+        return text; // one empty row
     text.Rows.clear();
     text.Rows.reserve(static_cast<std::size_t>(to - from));
     text.Ends.reserve(static_cast<std::size_t>(std::max(to - from - 1, 0)));
@@ -190,6 +192,8 @@ int WriteLines(TZvMemo& memo, const TLineBlock& block, const TLineList& result,
             text = std::move(gap);
         }
     }
+    if (from == to && text.Empty())
+        return -1; // an empty line removed from an empty document
     const TZvPos caret = memo.Caret();
     memo.Change(from, to, text, std::move(record), caret);
     const int rowsBefore = block.LineRows.back() - block.FirstRow;
@@ -213,20 +217,25 @@ bool MayChangeText(const TZvMemo& memo) {
     return !memo.FReadOnly && !memo.FHexView && memo.CanEdit();
 }
 
-bool RunLineCommand(TZvMemo& memo, bool caretLineOnly, std::unique_ptr<TSelUndo> record,
-                    const TLineEdit& edit) {
+int RunLineCommandOn(TZvMemo& memo, int first, int last, std::unique_ptr<TSelUndo> record,
+                     const TLineEdit& edit) {
     if (!MayChangeText(memo))
-        return false;
-    int first = 0, last = 0;
-    CommandRows(memo, caretLineOnly, first, last);
+        return -1;
     const TLineBlock block = ReadLines(memo, first, last);
     TLineList result;
     edit(block.Old, result);
+    if (memo.HasSelection())
+        record->SetSelection(memo, memo.SelStart(), memo.SelEnd());
+    return WriteLines(memo, block, result, std::move(record));
+}
+
+bool RunLineCommand(TZvMemo& memo, bool caretLineOnly, std::unique_ptr<TSelUndo> record,
+                    const TLineEdit& edit) {
+    int first = 0, last = 0;
+    CommandRows(memo, caretLineOnly, first, last);
     const bool selected = memo.HasSelection();
     const TZvPos caret = memo.Caret();
-    if (selected)
-        record->SetSelection(memo, memo.SelStart(), memo.SelEnd());
-    const int rows = WriteLines(memo, block, result, std::move(record));
+    const int rows = RunLineCommandOn(memo, first, last, std::move(record), edit);
     if (rows < 0)
         return false;
     SelectLines(memo, first, rows, selected, caret);

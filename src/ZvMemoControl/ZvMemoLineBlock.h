@@ -78,9 +78,14 @@ bool MayChangeText(const TZvMemo& memo);
 // The body of a line command: fills `result` from `lines` (the lines it works on).
 using TLineEdit = std::function<void(const TLineList& lines, TLineList& result)>;
 
-// Runs a line command: reads its lines (CommandRows), lets `edit` make the result and writes
-// it as one step recorded by `record`. A selection afterwards covers the changed lines whole;
-// without one the caret stays where it was. False when refused or nothing changed.
+// Runs a line command on rows first..last (whole logical lines): `edit` makes the result from
+// the lines, which is written as one step recorded by `record` (with the selection as it
+// was). Returns the rows the lines take afterwards, or -1 when refused or nothing changed.
+int RunLineCommandOn(TZvMemo& memo, int first, int last, std::unique_ptr<TSelUndo> record,
+                     const TLineEdit& edit);
+
+// The same on the command's rows (CommandRows); a selection afterwards covers the changed
+// lines whole, without one the caret stays where it was. False when refused or unchanged.
 bool RunLineCommand(TZvMemo& memo, bool caretLineOnly, std::unique_ptr<TSelUndo> record,
                     const TLineEdit& edit);
 
