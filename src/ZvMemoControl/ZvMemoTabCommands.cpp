@@ -6,6 +6,9 @@
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "ZvMemoControl/ZvUniUtils.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace zv {
 
 namespace {
@@ -68,27 +71,38 @@ template <typename Drop> bool RemoveUnits(TZvMemo& memo, Drop drop) {
                           });
 }
 
+// A blank conversion over the command's lines: `convert` writes a line's new text and
+// returns how many blanks or tabs it replaced, 0 for a line it leaves alone. The counts go
+// to FTabCharsReplaced and FTabCharsChangedLines.
+using TBlankConversion = std::function<int(std::u16string_view line, std::u16string& out)>;
+bool ConvertBlanks(TZvMemo& memo, const TBlankConversion& convert) {
+    int replaced = 0, changedLines = 0;
+    const bool changed = RunLineCommand(
+        memo, false, std::make_unique<TReplaceAllUndo>(),
+        [&](const TLineList& lines, TLineList& result) {
+            MapLines(lines, result, [&](std::u16string_view line, std::u16string& out) {
+                const int n = convert(line, out);
+                replaced += n;
+                changedLines += n > 0;
+                return n > 0;
+            });
+        });
+    memo.FTabCharsReplaced = replaced;
+    memo.FTabCharsChangedLines = changedLines;
+    return changed;
+}
+
 } // namespace
 
 bool TZvMemo::acnConvertTabsToSpaces(bool) {
     const int tab = std::max(FTabSize, 1);
-    int replaced = 0, changedLines = 0;
-    const bool changed = RunLineCommand(
-        *this, false, std::make_unique<TReplaceAllUndo>(),
-        [&](const TLineList& lines, TLineList& result) {
-            MapLines(lines, result, [&](std::u16string_view line, std::u16string& out) {
-                if (line.find(u'\t') == line.npos)
-                    return false;
-                for (char16_t c : line)
-                    replaced += c == u'\t';
-                ++changedLines;
-                out.assign(line);
-                WConvertTabToSpace(out, tab, u' ');
-                return true;
-            });
-        });
-    FTabCharsReplaced = replaced;
-    FTabCharsChangedLines = changedLines;
+    const bool changed = ConvertBlanks(*this, [tab](std::u16string_view line, std::u16string& out) {
+        if (line.find(u'\t') == line.npos)
+            return 0;
+        out.assign(line);
+        WConvertTabToSpace(out, tab, u' ');
+        return static_cast<int>(std::count(line.begin(), line.end(), u'\t'));
+    });
     if (changed)
         FHasTabs = false;
     return changed;
@@ -96,23 +110,12 @@ bool TZvMemo::acnConvertTabsToSpaces(bool) {
 
 bool TZvMemo::acnConvertSpacesToTabs() {
     const int tab = std::max(FTabSize, 1);
-    int replaced = 0, changedLines = 0;
-    const bool changed = RunLineCommand(
-        *this, false, std::make_unique<TReplaceAllUndo>(),
-        [&](const TLineList& lines, TLineList& result) {
-            MapLines(lines, result, [&](std::u16string_view line, std::u16string& out) {
-                if (line.find(u' ') == line.npos)
-                    return false;
-                const int made = SpacesToTabs(line, tab, out);
-                if (out == line)
-                    return false;
-                replaced += made;
-                ++changedLines;
-                return true;
-            });
-        });
-    FTabCharsReplaced = replaced;
-    FTabCharsChangedLines = changedLines;
+    const bool changed = ConvertBlanks(*this, [tab](std::u16string_view line, std::u16string& out) {
+        if (line.find(u' ') == line.npos)
+            return 0;
+        const int made = SpacesToTabs(line, tab, out);
+        return out == line ? 0 : std::max(made, 1);
+    });
     if (changed)
         FHasTabs = true;
     return changed;
