@@ -5,3 +5,6 @@ zv_benchmark(zv_memo_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/LoadSaveBench.
 # Following a log: one round of appended lines into a small and a large followed document.
 zv_benchmark(zv_append_tail_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/AppendTailBench.cpp
   DEPS zv_memo_store)
+# Sorting a million lines against GNU sort on the same lines, and the undo of that sort.
+zv_benchmark(zv_sort_lines_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/SortLinesBench.cpp
+  DEPS zv_memo_edit)

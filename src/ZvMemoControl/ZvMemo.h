@@ -6,6 +6,7 @@
 #pragma once
 
 #include "ZvMemoControl/MemoState.h"
+#include "ZvMemoControl/SuperSort.h"
 #include "ZvMemoControl/TextChange.h"
 #include "ZvMemoControl/ZvMemoEditText.h"
 #include "ZvMemoControl/ZvMemoUndoList.h"
@@ -15,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace zv {
 
@@ -350,6 +352,118 @@ public:
     // end when the caret stands at one; with a selection, the selection.
     bool acnDeleteWord();
     bool acnDeletePreviousWord();
+
+    // ---- Text commands. Unless said otherwise each works on the lines the selection touches
+    // (a selection ending at column 0 of a later row leaves that row alone) or, without one,
+    // on the whole document but the empty row behind a final line end; a changed line ends
+    // up as one row. Each is one undo step and returns false, recording nothing, when refused
+    // (read-only, hex view, the edit test) or when nothing changed. A selection afterwards
+    // covers the changed lines whole.
+
+    // Sorts by the key at columns start..end (1-based, tabs expanded; end <= 0: to the line
+    // end) in code point order, or by the key's leading number; stable. removeDuplicates
+    // drops a line equal to the one before it afterwards.
+    bool acnSort(int start, int end, bool descending, bool ignoreCase, bool numeric,
+                 bool removeDuplicates);
+    bool acnSortSelectedLines();
+    bool acnSortSelectedLinesDesc();
+    bool acnSortSelectedLinesNumeric();
+    bool acnSortSelectedLinesNumericDesc();
+    // Sorts by up to four keys (a later key orders lines all earlier ones left equal), then
+    // applies each key's duplicate filters, then removeDuplicates on whole lines.
+    bool acnAdvancedSort(const std::vector<TSortKey>& keys, bool removeDuplicates);
+    // Removes every line equal to an earlier one; the first stays.
+    bool acnDeleteDuplicateLines();
+
+    // Case of the selection, or without one of the word at the caret, by simple (one to
+    // one) mapping of code points. Capitalize: a letter after a letter, digit or an
+    // apostrophe inside a word goes to lower case, every other letter to title case.
+    bool acnUpperCase();
+    bool acnLowerCase();
+    bool acnInvertCase();
+    bool acnCapitalize();
+
+    // Joins the lines into the first: `all` every line, else the selection's lines, or the
+    // caret's line with the next. Each joined line follows a space unless noSpace;
+    // removeLeading drops its leading blanks; skipBlank leaves out empty lines.
+    bool JoinLines(bool all, bool noSpace, bool removeLeading, bool skipBlank);
+    bool acnJoinLines();
+    bool JoinAllLines();
+    // Cuts lines longer than `column` units with hard line ends, at the last blank at or
+    // before the column (that blank goes), else at the column.
+    bool SplitLinesAtColumn(int column);
+    bool acnSplitLines();         // at FRightMargin
+    bool SplitLines();            // the same
+    bool SplitAllLinesAtMargin(); // every line, selection or not
+    // Removes lines that are empty or only blanks: `all` of the document, else as usual.
+    bool DeleteBlankLines(bool all);
+    bool acnDeleteBlankLines();
+    // Runs of blank lines shrink to one (keepOne) or go.
+    bool acnCompressLines(bool keepOne);
+    // Removes the blank lines at the document's end (its final line end stays).
+    bool acnRemoveTrailingBlankLines();
+    // Strips spaces and tabs from line ends.
+    bool acnRemoveTrailingWhiteSpaces();
+    // Swaps the selection's lines, or the caret's line, with the line above or below; the
+    // selection or caret moves with them.
+    bool MoveLinesUp();
+    bool MoveLinesDown();
+    bool acnMoveLinesUp() { return MoveLinesUp(); }
+    bool acnMoveLinesDown() { return MoveLinesDown(); }
+    // Adds `times` copies of the caret's line (or the selection's lines) below them.
+    bool acnDuplicateLineTimes(int times);
+    // Deletes from the caret to its row's start or end.
+    bool acnDeleteToBeginOfLine();
+    bool acnDeleteToEndOfLine();
+
+    // Tabs to spaces at FTabSize stops, and runs of blanks that reach a stop back to a tab
+    // (a lone space stays a space). Counts go to FTabCharsReplaced and FTabCharsChangedLines.
+    bool acnConvertTabsToSpaces(bool silent = true);
+    bool acnConvertSpacesToTabs();
+    // Removes each character of `list` everywhere.
+    bool acnRemoveCharactersFromText(std::u16string_view list);
+    bool acnRemoveCharacterFromText(char16_t c);
+    // Zero-width spaces, joiners and the byte order mark inside the text.
+    bool acnRemoveZeroWidthSpaces();
+    bool CheckForZeroWidthSpaces() const;
+
+    // Comment marks of the syntax in force, filled by whoever loads it. Line marks may list
+    // several openers separated by "|": the first counts.
+    struct TCommentMarks {
+        std::u16string LineA, LineB, BlockStart, BlockEnd;
+        bool Markup = false; // markup languages comment by block marks only
+    } FCommentMarks;
+    // Comments the selection's lines, or the caret's line: with line marks each line gets
+    // the mark at the block's indent; with block marks (given, markup, or a selection when
+    // the syntax has no line mark) `start` goes before and `end` behind the selection or the
+    // line. Nothing without marks.
+    bool CommentBlock(std::u16string_view start = {}, std::u16string_view end = {});
+    // Removes the marks where the lines carry them.
+    bool UnCommentBlock();
+    // Uncomments when the first line carries the mark, else comments.
+    bool ToggleCommentBlock();
+
+    // Aligns the lines (their text without outer blanks) at the left margin, centred or to
+    // the right within FRightMargin columns.
+    bool acnBlockAlignLeft();
+    bool acnBlockAlignCenter();
+    bool acnBlockAlignRight();
+    // Removes markup tags (from "<" to the next ">"), or puts "<br>" at each line's end.
+    bool acnStripTags();
+    bool acnAddHtmlLineBreaks();
+    // Inserts the local date and time formatted by strftime's `format` at the caret.
+    bool acnInsertDateTime(const std::string& format = "%Y-%m-%d %H:%M:%S");
+    // Words (runs of characters other than white space), lines (the empty row behind a final
+    // line end left out) and characters (code points, line ends left out) of the selection
+    // or the document.
+    struct TWordCount {
+        std::int64_t Words = 0, Lines = 0, Chars = 0;
+    };
+    TWordCount acnWordCount() const;
+
+    std::int32_t FRightMargin = 80;         // column of the right margin
+    std::int32_t FTabCharsReplaced = 0;     // tabs or blank runs the last conversion replaced
+    std::int32_t FTabCharsChangedLines = 0; // lines it changed
 
 private:
     bool IndentLines(bool indent);
