@@ -11,10 +11,12 @@
 namespace zv {
 namespace {
 
-// These never become the action RunLastAction repeats.
+// These never become the action RunLastAction repeats. The menu search is one of them: it
+// is how RunLastAction is reached without a key, and would otherwise only reopen itself.
 bool NeverLast(std::string_view name) {
-    static constexpr std::array<std::string_view, 5> kNames = {
-        "IncrementalSearchAction", "RunLastAction", "CheckMenusAction", "UndoAction", "RedoAction"};
+    static constexpr std::array<std::string_view, 6> kNames = {
+        "IncrementalSearchAction", "RunLastAction", "CheckMenusAction", "UndoAction", "RedoAction",
+        "FindCommandAction"};
     return std::find(kNames.begin(), kNames.end(), name) != kNames.end();
 }
 
