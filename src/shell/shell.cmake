@@ -4,5 +4,5 @@ zv_service_library(zv_shell
           MainFormHelper.cpp DocumentClose.cpp FileMonitor.cpp
           TailKeywords.cpp CrashKeeper.cpp MruList.cpp FileQue.cpp Sessions.cpp
           DocumentMemory.cpp DocumentFileInfo.cpp WindowLayouts.cpp TerminationWatch.cpp MainForm.cpp
-          Startup.cpp
+          Startup.cpp ActionList.cpp KeyMap.cpp
   DEPS zv_common zv_platform zv_ini zv_memo_store zv_styles Qt6::Network pugixml::pugixml)

@@ -109,7 +109,7 @@ public:
     // What an input method asks: caret rectangle and position, the caret's row, the font.
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
-    // Saving on Ctrl+S; returns success. The main window sets it to its save command.
+    // What Save does; returns success. The main window sets it to its save command.
     std::function<bool()> FOnSave;
 
 signals:
@@ -175,8 +175,8 @@ private:
     void UpdateMarks();                    // brace and tag pair at the caret
     TRunPainter& Painter();
     void ApplyZoom();
-    // Tab and Shift+Tab, Ctrl+Backspace and Ctrl+Delete; false for other keys.
-    bool HandleIndentAndWordKeys(QKeyEvent* event);
+    // Tab and Shift+Tab; false for other keys.
+    bool HandleIndentKeys(QKeyEvent* event);
     // Offers a changed non-empty selection as the primary selection.
     void OfferPrimarySelection();
     void PastePrimarySelection(const QPoint& at);

@@ -1,4 +1,4 @@
-// The editor widget's commands beyond plain typing: indentation keys, word deletes, zoom,
+// The editor widget's commands beyond plain typing: indentation keys, zoom,
 // the matching brace, the document's indentation style, and the X primary selection.
 #include "ui/EditorWidget.h"
 
@@ -37,7 +37,7 @@ bool TEditorWidget::focusNextPrevChild(bool next) {
     return FMemo.FWantTab ? false : QAbstractScrollArea::focusNextPrevChild(next);
 }
 
-bool TEditorWidget::HandleIndentAndWordKeys(QKeyEvent* event) {
+bool TEditorWidget::HandleIndentKeys(QKeyEvent* event) {
     const Qt::KeyboardModifiers mods = event->modifiers() & ~Qt::KeypadModifier;
     switch (event->key()) {
     case Qt::Key_Tab:
@@ -52,16 +52,6 @@ bool TEditorWidget::HandleIndentAndWordKeys(QKeyEvent* event) {
         if ((mods & ~Qt::ShiftModifier) != Qt::NoModifier || !FMemo.FWantTab)
             return false;
         FMemo.acnUnIndent();
-        return true;
-    case Qt::Key_Backspace:
-        if (mods != Qt::ControlModifier)
-            return false;
-        FMemo.acnDeletePreviousWord();
-        return true;
-    case Qt::Key_Delete:
-        if (mods != Qt::ControlModifier)
-            return false;
-        FMemo.acnDeleteWord();
         return true;
     default:
         return false;

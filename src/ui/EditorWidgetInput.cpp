@@ -79,28 +79,15 @@ bool TEditorWidget::HandleMoveKey(QKeyEvent* event) {
 }
 
 bool TEditorWidget::HandleCommandKey(QKeyEvent* event) {
-    if (event == QKeySequence::Undo)
-        FMemo.acnUndo();
-    else if (event == QKeySequence::Redo ||
-             (event->key() == Qt::Key_Y && event->modifiers() == Qt::ControlModifier))
-        FMemo.acnRedo();
-    else if (event == QKeySequence::Copy)
-        FMemo.acnCopy();
-    else if (event == QKeySequence::Cut)
-        FMemo.acnCut();
-    else if (event == QKeySequence::Paste)
-        FMemo.acnPaste();
-    else if (event == QKeySequence::SelectAll)
-        FMemo.acnSelectAll();
-    else if (event == QKeySequence::Save)
-        Save();
-    else if (event->key() == Qt::Key_Insert && event->modifiers() == Qt::NoModifier)
-        FMemo.acnToggleOverwrite();
-    else if (HandleIndentAndWordKeys(event))
+    // Undo, clipboard, save and the other commands are the window's actions, whose
+    // shortcuts the key map gives; these keys are typing. With Ctrl or Alt, Backspace and
+    // Delete are left to the actions too (a chord nobody holds does nothing).
+    const bool chord = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
+    if (HandleIndentKeys(event))
         return true;
-    else if (event->key() == Qt::Key_Backspace)
+    if (event->key() == Qt::Key_Backspace && !chord)
         FMemo.Backspace();
-    else if (event->key() == Qt::Key_Delete)
+    else if (event->key() == Qt::Key_Delete && !chord)
         FMemo.acnDelete();
     else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         FMemo.EnterPress();

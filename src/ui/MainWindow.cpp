@@ -20,6 +20,7 @@
 #include <QMenuBar>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
 
 #include <utility>
 
@@ -47,9 +48,9 @@ TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
     FCloser = new TTabCloser(*FTabs->tabBar());
     connect(FCloser, &TTabCloser::closeRequested, this, &TMainWindow::CloseTabClick);
     connect(FTabs, &QTabWidget::currentChanged, this, &TMainWindow::TabChanged);
-    CreateMenus();
-    CreateEditMenus();
     CreateStatusBar();
+    CreateActions();
+    CreateMenuBar();
     resize(1000, 700);
     FHelper.SetListener(this);
     FHelper.FOnAskSaveAs = [this](const TDocument& doc) { return AskSaveAs(doc); };
@@ -63,26 +64,6 @@ TMainWindow::~TMainWindow() {
     // what they signal then must not reach it.
     for (QObject* child : findChildren<QObject*>())
         child->disconnect(this);
-}
-
-void TMainWindow::CreateMenus() {
-    QMenu* file = menuBar()->addMenu(tr("&File"));
-    file->addAction(tr("&New"), QKeySequence::New, this, [this] { FHelper.NewDocument(); });
-    file->addAction(tr("&Open..."), QKeySequence::Open, this, &TMainWindow::OpenFileClick);
-    file->addAction(tr("&Save"), QKeySequence::Save, this, &TMainWindow::SaveClick);
-    file->addAction(tr("Save &As..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), this,
-                    [this] { FHelper.SaveFileAs(); });
-    file->addAction(tr("Save A&ll"), this, [this] { FHelper.SaveAllFiles(); });
-    CreateFileExtras(file);
-    CreateMemoryMenus(file);
-    file->addSeparator();
-    file->addAction(tr("&Close"), QKeySequence(Qt::CTRL | Qt::Key_W), this,
-                    [this] { CloseTabClick(FTabs->currentIndex()); });
-    file->addAction(tr("Close A&ll"), this, [this] { FHelper.CloseAllDocumentTabs(); });
-    file->addAction(tr("Close &Others"), this,
-                    [this] { FHelper.CloseAllDocumentTabs(FTabs->currentIndex()); });
-    file->addSeparator();
-    file->addAction(tr("E&xit"), QKeySequence::Quit, this, &QWidget::close);
 }
 
 void TMainWindow::closeEvent(QCloseEvent* event) {
@@ -137,6 +118,8 @@ TEditorWidget* TMainWindow::ActiveEditor() const {
 
 void TMainWindow::AttachForm(TMainForm& form) {
     FForm = &form;
+    // The key map waits until the window is up, as the start-up's other data does.
+    QTimer::singleShot(TMainForm::kParamsDelayMs, this, &TMainWindow::LoadKeyMap);
     connect(&form, &TMainForm::pasteRequested, this, &TMainWindow::PasteHandedOver);
     // A hidden tab bar lays its tabs out once, when it shows again: a batch of 500 files
     // would otherwise lay out all tabs for each one added.
@@ -211,6 +194,9 @@ void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {
             UpdateStatus();
     });
     connect(&editor, &TEditorWidget::TextChanged, this, [this] { KeepUnsavedText(); });
+    editor.setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(&editor, &QWidget::customContextMenuRequested, this,
+            [this, &editor](const QPoint& at) { ShowEditorMenu(editor, at); });
     editor.FOnSave = [this, &doc] { return FHelper.SaveFile(&doc); };
     editor.FOnRowStyle = [this, &doc](std::u16string_view row) -> const TCharStyle* {
         if (!doc.FMonitored)

@@ -17,10 +17,13 @@
 class QLabel;
 class QMenu;
 class QTabWidget;
+class QToolBar;
 
 namespace zv {
 
+class TMenuSearchForm;
 class TTabCloser;
+class TWindowActions;
 
 class TEditorWidget;
 class TTailKeywords;
@@ -71,18 +74,36 @@ public:
     TWindowLayouts Layouts() const;
     TEditorWidget* ActiveEditor() const;
 
+    // Every command of the window as an action: menus, toolbar, editor menu and shortcuts.
+    TWindowActions& Actions() { return *FActions; }
+    // True when an editor of this window has the focus (or the window itself, with an
+    // active editor to take its commands): what editing commands need to be enabled.
+    bool HasTextMemoFocus() const;
+    // Reads the key map file of the data root (writing it first from the built-in
+    // shortcuts when it is missing) and binds the shortcuts it gives.
+    void LoadKeyMap();
+    // The command palette (null until first opened).
+    TMenuSearchForm* MenuSearch() const { return FMenuSearch; }
+
     // The status bar's texts: caret position, encoding, line ends, typing mode.
     QString StatusPosition() const;
     QString StatusEncoding() const;
     QString StatusMode() const; // typing mode, read-only, modified, syntax
 
 private:
-    void CreateMenus();
-    // File > Reopen with encoding (every code page this system converts) and Save Copy As.
+    // The actions (MainWindowActions.cpp), then the menus and the toolbar that show them.
+    void CreateActions();
+    void CreateMenuBar();
+    void ShowEditorMenu(TEditorWidget& editor, const QPoint& at);
+    void OpenMenuSearch();
+    void OpenKeyDialog();
+    // File > Reopen with encoding (every code page this system converts).
     void CreateFileExtras(QMenu* file);
-    void CreateEditMenus();
-    // File > Recent files and Recently closed, and the Sessions menu with window layouts.
+    void SaveCopyAsClick();
+    // File > Recent files and Recently closed.
     void CreateMemoryMenus(QMenu* file);
+    // The Sessions menu: save, open and delete sessions, and window layouts.
+    void CreateSessionMenu(QMenu& sessions);
     void FillLayoutMenu(QMenu* menu);
     void FillRecentMenu(QMenu* menu, bool closed);
     void FillSessionMenu(QMenu* menu, bool remove);
@@ -135,6 +156,9 @@ private:
     QLabel* FStatusEncoding = nullptr;
     QLabel* FStatusLineEnds = nullptr;
     QLabel* FStatusMode = nullptr;
+    TWindowActions* FActions = nullptr; // a child, made first
+    QToolBar* FToolBar = nullptr;
+    TMenuSearchForm* FMenuSearch = nullptr; // a child, made when first opened
 
     std::shared_ptr<const TTailKeywords> FTailKeywords; // made on the first followed line
 };

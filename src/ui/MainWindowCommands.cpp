@@ -1,5 +1,4 @@
-// The main window's editing and view commands (each an action named as the key map names
-// it) and its status bar.
+// The main window's switching between documents and its status bar.
 #include "ui/MainWindow.h"
 
 #include "ZvMemoControl/CodePages.h"
@@ -26,67 +25,11 @@ QString Lang(const char* section, const char* key, const char* fallback) {
     return QString::fromStdString(LangText(section, key, fallback));
 }
 
-// An action named `name` in `menu`, with its shortcuts, calling `slot`.
-QAction* AddAction(QMenu* menu, const char* name, const QString& caption,
-                   const QList<QKeySequence>& keys, const std::function<void()>& slot) {
-    QAction* action = menu->addAction(caption);
-    action->setObjectName(QString::fromLatin1(name));
-    action->setShortcuts(keys);
-    QObject::connect(action, &QAction::triggered, action, slot);
-    return action;
-}
-
 } // namespace
 
 void TMainWindow::OnActiveEditor(const std::function<void(TEditorWidget&)>& command) {
     if (TEditorWidget* editor = ActiveEditor())
         command(*editor);
-}
-
-void TMainWindow::CreateEditMenus() {
-    using E = TEditorWidget;
-    const auto on = [this](void (*command)(E&)) {
-        return [this, command] { OnActiveEditor(command); };
-    };
-    struct TMemoCommand {
-        const char* Name;
-        const char* Caption;
-        bool (TZvMemo::*Command)();
-    };
-    static constexpr TMemoCommand kEdit[] = {
-        {"IndentAction", "&Indent", &TZvMemo::acnIndent},
-        {"UnIndentAction", "&Unindent", &TZvMemo::acnUnIndent},
-        {"DeleteWordAction", "Delete &word", &TZvMemo::acnDeleteWord},
-        {"DeletePrevWordAction", "Delete &previous word", &TZvMemo::acnDeletePreviousWord},
-    };
-    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
-    for (const TMemoCommand& c : kEdit)
-        AddAction(edit, c.Name, tr(c.Caption), {}, [this, command = c.Command] {
-            OnActiveEditor([command](E& e) { e.Run([command](TZvMemo& m) { (m.*command)(); }); });
-        });
-
-    QMenu* search = menuBar()->addMenu(tr("&Search"));
-    AddAction(search, "MatchingBraceAction", tr("&Matching brace"),
-              {QKeySequence(Qt::CTRL | Qt::Key_B)}, on([](E& e) { e.GoToMatchingBrace(); }));
-
-    QMenu* view = menuBar()->addMenu(tr("&View"));
-    AddAction(view, "ZoomInAction", tr("Zoom &in"),
-              {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)},
-              on([](E& e) { e.ZoomIn(); }));
-    AddAction(view, "ZoomOutAction", tr("Zoom &out"), {QKeySequence(Qt::CTRL | Qt::Key_Minus)},
-              on([](E& e) { e.ZoomOut(); }));
-    AddAction(view, "ZoomResetAction", tr("&Reset zoom"), {QKeySequence(Qt::CTRL | Qt::Key_0)},
-              on([](E& e) { e.ZoomReset(); }));
-
-    QMenu* window = menuBar()->addMenu(tr("&Window"));
-    AddAction(window, "NextEditorTabAction", tr("&Next document"),
-              {QKeySequence(Qt::CTRL | Qt::Key_Tab), QKeySequence(Qt::CTRL | Qt::Key_PageDown)},
-              [this] { SwitchTab(1); });
-    AddAction(window, "PreviousEditorTabAction", tr("&Previous document"),
-              {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab),
-               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab),
-               QKeySequence(Qt::CTRL | Qt::Key_PageUp)},
-              [this] { SwitchTab(-1); });
 }
 
 void TMainWindow::SwitchTab(int step) {

@@ -32,7 +32,7 @@ QStringList DroppedFiles(const QMimeData* data) {
 
 void TMainWindow::CreateFileExtras(QMenu* file) {
     QMenu* reopen = file->addMenu(tr("Reopen with &encoding"));
-    reopen->setObjectName(QStringLiteral("ReOpenFileAction"));
+    reopen->setObjectName(QStringLiteral("ReopenEncodingMenu"));
     for (const TCodePageInfo& page : KnownCodePages()) {
         if (!IsCodePageSupported(page.CodePage))
             continue;
@@ -42,15 +42,15 @@ void TMainWindow::CreateFileExtras(QMenu* file) {
                 FHelper.ReopenWithEncoding(*doc, cp);
         });
     }
-    QAction* copy = file->addAction(tr("Save &Copy As..."), this, [this] {
-        TDocument* doc = FHelper.ActiveDocument();
-        if (!doc)
-            return;
-        const QString name = QFileDialog::getSaveFileName(this, tr("Save Copy As"));
-        if (!name.isEmpty())
-            FHelper.SaveFileCopy(*doc, name.toStdString());
-    });
-    copy->setObjectName(QStringLiteral("SaveCopyAsAction"));
+}
+
+void TMainWindow::SaveCopyAsClick() {
+    TDocument* doc = FHelper.ActiveDocument();
+    if (!doc)
+        return;
+    const QString name = QFileDialog::getSaveFileName(this, tr("Save Copy As"));
+    if (!name.isEmpty())
+        FHelper.SaveFileCopy(*doc, name.toStdString());
 }
 
 void TMainWindow::dragEnterEvent(QDragEnterEvent* event) {

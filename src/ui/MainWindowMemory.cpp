@@ -5,6 +5,7 @@
 #include "shell/DocumentMemory.h"
 #include "shell/Language.h"
 #include "shell/RootFolder.h"
+#include "ui/Actions.h"
 #include "ui/EditorWidget.h"
 
 #include <QInputDialog>
@@ -48,18 +49,17 @@ void TMainWindow::CreateMemoryMenus(QMenu* file) {
     QMenu* closed = file->addMenu(tr("Recently c&losed"));
     closed->setObjectName(QStringLiteral("RecentlyClosedMenu"));
     connect(closed, &QMenu::aboutToShow, this, [this, closed] { FillRecentMenu(closed, true); });
+}
 
-    QMenu* sessions = menuBar()->addMenu(tr("Sess&ions"));
-    sessions->setObjectName(QStringLiteral("SessionsMenu"));
-    sessions->addAction(tr("&Save session..."), this, &TMainWindow::SaveSessionClick)
-        ->setObjectName(QStringLiteral("SaveSessionAction"));
-    QMenu* open = sessions->addMenu(tr("&Open session"));
+void TMainWindow::CreateSessionMenu(QMenu& sessions) {
+    FActions->AddTo(sessions, {"SaveSessionAction"});
+    QMenu* open = sessions.addMenu(tr("&Open session"));
     open->setObjectName(QStringLiteral("OpenSessionMenu"));
     connect(open, &QMenu::aboutToShow, this, [this, open] { FillSessionMenu(open, false); });
-    QMenu* remove = sessions->addMenu(tr("&Delete session"));
+    QMenu* remove = sessions.addMenu(tr("&Delete session"));
     remove->setObjectName(QStringLiteral("DeleteSessionMenu"));
     connect(remove, &QMenu::aboutToShow, this, [this, remove] { FillSessionMenu(remove, true); });
-    QMenu* layouts = sessions->addMenu(tr("Window &layouts"));
+    QMenu* layouts = sessions.addMenu(tr("Window &layouts"));
     layouts->setObjectName(QStringLiteral("LayoutsMenu"));
     connect(layouts, &QMenu::aboutToShow, this, [this, layouts] { FillLayoutMenu(layouts); });
 }

@@ -59,20 +59,9 @@ protected:
         own = zvtest::ShownWindow(helper);
     }
     zv::TEditorWidget& Open(const std::string& name, const std::string& bytes) {
-        zvtest::WriteAll(dir / name, bytes);
-        zv::TLoadFileArgs args;
-        args.FileName = (dir / name).string();
-        EXPECT_TRUE(helper.LoadFile(args));
-        zv::TEditorWidget& editor = *Win().ActiveEditor();
-        editor.setFocus();
-        return editor;
+        return zvtest::OpenInWindow(helper, Win(), dir / name, bytes);
     }
-    static std::string Text(const zv::TEditorWidget& editor) {
-        std::string text;
-        for (int row = 0; row < editor.Memo().RowCount(); ++row)
-            text += (row > 0 ? "\n" : "") + Utf8(editor.Memo().RowText(row));
-        return text;
-    }
+    static std::string Text(const zv::TEditorWidget& editor) { return zvtest::EditorText(editor); }
     zvtest::TTempDir temp{"zv-keys"};
     const fs::path dir = temp.Path();
     TScriptedPrompt prompt;

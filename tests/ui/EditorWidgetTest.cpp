@@ -1,6 +1,6 @@
-// The editor widget off screen, driven by QTest key and mouse events: typing, moving,
-// selecting, clipboard, undo and redo, drag and drop inside the widget, saving, and the
-// modified signal.
+// The editor widget off screen, driven by QTest key and mouse events (typing, moving,
+// selecting, drag and drop inside the widget) and by the commands the window's actions run
+// (clipboard, undo and redo, saving), and the modified signal.
 #include "ui/EditorWidget.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "support/ZvTestSupport.h"
@@ -36,6 +36,10 @@ protected:
         widget.SetLines(&lines);
     }
     std::u16string Text() const { return lines.GetTextWithLinefeeds(); }
+    // A command as the window's action runs it (their keys belong to the window).
+    void Command(void (zv::TZvMemo::*command)()) {
+        widget.Run([command](zv::TZvMemo& memo) { (memo.*command)(); });
+    }
     QPoint PointOf(int x, int y) {
         // The middle of the cell in front of which column x stands.
         const auto& memo = widget.Memo();
@@ -60,10 +64,10 @@ TEST_F(EditorWidgetTest, TypingEnterBackspaceUndoRedoAndShiftSelect) {
     QTest::keyClick(&widget, Qt::Key_Backspace);
     EXPECT_EQ(Text(), u"hello!!\n\nworld");
     EXPECT_EQ(widget.CaretRow(), 1);
-    QTest::keyClick(&widget, Qt::Key_Z, Qt::ControlModifier);
-    QTest::keyClick(&widget, Qt::Key_Z, Qt::ControlModifier);
+    Command(&zv::TZvMemo::acnUndo);
+    Command(&zv::TZvMemo::acnUndo);
     EXPECT_EQ(Text(), u"hello\nworld");
-    QTest::keyClick(&widget, Qt::Key_Y, Qt::ControlModifier);
+    Command(&zv::TZvMemo::acnRedo);
     EXPECT_EQ(Text(), u"hello!!\nx\nworld");
     QTest::keyClick(&widget, Qt::Key_Home);
     QTest::keyClick(&widget, Qt::Key_Right, Qt::ShiftModifier);
@@ -89,25 +93,25 @@ TEST_F(EditorWidgetTest, HomeGoesToTheFirstNonBlankOrTheLineStartAsTheOptionSays
 
 TEST_F(EditorWidgetTest, ClipboardCopyCutPasteUseLfText) {
     Load("one\ntwo");
-    QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(&widget, Qt::Key_C, Qt::ControlModifier);
+    Command(&zv::TZvMemo::acnSelectAll);
+    Command(&zv::TZvMemo::acnCopy);
     EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "one\ntwo");
-    QTest::keyClick(&widget, Qt::Key_X, Qt::ControlModifier);
+    Command(&zv::TZvMemo::acnCut);
     EXPECT_EQ(Text(), u"");
-    QTest::keyClick(&widget, Qt::Key_V, Qt::ControlModifier);
-    QTest::keyClick(&widget, Qt::Key_V, Qt::ControlModifier);
+    Command(&zv::TZvMemo::acnPaste);
+    Command(&zv::TZvMemo::acnPaste);
     EXPECT_EQ(Text(), u"one\ntwoone\ntwo");
 }
 
 TEST_F(EditorWidgetTest, WholeLineMarkTravelsInThePrivateMimeType) {
     Load("first\nsecond");
     widget.Memo().FCopyLineToClipboard = true;
-    QTest::keyClick(&widget, Qt::Key_C, Qt::ControlModifier);
+    Command(&zv::TZvMemo::acnCopy);
     const QMimeData* data = QApplication::clipboard()->mimeData();
     ASSERT_TRUE(data);
     EXPECT_TRUE(data->hasFormat(zv::kWholeLineMime));
     QTest::keyClick(&widget, Qt::Key_Down);
-    QTest::keyClick(&widget, Qt::Key_V, Qt::ControlModifier);
+    Command(&zv::TZvMemo::acnPaste);
     EXPECT_EQ(Text(), u"first\nfirst\nsecond");
 }
 
@@ -140,7 +144,7 @@ TEST_F(EditorWidgetTest, DropsCopyFromOutsideAndMoveTheOwnSelection) {
     widget.Memo().SetSelection({0, 0}, {3, 0});
     ASSERT_TRUE(widget.Memo().DropText(7, 0, widget.Memo().GetSelection(), true));
     EXPECT_EQ(Text(), u" defabc");
-    QTest::keyClick(&widget, Qt::Key_Z, Qt::ControlModifier);
+    Command(&zv::TZvMemo::acnUndo);
     EXPECT_EQ(Text(), u"abc def");
 }
 
@@ -156,10 +160,10 @@ TEST_F(EditorWidgetTest, InputMethodCommitTypesText) {
     EXPECT_EQ(widget.inputMethodQuery(Qt::ImCursorPosition).toInt(), 1);
 }
 
-// Ctrl+S writes through the codec: the file's encoding, BOM and line ends stay. The
+// Saving writes through the codec: the file's encoding, BOM and line ends stay. The
 // modified signal follows the saved state: a key and Backspace that give the saved text
 // back, or an undo to it, leave the document unmodified.
-TEST_F(EditorWidgetTest, CtrlSKeepsTheFilesEncodingAndTheSignalFollowsTheSavedState) {
+TEST_F(EditorWidgetTest, SaveKeepsTheFilesEncodingAndTheSignalFollowsTheSavedState) {
     zvtest::TTempDir dir("zv-editor");
     const std::string path = (dir / "u16.txt").string();
     const auto utf16le = [](std::u16string_view s) {
@@ -179,11 +183,11 @@ TEST_F(EditorWidgetTest, CtrlSKeepsTheFilesEncodingAndTheSignalFollowsTheSavedSt
     QTest::keyClick(&widget, Qt::Key_Backspace);
     EXPECT_FALSE(widget.IsModified());
     QTest::keyClicks(&widget, "new ");
-    QTest::keyClick(&widget, Qt::Key_S, Qt::ControlModifier);
+    widget.Save();
     EXPECT_FALSE(widget.IsModified());
     EXPECT_EQ(zvtest::ReadAll(path), utf16le(u"\u00e9t\u00e9\r\nnew line\r\n"));
     QTest::keyClicks(&widget, "c");
-    QTest::keyClick(&widget, Qt::Key_Z, Qt::ControlModifier);
+    Command(&zv::TZvMemo::acnUndo);
     EXPECT_FALSE(widget.IsModified());
     EXPECT_EQ(spy.count(), 6);
     for (int i = 0; i < spy.count(); ++i)

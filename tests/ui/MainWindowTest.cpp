@@ -84,6 +84,8 @@ TEST_F(MainWindowTest, ModifiedMarkFollowsTheEditorUntilSaved) {
     ASSERT_TRUE(Load(path));
     zv::TMainWindow window(helper);
     window.show();
+    QApplication::setActiveWindow(&window); // shortcuts reach the active window only
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     window.DocumentAdded(*helper.Documents()[0]);
     EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt") << "no mnemonic from the name";
     auto* editor = window.EditorAt(0);

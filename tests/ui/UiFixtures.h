@@ -5,6 +5,7 @@
 #include "platform/Prompt.h"
 #include "shell/MainFormHelper.h"
 #include "support/ZvTestSupport.h"
+#include "ui/EditorWidget.h"
 #include "ui/MainWindow.h"
 
 #include <QApplication>
@@ -46,6 +47,31 @@ inline std::unique_ptr<zv::TMainWindow> ShownWindow(zv::TMainFormHelper& helper)
     QApplication::setActiveWindow(window.get());
     EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
     return window;
+}
+
+// Writes `bytes` to `file`, opens it in the window as the user's open does, and gives its
+// editor the focus.
+inline zv::TEditorWidget& OpenInWindow(zv::TMainFormHelper& helper, zv::TMainWindow& window,
+                                       const std::filesystem::path& file,
+                                       const std::string& bytes) {
+    WriteAll(file, bytes);
+    zv::TLoadFileArgs args;
+    args.FileName = file.string();
+    EXPECT_TRUE(helper.LoadFile(args));
+    zv::TEditorWidget& editor = *window.ActiveEditor();
+    editor.setFocus();
+    return editor;
+}
+
+// The editor's rows joined by LF, in UTF-8.
+inline std::string EditorText(const zv::TEditorWidget& editor) {
+    std::string text;
+    for (int row = 0; row < editor.Memo().RowCount(); ++row) {
+        const std::u16string_view line = editor.Memo().RowText(row);
+        text += (row > 0 ? "\n" : "") +
+                QString::fromUtf16(line.data(), static_cast<qsizetype>(line.size())).toStdString();
+    }
+    return text;
 }
 
 } // namespace zvtest
