@@ -77,41 +77,6 @@ TEST(BackgroundThread, SweepsTheDocumentAndReportsIt) {
     d.ExpectStatesFresh("rescanned");
 }
 
-TEST(BackgroundThread, EditsWhileTheThreadSweepsEndInFreshStates) {
-    std::mt19937 rng(7);
-    TScanDoc d("c", Program(6000)); // over 5,000 rows: the sweep rests, giving the rows up
-    TCountingHost host;
-    TBackgroundThread thread(*d.Scanner, host.Callbacks, kFast);
-    thread.SuspendThread(false);
-    const std::u16string pieces[] = {u"/* ", u" */", u"\"", u"// ", u"{", u"int "};
-    for (int edit = 0; edit < 300; ++edit) {
-        if (edit % 7 == 6) { // a rescan request alone needs no pause and is never lost
-            d.Scanner->ClearLineStylesFrom(int(rng() % d.Store.Count()));
-            continue;
-        }
-        thread.SuspendThread(true); // returns once the thread no longer reads rows
-        const int row = int(rng() % d.Store.Count());
-        if (edit % 10 == 9)
-            d.Store.Insert(row, u"/* new row");
-        else if (edit % 10 == 4 && d.Store.Count() > 1)
-            d.Store.Delete(row);
-        else
-            d.Store.InsertAt(row, pieces[rng() % 6], 1);
-        d.Scanner->ClearLineStylesFrom(row);
-        d.Scanner->InvalidateLine(row);
-        if (edit % 3 == 0)
-            d.Scanner->GetUpStyle(int(rng() % d.Store.Count()));
-        thread.SuspendThread(false);
-        if (edit % 50 == 0)
-            std::this_thread::sleep_for(2ms); // let a sweep get under way
-    }
-    ASSERT_TRUE(thread.WaitComplete(30s));
-    thread.SuspendThread(true);
-    d.ExpectStatesFresh("after edits");
-    thread.SuspendThread(false);
-    thread.StopBackgroundThread(true);
-}
-
 TEST(BackgroundThread, PauseHoldsTheThreadOffTheRows) {
     TScanDoc d("c", Program(2000));
     TCountingHost host;
