@@ -1,5 +1,6 @@
 // Engine time of one keystroke (a typed character, Enter, Backspace joining two rows) at
-// the start, middle and end of a 10-million-row document, the same with every keystroke at
+// the start, middle and end of a 10-million-row document shown in two views (the change
+// record goes to both, and the second view's caret and selection follow it), the same with every keystroke at
 // the other end from the last, and the undo of one edit that replaced a million rows. Only
 // the edit is timed; each is taken back untimed.
 #include "ZvMemoControl/ZvMemo.h"
@@ -27,9 +28,12 @@ struct TDoc {
         memo.SetLines(&lines);
         lines.LoadFromBytes(text);
         memo.SetLines(&lines);
+        other.SetDocument(memo.SharedDocument());
+        other.SetSelection({0, rows / 3}, {4, rows / 3 + 2});
     }
     zv::TZvMemoStrings lines;
     zv::TZvMemo memo;
+    zv::TZvMemo other; // the second view
 };
 
 TDoc& BigDoc() {
