@@ -114,20 +114,22 @@ void TMainForm::FormShow(const std::vector<std::string>& argv) {
 
 void TMainForm::OfferCrashSession() {
     if (FCrash->HasSession()) {
-        FCrash->Hold(true); // the kept texts wait for the answer, whatever happens meanwhile
         const std::string text =
             LangText("Messages", "134",
                      "Zevrit did not end properly. Restore the unsaved text of its documents?");
-        const bool restore = FHelper.Prompt("Zevrit", text, pfYesNo, prYes) == prYes;
-        FCrash->Hold(false);
-        if (!restore || FCrash->Restore() == 0)
-            FCrash->Clear();
+        if (FHelper.Prompt("Zevrit", text, pfYesNo, prYes) == prYes && FCrash->Restore() > 0) {
+            // Kept again by this run before the former run's copies go.
+            FCrash->WriteNow();
+            FCrash->WaitWritten();
+        }
+        FCrash->DropFormerSessions();
     }
     // A logout or `kill` asks nothing: the unsaved text is kept for the next start.
     FTermination = std::make_unique<TTerminationWatch>([this](int signal) {
         Trace("TerminationSignal() - " + std::to_string(signal));
         FTerminated = true;
         FCrash->WriteNow();
+        FCrash->WaitWritten();
         if (FMemory)
             FMemory->KeepOpenDocuments();
         QCoreApplication::exit(0);

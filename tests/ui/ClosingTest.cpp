@@ -6,6 +6,7 @@
 #include "common/Utf.h"
 #include "platform/Prompt.h"
 #include "shell/CrashKeeper.h"
+#include "shell/MainForm.h"
 #include "shell/MainFormHelper.h"
 #include "support/ZvTestSupport.h"
 #include "ui/EditorWidget.h"
@@ -241,11 +242,20 @@ TEST_F(ClosingTest, ASaveNeverOverwritesAChangeOnDiskUnseen) {
 }
 
 // Unsaved text survives a kill: within two seconds of the edits the crash session holds the
-// exact text of every modified document, named or new, and a new run restores each one,
-// modified, with its encoding and caret, without writing any file.
-TEST_F(ClosingTest, UnsavedTextIsKeptWithinTwoSecondsAndRestoredExactly) {
-    const fs::path crash = dir / "Crash";
-    zv::TCrashKeeper keeper(helper, crash);
+// exact text of every modified document, named or new; another window of the same root
+// neither offers nor clears it while this one runs; and the next start asks "134" and
+// restores each text, modified, with its encoding and caret, without writing any file.
+TEST_F(ClosingTest, UnsavedTextIsKeptWithinTwoSecondsAndRestoredAtTheNextStart) {
+    const fs::path root = dir / "root";
+    fs::create_directories(root / "Data");
+    const std::string formerRoot = std::getenv("ZEVRIT_ROOT") ? std::getenv("ZEVRIT_ROOT") : "";
+    ::setenv("ZEVRIT_ROOT", root.c_str(), 1);
+    struct TRootBack {
+        std::string Root;
+        ~TRootBack() { ::setenv("ZEVRIT_ROOT", Root.c_str(), 1); }
+    } rootBack{formerRoot};
+    const fs::path crash = root / "Data" / "Crash";
+    auto keeper = std::make_unique<zv::TCrashKeeper>(helper, crash);
     zv::TEditorWidget& latin = Open("latin.txt", "caf\xE9\r\nline two\r\n");
     latin.Memo().SetTextCursor(0, 1);
     QTest::keyClicks(&latin, "new ");
@@ -254,20 +264,35 @@ TEST_F(ClosingTest, UnsavedTextIsKeptWithinTwoSecondsAndRestoredExactly) {
     QTest::keyClicks(&blank, "never saved");
     for (const auto& doc : helper.Documents())
         ASSERT_TRUE(doc->Modified());
-    keeper.TextChanged();
+    keeper->TextChanged();
     QTest::qWait(zv::TCrashKeeper::kDelayMs + 300);
-    ASSERT_TRUE(keeper.HasSession()) << "written within two seconds of the edit";
-    EXPECT_EQ(fs::status(crash / "Crash.ini").permissions() & fs::perms::all,
+    keeper->WaitWritten();
+    const fs::path kept = keeper->Folder() / "Crash.ini";
+    ASSERT_TRUE(fs::exists(kept)) << "written within two seconds of the edit";
+    EXPECT_EQ(fs::status(kept).permissions() & fs::perms::all,
               fs::perms::owner_read | fs::perms::owner_write);
+    {
+        zv::THeadlessPrompt quiet{false};
+        zv::TMainFormHelper other{quiet};
+        zv::TCrashKeeper otherWindow(other, crash);
+        EXPECT_FALSE(otherWindow.HasSession()) << "a running window's texts are not a crash's";
+        otherWindow.Clear(); // its clean end
+        EXPECT_TRUE(fs::exists(kept)) << "another window's end keeps this one's texts";
+    }
     const std::u16string latinText = helper.Documents()[0]->Lines().GetTextWithLinefeeds();
     const std::string freshName = fresh.FFilePath;
 
-    // The run is killed: nothing closes, nothing is saved. A new run finds the texts.
-    zv::THeadlessPrompt quiet{false};
-    zv::TMainFormHelper next{quiet};
+    // The run is killed: nothing closes, nothing is saved, its lock goes with it.
+    keeper.reset();
+    zvtest::TScriptedPrompt asked;
+    asked.Answers = {zv::prYes};
+    zv::TMainFormHelper next{asked};
     zv::TMainWindow nextWindow(next);
-    zv::TCrashKeeper nextKeeper(next, crash);
-    ASSERT_EQ(nextKeeper.Restore(), 2);
+    zv::TMainForm form(next, &nextWindow);
+    nextWindow.AttachForm(form);
+    form.FormShow({"zevrit"});
+    ASSERT_EQ(asked.Asked.size(), 1u) << "the start asks once";
+    ASSERT_EQ(next.Documents().size(), 2u);
     const zv::TDocument& back = *next.Documents()[0];
     EXPECT_EQ(back.FFilePath, (dir / "latin.txt").string());
     EXPECT_EQ(back.Lines().GetTextWithLinefeeds(), latinText) << "byte for byte, CR LF kept";
@@ -279,12 +304,17 @@ TEST_F(ClosingTest, UnsavedTextIsKeptWithinTwoSecondsAndRestoredExactly) {
     EXPECT_EQ(next.Documents()[1]->FFilePath, freshName);
     EXPECT_TRUE(next.Documents()[1]->FIsNew);
     EXPECT_EQ(next.Documents()[1]->Lines().Get(0), u"never saved");
+    // The restored texts are this run's now; the killed run's folder went.
+    EXPECT_TRUE(fs::exists(form.Crash().Folder() / "Crash.ini"));
+    EXPECT_EQ(zvtest::FolderNames(crash),
+              (std::vector<std::string>{form.Crash().Folder().filename().string()}));
 
     // Saved and closed with "no": nothing is left to keep.
-    prompt.Answer = zv::prNo;
-    helper.CloseAllDocumentTabs();
-    keeper.WriteNow();
-    EXPECT_FALSE(keeper.HasSession());
+    asked.Answers = {zv::prNo, zv::prNo};
+    next.CloseAllDocumentTabs();
+    form.Crash().WriteNow();
+    form.Crash().WaitWritten();
+    EXPECT_FALSE(fs::exists(form.Crash().Folder() / "Crash.ini"));
 }
 
 // Save As writes the encoding, byte order mark and line ends chosen in the dialog (the
@@ -343,6 +373,7 @@ TEST_F(ClosingTest, OnlyTextsChangedSinceTheLastWriteAreWrittenAgain) {
         QTest::keyClicks(editors.back(), "x");
     }
     keeper.WriteNow();
+    keeper.WaitWritten();
     ASSERT_EQ(keeper.TextsWritten(), 4);
     std::mt19937 random(7);
     for (int round = 0; round < 8; ++round) {
@@ -354,12 +385,13 @@ TEST_F(ClosingTest, OnlyTextsChangedSinceTheLastWriteAreWrittenAgain) {
             }
         const int before = keeper.TextsWritten();
         keeper.WriteNow();
+        keeper.WaitWritten();
         EXPECT_EQ(keeper.TextsWritten() - before, typedInto) << "round " << round;
 
         zv::THeadlessPrompt quiet{false};
         zv::TMainFormHelper next{quiet};
         zv::TMainWindow nextWindow(next);
-        ASSERT_EQ(zv::TCrashKeeper(next, crash).Restore(), 4);
+        ASSERT_EQ(zv::RestoreKeptTexts(next, keeper.Folder()), 4);
         for (std::size_t i = 0; i < editors.size(); ++i)
             EXPECT_EQ(next.Documents()[i]->Lines().GetTextWithLinefeeds(),
                       helper.Documents()[i]->Lines().GetTextWithLinefeeds())
@@ -368,5 +400,6 @@ TEST_F(ClosingTest, OnlyTextsChangedSinceTheLastWriteAreWrittenAgain) {
     prompt.Answer = zv::prNo;
     helper.CloseAllDocumentTabs();
     keeper.WriteNow();
-    EXPECT_FALSE(keeper.HasSession());
+    keeper.WaitWritten();
+    EXPECT_FALSE(fs::exists(keeper.Folder() / "Crash.ini"));
 }
