@@ -52,6 +52,9 @@ public:
     bool FDeferred = false;
     std::int32_t FDeferredCodePage = 50001;
     TFileStamp FStamp; // the file as last read or written
+    // The file's last bytes (at most 64) before the end of what was read: a followed log
+    // truncated and grown again between two looks no longer has them there.
+    std::string FTailProbe;
     // The path was a symbolic link when opened or chosen: saves write through it. A link
     // put there later is replaced by the file instead of followed.
     bool FThroughLink = false;

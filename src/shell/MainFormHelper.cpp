@@ -13,6 +13,8 @@
 #include "shell/MemoOptions.h"
 #include "shell/ZvIniFiles.h"
 
+#include <algorithm>
+#include <fcntl.h>
 #include <filesystem>
 #include <unistd.h>
 
@@ -99,15 +101,39 @@ bool TMainFormHelper::ReloadDocument(TDocument& doc, int32_t codePage) {
     return true;
 }
 
+namespace {
+
+// The last bytes (at most 64) of `path` before `end`: what a read up to `end` saw last.
+std::string TailProbe(const std::string& path, std::int64_t end) {
+    constexpr std::int64_t kProbeBytes = 64;
+    std::string probe;
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return probe;
+    const std::int64_t from = std::max<std::int64_t>(0, end - kProbeBytes);
+    probe.resize(static_cast<std::size_t>(end - from));
+    const ssize_t got = ::pread(fd, probe.data(), probe.size(), from);
+    probe.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
+    ::close(fd);
+    return probe;
+}
+
+} // namespace
+
 bool TMainFormHelper::AppendDocumentTail(TDocument& doc) {
     TZvMemoStrings& lines = doc.Lines();
     const TFileStamp now = StampOf(doc.FFilePath);
     if (!now.Exists || !doc.FStamp.Exists || now.Inode != doc.FStamp.Inode ||
         now.Size < lines.CurrentStreamPos())
         return false;
+    // Truncated in place and grown past the old end between two looks: the bytes before
+    // the end read last are not those any more, and only a whole read is right.
+    if (TailProbe(doc.FFilePath, lines.CurrentStreamPos()) != doc.FTailProbe)
+        return false;
     FListener->DocumentGrows(doc, [&lines] { return lines.AppendTail(); });
     doc.FStamp = now; // taken before the read: a later write still differs from it
     doc.FStamp.Size = lines.CurrentStreamPos();
+    doc.FTailProbe = TailProbe(doc.FFilePath, lines.CurrentStreamPos());
     return true;
 }
 
@@ -169,6 +195,7 @@ bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage) {
     // Every view of the document takes the new rows before the old ones go.
     doc.Text->ReplaceLines(std::move(lines));
     TakeFileState(doc);
+    doc.FTailProbe = TailProbe(doc.FFilePath, doc.Lines().CurrentStreamPos());
     return true;
 }
 

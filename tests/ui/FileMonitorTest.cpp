@@ -325,6 +325,23 @@ TEST_F(FileMonitorTest, AFollowedLogKeepsUpWithAWriterWithoutAsking) {
         << "the caret follows the newest line";
 }
 
+// A log truncated in place and written again, longer than before, between two looks (same
+// inode, larger size): what was read is not the file's start any more, so it is read whole.
+TEST_F(FileMonitorTest, AFollowedLogTruncatedAndRegrownIsReadAgainWhole) {
+    const fs::path log = dir / "app.log";
+    zv::TDocument& doc = Follow(log, "first run line 1\nfirst run line 2\n");
+    const auto inode = doc.FStamp.Inode;
+    {
+        std::ofstream again(log, std::ios::binary | std::ios::trunc); // in place: same inode
+        again << "second run, a longer first line\nsecond run line 2\nline 3\n";
+    }
+    ASSERT_EQ(zv::StampOf(log.string()).Inode, inode);
+    const bool caughtUp = QTest::qWaitFor([&] { return Written(doc) == zvtest::ReadAll(log); },
+                                          zv::TFileMonitor::kFollowMs + 1000);
+    EXPECT_TRUE(caughtUp) << Written(doc);
+    EXPECT_TRUE(prompt.Asked.empty());
+}
+
 // The resident memory of this process in bytes, from /proc/self/status (0 when unknown).
 std::int64_t ResidentBytes() {
     std::ifstream status("/proc/self/status");
