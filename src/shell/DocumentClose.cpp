@@ -133,7 +133,8 @@ bool TMainFormHelper::SaveFileAs(TDocument* doc) {
     // Line ends are the text's own: changed only when another kind is chosen (a mixed
     // text keeps its ends row by row otherwise).
     if (choice.LineEnds >= 0 && choice.LineEnds != static_cast<int>(lines.SysTextType()))
-        lines.SetSysTextType(static_cast<TSysTextType>(choice.LineEnds));
+        doc->Text->WithReaderPaused( // the rows' line-end bits are rewritten
+            [&] { lines.SetSysTextType(static_cast<TSysTextType>(choice.LineEnds)); });
     const std::string oldPath = doc->FFilePath;
     const bool oldReadOnly = doc->FReadOnly;
     const TFileStamp oldStamp = doc->FStamp;
