@@ -68,6 +68,8 @@ public:
     std::string FHighlighter;  // syntax type in force; empty: chosen by the extension
     bool FAddToMRU = false;    // goes to the recent files (not when reopened by the program)
     TOpenAs FOpenAs = oaNone;
+    // The tab group (0..5) whose tab shows the document; its other views may stand anywhere.
+    int FTabGroup = 0;
     // Invariant: never null. Rows, undo, saved state and scanner; its views listen to it.
     std::shared_ptr<TZvTextDocument> Text;
 };

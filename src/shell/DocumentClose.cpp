@@ -229,14 +229,17 @@ bool TMainFormHelper::ClosePage(int index) {
     return CloseDocument(index);
 }
 
-bool TMainFormHelper::CloseAllDocumentTabs(int keep) {
+bool TMainFormHelper::CloseAllDocumentTabs(int keep, int group) {
     TDocument* kept =
         keep >= 0 && keep < static_cast<int>(FDocuments.size()) ? FDocuments[keep].get() : nullptr;
+    const auto closing = [kept, group](const TDocument& doc) {
+        return &doc != kept && (group < 0 || doc.FTabGroup == group);
+    };
     for (const auto& doc : FDocuments)
-        if (doc.get() != kept && !CheckFileStatus(*doc))
+        if (closing(*doc) && !CheckFileStatus(*doc))
             return false;
     for (int i = static_cast<int>(FDocuments.size()) - 1; i >= 0; --i)
-        if (FDocuments[i].get() != kept)
+        if (closing(*FDocuments[i]))
             CloseDocument(i);
     return true;
 }

@@ -103,14 +103,19 @@ void TDocumentMemory::DocumentRemoved(TDocument& doc) {
 
 TOpenFiles TDocumentMemory::OpenNow() const {
     TOpenFiles files;
-    files.Views.emplace_back();
     const TDocument* active = FHelper.ActiveDocument();
+    // The helper keeps each group's documents in tab order.
     for (const auto& doc : FHelper.Documents()) {
         if (doc->FIsNew || !IsRecentPath(doc->FFilePath))
             continue;
-        if (doc.get() == active)
-            files.PageIndex = static_cast<int>(files.Views[0].size());
-        files.Views[0].push_back(doc->FFilePath);
+        const auto group = static_cast<size_t>(doc->FTabGroup);
+        if (files.Views.size() <= group)
+            files.Views.resize(group + 1);
+        if (doc.get() == active) {
+            files.ActiveView = doc->FTabGroup;
+            files.PageIndex = static_cast<int>(files.Views[group].size());
+        }
+        files.Views[group].push_back(doc->FFilePath);
     }
     return files;
 }
@@ -141,23 +146,29 @@ int TDocumentMemory::ReopenLastDocuments() {
 
 int TDocumentMemory::OpenFiles(const TOpenFiles& files) {
     FHost.BeginBatch();
-    int opened = 0, toActivate = -1, page = 0;
-    for (const auto& view : files.Views) {
-        for (const std::string& path : view) {
+    const int activeView = FHelper.FActiveDocumentView;
+    int opened = 0, toActivate = -1;
+    for (size_t view = 0; view < files.Views.size(); ++view) {
+        FHelper.FActiveDocumentView = static_cast<int>(view); // each document to its group
+        for (size_t page = 0; page < files.Views[view].size(); ++page) {
+            const std::string& path = files.Views[view][page];
             TLoadFileArgs args;
             args.FileName = path;
             args.NoMRU = true;
             // Remote entries wait for sites; a local file that is gone is skipped.
             if (FileExists(path) && FHelper.LoadFile(args)) {
                 ++opened;
-                if (page == files.PageIndex)
+                if (static_cast<int>(view) == files.ActiveView &&
+                    static_cast<int>(page) == files.PageIndex)
                     toActivate = FHelper.FindDocMemo(path);
             }
-            ++page;
         }
     }
-    if (toActivate >= 0)
+    FHelper.FActiveDocumentView = activeView;
+    if (toActivate >= 0) {
+        FHelper.FActiveDocumentView = FHelper.Documents()[toActivate]->FTabGroup;
         FHelper.Activate(toActivate);
+    }
     FHost.EndBatch(); // reads the active document
     return opened;
 }

@@ -45,8 +45,8 @@ public:
     // The last documents of the former run (its "_reopen.txt"), deferred as in a batch;
     // files that are gone are skipped. Returns how many documents opened.
     int ReopenLastDocuments();
-    // Opens the documents of `files` (every tab group into the one group) in a batch, and
-    // activates its page; missing files are skipped. Returns how many opened.
+    // Opens the documents of `files` in a batch, each into its tab group, and activates the
+    // page of the active group; missing files are skipped. Returns how many opened.
     int OpenFiles(const TOpenFiles& files);
 
     // Stores the open documents that have a file under `name`; false for a bad name or a

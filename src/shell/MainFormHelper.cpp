@@ -166,6 +166,7 @@ int TMainFormHelper::DocumentIndex(const TDocument& doc) const {
 }
 
 TDocument& TMainFormHelper::AddDocument(std::unique_ptr<TDocument> doc) {
+    doc->FTabGroup = std::clamp(FActiveDocumentView, 0, kTabGroups - 1);
     FDocuments.push_back(std::move(doc));
     TDocument& added = *FDocuments.back();
     if (FListener)
@@ -323,11 +324,37 @@ bool TMainFormHelper::CloseDocument(int index) {
     FDocuments.erase(FDocuments.begin() + index);
     if (FListener)
         FListener->DocumentRemoved(*doc);
-    if (FActive >= static_cast<int>(FDocuments.size()))
-        FActive = static_cast<int>(FDocuments.size()) - 1;
+    if (FActive > index) {
+        --FActive; // the same document
+    } else if (FActive == index) {
+        FActive = Neighbour(index, doc->FTabGroup);
+    }
     if (FActive >= 0)
         Activate(FActive);
     return true;
+}
+
+int TMainFormHelper::Neighbour(int index, int group) const {
+    const int count = static_cast<int>(FDocuments.size());
+    for (int i = index; i < count; ++i)
+        if (FDocuments[i]->FTabGroup == group)
+            return i;
+    for (int i = std::min(index, count) - 1; i >= 0; --i)
+        if (FDocuments[i]->FTabGroup == group)
+            return i;
+    return std::min(index, count - 1);
+}
+
+void TMainFormHelper::MoveToGroup(TDocument& doc, int group) {
+    const int index = DocumentIndex(doc);
+    if (index < 0 || group < 0 || group >= kTabGroups)
+        return;
+    TDocument* active = ActiveDocument();
+    auto owned = std::move(FDocuments[index]);
+    FDocuments.erase(FDocuments.begin() + index);
+    owned->FTabGroup = group;
+    FDocuments.push_back(std::move(owned));
+    FActive = active ? DocumentIndex(*active) : -1;
 }
 
 void TMainFormHelper::ProcessParam(const std::string& path, const TParamFlags& flags) {

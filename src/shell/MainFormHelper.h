@@ -89,9 +89,10 @@ public:
     bool CheckFileStatus(TDocument& doc);
     // Closes a document after CheckFileStatus; false when it stays open.
     bool ClosePage(int index);
-    // Closes every document, or every one but `keep` (-1: none kept), asking about each
-    // modified one first; nothing closes when any answer is cancel.
-    bool CloseAllDocumentTabs(int keep = -1);
+    // Closes every document (of tab group `group`; -1: of all groups), or every one but
+    // `keep` (-1: none kept), asking about each modified one first; nothing closes when any
+    // answer is cancel.
+    bool CloseAllDocumentTabs(int keep = -1, int group = -1);
     // Asks for a file name to save `doc` under, and the form the file takes (the window's
     // save dialog); an empty name is a cancel.
     std::function<TSaveAsChoice(const TDocument& doc)> FOnAskSaveAs;
@@ -103,10 +104,17 @@ public:
     // `isNew`); the file on disk is not touched.
     TDocument& RestoreDocument(const std::string& path, bool isNew,
                                std::unique_ptr<TZvMemoStrings> lines, int caretX, int caretY);
-    // Index of the open document with that path, or -1.
+    // Index of the open document with that path (in any tab group, compared byte for byte
+    // after making it absolute), or -1.
     int FindDocMemo(const std::string& path) const;
+    bool IsFileOpen(const std::string& path) const { return FindDocMemo(path) >= 0; }
+    // Moves `doc` to tab group `group` (0..kTabGroups-1) as the last of that group's
+    // documents; the active document stays active.
+    void MoveToGroup(TDocument& doc, int group);
     // Index of `doc` among the open documents, or -1 once it is closed.
     int DocumentIndex(const TDocument& doc) const;
+    // Closes a document without asking. The active document stays active; when it was the
+    // one closed, the next of its tab group (else the one before, else any) takes over.
     bool CloseDocument(int index);
     // Opens one file named on the command line.
     void ProcessParam(const std::string& path, const TParamFlags& flags);
@@ -142,6 +150,9 @@ public:
     // The text stays as it is although its file changed or went away: it is modified now.
     void MarkDiffersFromFile(TDocument& doc);
 
+    static constexpr int kTabGroups = 6;
+    // The active tab group, where documents opened from now on go (0..kTabGroups-1).
+    int FActiveDocumentView = 0;
     TOpenAs FOpenAs = oaNone;   // one-shot request for the next LoadFile
     TFileQue* FFileQ = nullptr; // the memory per file LoadFile recalls; null: none
     bool FDelayTabLoad = false; // batch mode: tabs made, files read on first show
@@ -156,6 +167,9 @@ private:
     // whether to save as UTF-8 instead, save anyway ("?" for those characters) or cancel.
     // False: cancelled.
     bool ConfirmEncoding(TDocument& doc);
+    // The document to activate when the one at `index` of tab group `group` has gone: the
+    // next of that group, else the one before, else the one now at `index` (or the last).
+    int Neighbour(int index, int group) const;
     // Closes the untouched blank start document once another document is open.
     void DropUntouchedBlank();
     // True when saving must go to a new name: no file yet, or a read-only one.
@@ -173,6 +187,7 @@ private:
     TTextOptions FTextOptions;    // as LoadTextOptions last read them
     TDocumentListeners FListeners;
     IDocumentListener* FListener = &FListeners; // every change goes to all listeners
+    // Invariant: the documents of one tab group stand in the order of their tabs.
     std::vector<std::unique_ptr<TDocument>> FDocuments;
     int FActive = -1;
 };

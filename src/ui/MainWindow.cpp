@@ -1,4 +1,5 @@
-// Main window: tabs follow the helper's documents; menu commands call the helper.
+// Main window: tabs follow the helper's documents, each in its group; menu commands call the
+// helper.
 #include "ui/MainWindow.h"
 
 #include "common/Trace.h"
@@ -9,7 +10,8 @@
 #include "shell/TailKeywords.h"
 #include "ui/EditorWidget.h"
 #include "ui/SaveAsDialog.h"
-#include "ui/TabCloser.h"
+#include "ui/SplitView.h"
+#include "ui/TabGroups.h"
 
 #include <QAction>
 #include <QApplication>
@@ -36,18 +38,23 @@ QString TabCaption(const TDocument& doc) {
     return doc.Modified() ? caption + QLatin1Char('*') : caption;
 }
 
+// A clone's tab: another view of a document whose own tab stands elsewhere.
+QString CloneCaption(const TDocument& doc) {
+    return doc.Modified() ? QStringLiteral("--*") : QStringLiteral("--");
+}
+
 } // namespace
 
 TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
-    : QMainWindow(parent), FHelper(helper), FTabs(new QTabWidget(this)) {
-    FTabs->setDocumentMode(true);
-    FTabs->setMovable(false);
-    setCentralWidget(FTabs);
+    : QMainWindow(parent), FHelper(helper), FGroups(new TTabGroups(this)) {
+    setCentralWidget(FGroups);
     setAcceptDrops(true);
-    connect(FTabs, &QTabWidget::tabCloseRequested, this, &TMainWindow::CloseTabClick);
-    FCloser = new TTabCloser(*FTabs->tabBar());
-    connect(FCloser, &TTabCloser::closeRequested, this, &TMainWindow::CloseTabClick);
-    connect(FTabs, &QTabWidget::currentChanged, this, &TMainWindow::TabChanged);
+    connect(FGroups, &TTabGroups::closeRequested, this, &TMainWindow::CloseTabClick);
+    connect(FGroups, &TTabGroups::currentChanged, this, &TMainWindow::TabChanged);
+    FFocusWatch = connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (auto* editor = qobject_cast<TEditorWidget*>(now))
+            MemoFocused(*editor);
+    });
     CreateStatusBar();
     CreateActions();
     CreateMenuBar();
@@ -58,6 +65,7 @@ TMainWindow::TMainWindow(TMainFormHelper& helper, QWidget* parent)
 }
 
 TMainWindow::~TMainWindow() {
+    disconnect(FFocusWatch); // focus moves while the editors die
     FHelper.SetListener(nullptr);
     FHelper.FOnAskSaveAs = nullptr;
     // The editors die in the base class's destructor, when this is no longer a TMainWindow:
@@ -67,6 +75,7 @@ TMainWindow::~TMainWindow() {
 }
 
 void TMainWindow::closeEvent(QCloseEvent* event) {
+    SaveTabGroupLayout(); // before the closing documents empty the groups
     if (FForm ? !FForm->FormCloseQuery() : !FHelper.CloseAllDocumentTabs())
         return event->ignore();
     event->accept();
@@ -109,11 +118,8 @@ void TMainWindow::ShowLine(int line) {
 }
 
 TEditorWidget* TMainWindow::EditorAt(int index) const {
-    return qobject_cast<TEditorWidget*>(FTabs->widget(index));
-}
-
-TEditorWidget* TMainWindow::ActiveEditor() const {
-    return EditorAt(FTabs->currentIndex());
+    const auto& docs = FHelper.Documents();
+    return index >= 0 && index < static_cast<int>(docs.size()) ? MainView(*docs[index]) : nullptr;
 }
 
 void TMainWindow::AttachForm(TMainForm& form) {
@@ -121,10 +127,11 @@ void TMainWindow::AttachForm(TMainForm& form) {
     // The key map waits until the window is up, as the start-up's other data does.
     QTimer::singleShot(TMainForm::kParamsDelayMs, this, &TMainWindow::LoadKeyMap);
     connect(&form, &TMainForm::pasteRequested, this, &TMainWindow::PasteHandedOver);
+    LoadTabGroupLayout(); // the main object has read the settings
     // A hidden tab bar lays its tabs out once, when it shows again: a batch of 500 files
     // would otherwise lay out all tabs for each one added.
     connect(&form, &TMainForm::batchChanged, this, [this](bool inBatch) {
-        FTabs->tabBar()->setVisible(!inBatch);
+        FGroups->SetTabBarsVisible(!inBatch);
         FInBatch = inBatch;
         // Only the last document activated in the batch is shown, once.
         if (TDocument* doc = std::exchange(FPendingActive, nullptr); !inBatch && doc)
@@ -151,30 +158,35 @@ void TMainWindow::PasteHandedOver(const QString& text) {
           doc->FFilePath);
 }
 
-int TMainWindow::IndexOf(const TDocument& doc) const {
-    return FHelper.DocumentIndex(doc);
-}
-
 void TMainWindow::DocumentAdded(TDocument& doc) {
-    auto* editor = new TEditorWidget(FTabs);
-    editor->SetTextDocument(doc.Text);
-    ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
+    TEditorWidget* editor = MakeView(doc);
     const std::u16string forced = Utf8ToUtf16(doc.FHighlighter);
     doc.FHighlighter =
         Utf16ToUtf8(editor->SetSyntaxForFile(doc.FFilePath, GetRootFolder(), Colors(), forced));
     editor->FollowDocumentIndent();
-    editor->Memo().FReadOnly = doc.FReadOnly;
     if (doc.Modified()) { // text brought back from the crash session
         editor->Memo().SetTextCursor(doc.FCaretX, doc.FCaretY);
     } else if (doc.FRestoreView && !doc.FDeferred) { // remembered from a former opening
         ShowViewState(*editor, doc);
     }
-    BindEditor(*editor, doc);
+    FDocViews[doc.Text.get()] = {&doc, editor};
+    QTabWidget& tabs = *TabGroup(doc.FTabGroup);
+    FGroups->SetShown(doc.FTabGroup, true);
     FSyncingTabs = true;
-    const int index = FTabs->addTab(editor, TabCaption(doc));
-    FTabs->setTabToolTip(index, QString::fromStdString(doc.FFilePath));
+    const int index = tabs.addTab(editor, TabCaption(doc));
+    tabs.setTabToolTip(index, QString::fromStdString(doc.FFilePath));
     FSyncingTabs = false;
-    Trace("DocumentAdded() - tab " + std::to_string(index + 1) + ": " + doc.FFilePath);
+    Trace("DocumentAdded() - tab " + std::to_string(index + 1) + ": " + doc.FFilePath +
+          (doc.FTabGroup > 0 ? " (group " + std::to_string(doc.FTabGroup) + ")" : ""));
+}
+
+TEditorWidget* TMainWindow::MakeView(TDocument& doc) {
+    auto* editor = new TEditorWidget;
+    editor->SetTextDocument(doc.Text);
+    ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
+    editor->Memo().FReadOnly = doc.FReadOnly;
+    BindEditor(*editor, doc);
+    return editor;
 }
 
 const TTypeColors& TMainWindow::Colors() {
@@ -214,27 +226,28 @@ void TMainWindow::ModifiedChanged(TDocument& doc, bool) {
 }
 
 void TMainWindow::UpdateCaption(const TDocument& doc) {
-    if (const int index = IndexOf(doc); index >= 0)
-        FTabs->setTabText(index, TabCaption(doc));
+    for (const auto& [group, page] : PagesOf(doc)) {
+        QTabWidget& tabs = *TabGroup(group);
+        tabs.setTabText(tabs.indexOf(page),
+                        IsClonePage(page) ? CloneCaption(doc) : TabCaption(doc));
+    }
 }
 
 void TMainWindow::DocumentRemoved(TDocument& doc) {
     if (FPendingActive == &doc)
         FPendingActive = nullptr;
-    // The helper has already dropped the document: its tab is the one whose editor
-    // still shows doc's rows.
-    for (int i = 0; i < FTabs->count(); ++i) {
-        if (EditorAt(i)->Lines() == &doc.Lines()) {
-            if (!doc.FDeferred)
-                NoteViewState(*EditorAt(i), doc); // remembered for the next opening
-            QWidget* page = FTabs->widget(i);
-            FSyncingTabs = true;
-            FTabs->removeTab(i);
-            FSyncingTabs = false;
-            delete page;
-            break;
-        }
+    if (TEditorWidget* main = MainView(doc); main && !doc.FDeferred)
+        NoteViewState(*main, doc); // remembered for the next opening
+    // The document's tab and its clones go; the focus moves on when the helper activates
+    // the next document.
+    for (const auto& [group, page] : PagesOf(doc)) {
+        FSyncingTabs = true;
+        TabGroup(group)->removeTab(TabGroup(group)->indexOf(page));
+        FSyncingTabs = false;
+        delete page;
+        LeaveGroup(group);
     }
+    FDocViews.erase(doc.Text.get());
     UpdateTitle();
     KeepUnsavedText();
 }
@@ -244,18 +257,29 @@ void TMainWindow::DocumentActivated(TDocument& doc) {
         FPendingActive = &doc;
         return;
     }
-    const int index = IndexOf(doc);
-    if (index < 0)
+    TEditorWidget* main = MainView(doc);
+    if (!main)
         return;
-    FSyncingTabs = true;
-    FTabs->setCurrentIndex(index);
-    FSyncingTabs = false;
+    // A view of the document in charge already (a split half, a clone) stays in charge.
+    if (!FActiveMemo || DocumentOf(*FActiveMemo) != &doc) {
+        QWidget* page = PageOfEditor(*main);
+        const int group = FGroups->GroupOf(page);
+        FSyncingTabs = true;
+        TabGroup(group)->setCurrentWidget(page);
+        FSyncingTabs = false;
+        FActiveMemo = main;
+        FHelper.FActiveDocumentView = group;
+        main->setFocus();
+    }
     UpdateTitle();
+    UpdateStatus();
 }
 
 void TMainWindow::DocumentReloaded(TDocument& doc) {
-    if (auto* editor = EditorAt(IndexOf(doc))) { // it shows the new rows already
-        ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
+    for (const auto& [group, page] : PagesOf(doc))
+        for (TEditorWidget* view : EditorsOfPage(page))
+            ApplyMemoMiscOptions(view->Memo(), FHelper.MemoMiscOptions());
+    if (auto* editor = MainView(doc)) { // it shows the new rows already
         editor->FollowDocumentIndent();
         if (doc.FRestoreView && !doc.FMonitored) { // a deferred tab's remembered view
             ShowViewState(*editor, doc);
@@ -272,7 +296,7 @@ void TMainWindow::DocumentReloaded(TDocument& doc) {
 }
 
 bool TMainWindow::DocumentGrows(TDocument& doc, const std::function<bool()>& append) {
-    TEditorWidget* editor = EditorAt(IndexOf(doc));
+    TEditorWidget* editor = MainView(doc);
     if (!editor)
         return append();
     const bool grew = editor->Memo().AppendFromFile(append);
@@ -286,17 +310,24 @@ bool TMainWindow::DocumentGrows(TDocument& doc, const std::function<bool()>& app
 
 void TMainWindow::DocumentDiffersFromFile(TDocument& doc) {
     // Through the editor, whose modified mark the tab and the closing questions follow.
-    if (auto* editor = EditorAt(IndexOf(doc)))
+    if (auto* editor = MainView(doc))
         editor->Memo().SetModified(true);
     KeepUnsavedText(); // the file no longer holds this text: the crash session must
 }
 
-void TMainWindow::TabChanged(int index) {
-    FCloser->Follow(index);
-    if (!FSyncingTabs && index >= 0)
-        FHelper.Activate(index);
-    if (auto* editor = EditorAt(index))
+void TMainWindow::TabChanged(int group, int index) {
+    const std::vector<TEditorWidget*> editors = EditorsOfPage(TabGroup(group)->widget(index));
+    TEditorWidget* editor = editors.empty() ? nullptr : editors.front();
+    if (editor && !FSyncingTabs) {
+        FActiveMemo = editor;
+        FHelper.FActiveDocumentView = group;
+        if (TDocument* doc = DocumentOf(*editor))
+            FHelper.Activate(FHelper.DocumentIndex(*doc)); // a deferred one is read now
         editor->setFocus();
+    } else if (editor && !qobject_cast<TEditorWidget*>(QApplication::focusWidget())) {
+        // A tab the window shows itself takes the focus only when no editor holds it.
+        editor->setFocus();
+    }
     UpdateTitle();
     UpdateStatus();
 }
@@ -327,15 +358,20 @@ TSaveAsChoice TMainWindow::AskSaveAs(const TDocument& doc) {
 }
 
 void TMainWindow::DocumentSaved(TDocument& doc) {
-    const int index = IndexOf(doc);
-    TEditorWidget* editor = EditorAt(index);
+    TEditorWidget* editor = MainView(doc);
     if (!editor)
         return;
     editor->MarkSaved();
-    editor->Memo().FReadOnly = doc.FReadOnly;
     const QString path = QString::fromStdString(doc.FFilePath);
-    if (FTabs->tabToolTip(index) != path) { // saved under a new name: its syntax may differ
-        FTabs->setTabToolTip(index, path);
+    bool renamed = false;
+    for (const auto& [group, page] : PagesOf(doc)) {
+        for (TEditorWidget* view : EditorsOfPage(page))
+            view->Memo().FReadOnly = doc.FReadOnly;
+        QTabWidget& tabs = *TabGroup(group);
+        renamed = tabs.tabToolTip(tabs.indexOf(page)) != path || renamed;
+        tabs.setTabToolTip(tabs.indexOf(page), path);
+    }
+    if (renamed) { // saved under a new name: its syntax may differ
         // After the save returns: the editor's scan is paused by the save until then.
         QMetaObject::invokeMethod(
             editor,
@@ -360,8 +396,23 @@ void TMainWindow::SaveClick() {
         FHelper.SaveFile();
 }
 
-void TMainWindow::CloseTabClick(int index) {
-    FHelper.ClosePage(index);
+void TMainWindow::CloseTabClick(int group, int index) {
+    QWidget* page = TabGroup(group) ? TabGroup(group)->widget(index) : nullptr;
+    const std::vector<TEditorWidget*> editors = EditorsOfPage(page);
+    if (editors.empty())
+        return;
+    if (IsClonePage(page))
+        return CloseClonePage(page);
+    if (const TDocument* doc = DocumentOf(*editors.front()))
+        FHelper.ClosePage(FHelper.DocumentIndex(*doc));
+}
+
+void TMainWindow::CloseActiveView() {
+    if (TEditorWidget* editor = ActiveEditor()) {
+        QWidget* page = PageOfEditor(*editor);
+        const int group = FGroups->GroupOf(page);
+        CloseTabClick(group, TabGroup(group)->indexOf(page));
+    }
 }
 
 } // namespace zv

@@ -1,6 +1,7 @@
-// The Zevrit main window: one tab group of editor widgets, the File menu, and the view
-// side of the main object. A tab's caption and the window title end in "*" while the
-// document differs from its file.
+// The Zevrit main window: six tab groups of editor widgets, the menus, and the view side of
+// the main object. A document has one main view, the first editor of its tab in its group;
+// split halves and clones ("--" tabs in other groups) are further views of the same text.
+// A tab's caption and the window title end in "*" while the document differs from its file.
 #pragma once
 
 #include "shell/MainForm.h"
@@ -10,9 +11,12 @@
 #include "syntax/TypeColors.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <functional>
 #include <memory>
+#include <unordered_map>
+#include <vector>
 
 class QLabel;
 class QMenu;
@@ -22,7 +26,7 @@ class QToolBar;
 namespace zv {
 
 class TMenuSearchForm;
-class TTabCloser;
+class TTabGroups;
 class TWindowActions;
 
 class TEditorWidget;
@@ -62,8 +66,42 @@ public:
         FTailKeywords = std::move(keywords);
     }
 
-    QTabWidget* TabGroup() const { return FTabs; }
+    // The tab list of group `group` (GetPageControlFromIndex); null outside 0..5.
+    QTabWidget* TabGroup(int group = 0) const;
+    TTabGroups& TabGroups() const { return *FGroups; }
+    // The main view of the helper's document `index`, or null.
     TEditorWidget* EditorAt(int index) const;
+    // The document an editor of this window shows, or null.
+    TDocument* DocumentOf(const TEditorWidget& editor) const;
+    // The editor in charge. With `activeInGroup` false: the view that last had the focus
+    // (a split half or a clone is itself a view with its own caret), while it lives. With
+    // true, or when there is none: the first editor of the active group's current tab, else
+    // the active document's main view; null without documents.
+    TEditorWidget* GetMemoControl(bool activeInGroup) const;
+    // The tab of the open document with `path` (any group; paths compare byte for byte):
+    // its index in its group, which goes to `group`; -1 (and `group` -1) when not open.
+    int FindDocMemo(const std::string& path, int& group) const;
+    bool IsFileOpen(const std::string& path) const { return FHelper.IsFileOpen(path); }
+    // An editor of this window got the focus: it is in charge, its document is the active
+    // one and its group the active group (where opened files go).
+    void MemoFocused(TEditorWidget& editor);
+
+    enum class TSplitKind { Horizontal, Vertical, Left, Right };
+    // A second view of the active view's document: inside its tab (Horizontal: one above
+    // the other; Vertical: side by side; a split tab only turns), or a tab "--" in the group
+    // to the left or right, shown first if hidden. It starts at the same caret and takes the
+    // focus. False without a document or a group on that side.
+    bool SplitCurrentMemo(TSplitKind kind);
+    // The active tab's split goes; its first editor stays. False when it is not split.
+    bool UnsplitCurrentMemo();
+    // Moves the active tab to the group `step` away (shown first), as its last tab; text,
+    // caret and modified state stay. False at either end of the row or without a tab.
+    bool MoveTabToGroup(int step);
+    // Shows the first hidden group and makes it the active one; false when all show.
+    bool NewTabGroup();
+    // Shows or hides group 1..5. A hidden group's documents move to group 0 and its clones
+    // close; a group left empty by a close or a move hides by itself.
+    void ShowTabGroup(int group, bool shown);
     // The window's layout as it stands, and applying one (size, state, tab bar, docks).
     TWindowLayout CurrentLayout() const;
     void ApplyLayout(const TWindowLayout& layout);
@@ -72,7 +110,7 @@ public:
     bool SwitchLayout(const std::string& name);
     // The layouts of the data root's "Layouts" folder.
     TWindowLayouts Layouts() const;
-    TEditorWidget* ActiveEditor() const;
+    TEditorWidget* ActiveEditor() const { return GetMemoControl(false); }
 
     // Every command of the window as an action: menus, toolbar, editor menu and shortcuts.
     TWindowActions& Actions() { return *FActions; }
@@ -116,7 +154,8 @@ private:
     void UpdateStatus();
     // The crash session follows an edit, a save or a close.
     void KeepUnsavedText();
-    // Ctrl+Tab and Ctrl+PageDown (+1), Ctrl+Shift+Tab and Ctrl+PageUp (-1), wrapping around.
+    // Ctrl+Tab and Ctrl+PageDown (+1), Ctrl+Shift+Tab and Ctrl+PageUp (-1), wrapping around
+    // within the active group.
     void SwitchTab(int step);
     // Runs `command` on the active editor, if there is one.
     void OnActiveEditor(const std::function<void(TEditorWidget&)>& command);
@@ -124,9 +163,29 @@ private:
     TSaveAsChoice AskSaveAs(const TDocument& doc);
     void OpenFileClick();
     void SaveClick();
-    void CloseTabClick(int index);
-    void TabChanged(int index);
-    int IndexOf(const TDocument& doc) const;
+    // A tab's close: a clone tab closes alone, a document's tab closes the document.
+    void CloseTabClick(int group, int index);
+    void CloseActiveView();
+    void TabChanged(int group, int index);
+    // The tab group actions (MainWindowGroups.cpp).
+    void CreateGroupActions();
+    // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
+    // the groups showing are written back at exit.
+    void LoadTabGroupLayout();
+    void SaveTabGroupLayout() const;
+    // A view of `doc` bound to it, with the editor options and the document's read-only
+    // state; its parent is set when it goes into a tab.
+    TEditorWidget* MakeView(TDocument& doc);
+    TEditorWidget* MainView(const TDocument& doc) const;
+    // Every tab page that shows `doc`, with its group.
+    std::vector<std::pair<int, QWidget*>> PagesOf(const TDocument& doc) const;
+    bool IsClonePage(QWidget* page) const;
+    void CloseClonePage(QWidget* page);
+    // Moves a tab page to the end of group `to` (shown first) as its current tab; a
+    // document's own page takes the document to that group.
+    void MovePage(QWidget* page, int to);
+    // Group `group` lost a tab: empty, it hides (unless it is group 0).
+    void LeaveGroup(int group);
     // The editor follows the document: modified mark, saving through the helper.
     void BindEditor(TEditorWidget& editor, TDocument& doc);
     void ModifiedChanged(TDocument& doc, bool modified);
@@ -146,11 +205,18 @@ protected:
 private:
     TMainFormHelper& FHelper;
     TMainForm* FForm = nullptr; // set by AttachForm
-    QTabWidget* FTabs;
-    bool FSyncingTabs = false;                  // set while the helper drives the tab group
+    TTabGroups* FGroups;
+    // Per document (by its text): the document and its main view.
+    struct TDocViews {
+        TDocument* Doc = nullptr;
+        QPointer<TEditorWidget> Main;
+    };
+    std::unordered_map<const TZvTextDocument*, TDocViews> FDocViews;
+    QPointer<TEditorWidget> FActiveMemo;        // the view that last had the focus
+    QMetaObject::Connection FFocusWatch;        // the application's focus changes: MemoFocused
+    bool FSyncingTabs = false;                  // set while the window moves tabs itself
     bool FInBatch = false;                      // many documents opening at once
     TDocument* FPendingActive = nullptr;        // activated during the batch, shown after it
-    TTabCloser* FCloser;                        // owned by the tab bar
     std::unique_ptr<const TTypeColors> FColors; // made on the first document
     QLabel* FStatusPosition = nullptr;
     QLabel* FStatusEncoding = nullptr;

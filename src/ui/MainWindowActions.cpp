@@ -7,6 +7,7 @@
 #include "shell/Language.h"
 #include "shell/RootFolder.h"
 #include "shell/Settings.h"
+#include "ui/ActionDef.h"
 #include "ui/Actions.h"
 #include "ui/CommandPalette.h"
 #include "ui/EditorWidget.h"
@@ -26,17 +27,6 @@
 
 namespace zv {
 namespace {
-
-// What an action is before it runs: its name, category, caption ("Actions"/key), built-in
-// shortcut texts (the first is the shortcut, the rest secondary) and toolbar icon.
-struct TActionDef {
-    const char* Name;
-    const char* Category;
-    const char* Key;
-    const char* Caption;
-    std::vector<const char*> Keys = {};
-    const char* Icon = nullptr;
-};
 
 using TMemoCommand = void (*)(TZvMemo&);
 
@@ -58,22 +48,7 @@ void TMainWindow::CreateActions() {
                                      std::function<bool()> update = {}) -> TAction& {
         if (def.Icon)
             icons.emplace_back(def.Name, def.Icon);
-        TAction action;
-        action.Name = def.Name;
-        action.Category = def.Category;
-        action.CaptionSection = "Actions";
-        action.CaptionKey = def.Key;
-        action.Caption = def.Caption;
-        for (size_t i = 0; i < def.Keys.size(); ++i) {
-            const TShortCut key = TextToShortCut(def.Keys[i]);
-            if (i == 0)
-                action.ShortCut = key;
-            else
-                action.SecondaryShortCuts.push_back(key);
-        }
-        action.OnExecute = std::move(run);
-        action.OnUpdate = std::move(update);
-        return list.Add(std::move(action));
+        return list.Add(MakeAction(def, std::move(run), std::move(update)));
     };
     // An editing command on the active editor, enabled while an editor has the focus and
     // `can` allows.
@@ -114,12 +89,13 @@ void TMainWindow::CreateActions() {
         hasDocument);
     add({"SaveAllAction", "File", "007", "Save A&ll"}, [this] { FHelper.SaveAllFiles(); });
     add({"SaveSessionAction", "File", "008", "&Save session..."}, [this] { SaveSessionClick(); });
-    add({"CloseAction", "File", "009", "&Close", {"Ctrl+W"}},
-        [this] { CloseTabClick(FTabs->currentIndex()); });
+    add({"CloseAction", "File", "009", "&Close", {"Ctrl+W"}}, [this] { CloseActiveView(); });
     add({"CloseAllAction", "File", "010", "Close A&ll", {"Shift+Ctrl+W"}},
         [this] { FHelper.CloseAllDocumentTabs(); });
-    add({"CloseOthersAction", "File", "011", "Close &Others"},
-        [this] { FHelper.CloseAllDocumentTabs(FTabs->currentIndex()); });
+    add({"CloseOthersAction", "File", "011", "Close &Others"}, [this] {
+        const TDocument* doc = FHelper.ActiveDocument();
+        FHelper.CloseAllDocumentTabs(doc ? FHelper.DocumentIndex(*doc) : -1);
+    });
     add({"ExitAction", "File", "012", "E&xit", {"Ctrl+Q"}, "application-exit"},
         [this] { close(); });
 
@@ -231,7 +207,10 @@ void TMainWindow::CreateActions() {
                            QString::fromStdString(LangText("Misc", "400", "Zevrit 0.1.0")));
     });
 
-    list.FOnCloseAllInGroup = [this] { FHelper.CloseAllDocumentTabs(); };
+    CreateGroupActions();
+    list.FOnCloseAllInGroup = [this] {
+        FHelper.CloseAllDocumentTabs(-1, FHelper.FActiveDocumentView);
+    };
     list.FOnShortCutsChanged = [this] { FActions->ApplyShortCuts(); };
     FActions->Bind();
     for (const auto& [name, icon] : icons)
@@ -255,9 +234,15 @@ void TMainWindow::CreateMenuBar() {
              "DeleteAction", "-", "SelectAllAction", "-", "DupLineAction", "DelLineAction",
              "DeleteWordAction", "DeletePrevWordAction", "-", "InsertModeAction"});
     a.AddTo(*a.AddMenu(bar, "m02", "&Search", "SearchMenu"), {"MatchingBraceAction"});
-    a.AddTo(*a.AddMenu(bar, "m03", "&View", "ViewMenu"),
-            {"ZoomInAction", "ZoomOutAction", "ZoomResetAction", "-", "ToggleToolbarAction",
-             "StatusbarAction", "ToggleFullScreenAction"});
+    QMenu* view = a.AddMenu(bar, "m03", "&View", "ViewMenu");
+    a.AddTo(*view, {"ZoomInAction", "ZoomOutAction", "ZoomResetAction", "-", "ToggleToolbarAction",
+                    "StatusbarAction", "ToggleFullScreenAction", "-", "SplitWindowHorzAction",
+                    "SplitWindowVertAction", "SplitWindowLeftAction", "SplitWindowRightAction",
+                    "UnsplitWindowAction", "-", "NewTabGroupAction", "MoveTabToNextGroupAction",
+                    "MoveTabToPreviousGroupAction"});
+    a.AddTo(*a.AddSubMenu(*view, "104", "&Tab groups", "TabGroupsMenu"),
+            {"ToggleTabGroup1Action", "ToggleTabGroup2Action", "ToggleTabGroup3Action",
+             "ToggleTabGroup4Action", "ToggleTabGroup5Action"});
     a.AddTo(*a.AddMenu(bar, "m04", "F&ormat", "FormatMenu"), {"IndentAction", "UnIndentAction"});
     // Bookmarks: its commands come with the line marks.
     a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu");

@@ -33,10 +33,11 @@ void TMainWindow::OnActiveEditor(const std::function<void(TEditorWidget&)>& comm
 }
 
 void TMainWindow::SwitchTab(int step) {
-    const int count = FTabs->count();
+    QTabWidget& tabs = *TabGroup(FHelper.FActiveDocumentView); // within the active group
+    const int count = tabs.count();
     if (count < 2)
         return;
-    FTabs->setCurrentIndex((FTabs->currentIndex() + step + count) % count);
+    tabs.setCurrentIndex((tabs.currentIndex() + step + count) % count);
 }
 
 // ---- Status bar -------------------------------------------------------------------------

@@ -7,6 +7,7 @@
 #include "shell/RootFolder.h"
 #include "ui/Actions.h"
 #include "ui/EditorWidget.h"
+#include "ui/TabGroups.h"
 
 #include <QInputDialog>
 #include <QMenu>
@@ -75,7 +76,7 @@ TWindowLayout TMainWindow::CurrentLayout() const {
     const QSize size = isMaximized() || isMinimized() ? normalGeometry().size() : this->size();
     layout.Width = size.width();
     layout.Height = size.height();
-    layout.ShowDocumentTabs = !FTabs->tabBar()->isHidden();
+    layout.ShowDocumentTabs = FGroups->TabBarsVisible();
     layout.DockState = saveState().toBase64().toStdString();
     return layout;
 }
@@ -83,7 +84,7 @@ TWindowLayout TMainWindow::CurrentLayout() const {
 void TMainWindow::ApplyLayout(const TWindowLayout& layout) {
     resize(layout.Width, layout.Height);
     restoreState(QByteArray::fromBase64(QByteArray::fromStdString(layout.DockState)));
-    FTabs->tabBar()->setVisible(layout.ShowDocumentTabs);
+    FGroups->SetTabBarsVisible(layout.ShowDocumentTabs);
     if (layout.Maximized)
         showMaximized();
     else if (layout.Minimized)

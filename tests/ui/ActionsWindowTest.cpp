@@ -68,19 +68,11 @@ void UseLanguageFile(const fs::path& file) {
     });
 }
 
-class ActionsWindowTest : public ::testing::Test {
+class ActionsWindowTest : public zvtest::TShownWindowTest {
 protected:
-    void SetUp() override { window = zvtest::ShownWindow(helper); }
+    ActionsWindowTest() : TShownWindowTest("zv-actions") {}
     void TearDown() override { zv::SetLanguageLookup({}); }
-    zv::TEditorWidget& Open(const std::string& name, const std::string& bytes) {
-        return zvtest::OpenInWindow(helper, *window, dir / name, bytes);
-    }
     static std::string Text(const zv::TEditorWidget& editor) { return zvtest::EditorText(editor); }
-    zvtest::TTempDir temp{"zv-actions"};
-    const fs::path dir = temp.Path();
-    zvtest::TScriptedPrompt prompt;
-    zv::TMainFormHelper helper{prompt};
-    std::unique_ptr<zv::TMainWindow> window;
 };
 
 TEST_F(ActionsWindowTest, ShortcutsFromTheBuiltInsTheKeyMapFileAndTheKeyDialogRunTheirActions) {

@@ -11,6 +11,7 @@
 #include "shell/Settings.h"
 #include "syntax/SyntaxSelect.h"
 #include "ui/EditorWidget.h"
+#include "ui/TabGroups.h"
 
 #include <QMenu>
 #include <QScrollBar>
@@ -199,6 +200,52 @@ TEST_F(MemoryWindowTest, TheLastDocumentsComeBackAtStartUnlessNoReopen) {
     zv::SettingsIni().WriteBool("EditorMisc", "ReopenLastDoc", false);
     TRun fourth;
     EXPECT_TRUE(fourth.Paths().empty()) << "the option is off";
+}
+
+// Each document comes back into its tab group, in the reopen list and in a session, and
+// with "SaveTabLayout" the groups that showed at exit show again, empty ones too.
+TEST_F(MemoryWindowTest, TabGroupsAndTheirDocumentsComeBackAtTheNextStart) {
+    zv::SettingsIni().WriteBool("EditorMisc", "ReopenLastDoc", true);
+    zv::SettingsIni().WriteBool("Window", "SaveTabLayout", true);
+    const fs::path a = Write("a.txt", "a\n"), b = Write("b.txt", "b\n"), c = Write("c.txt", "c\n");
+    // Each document's group and whether each group shows.
+    const auto layout = [&](TRun& run) {
+        std::vector<int> groups;
+        for (const fs::path& file : {a, b, c}) {
+            int group = -1;
+            run.window->FindDocMemo(file.string(), group);
+            groups.push_back(group);
+        }
+        for (int g = 1; g < zv::TTabGroups::kCount; ++g)
+            groups.push_back(run.window->TabGroups().IsShown(g) ? 1 : 0);
+        return groups;
+    };
+    const std::vector<int> expected{0, 2, 1, /*shown 1..5*/ 1, 1, 0, 1, 0};
+    {
+        TRun first;
+        ASSERT_TRUE(first.Open(a));
+        ASSERT_TRUE(first.Open(b));
+        ASSERT_TRUE(first.window->MoveTabToGroup(2));
+        ASSERT_TRUE(first.window->NewTabGroup()); // group 1, where c goes
+        ASSERT_TRUE(first.Open(c));
+        first.window->ShowTabGroup(4, true);
+        ASSERT_EQ(layout(first), expected);
+        ASSERT_TRUE(first.Memory().SaveSession("groups", ""));
+        ASSERT_TRUE(first.Exit());
+    }
+    EXPECT_TRUE(zv::SettingsIni().ReadBool("Window", "TabGroup4", false));
+    EXPECT_FALSE(zv::SettingsIni().ReadBool("Window", "TabGroup3", true));
+    TRun second;
+    EXPECT_EQ(layout(second), expected);
+    ASSERT_NE(second.helper.ActiveDocument(), nullptr);
+    EXPECT_EQ(second.helper.ActiveDocument()->FFilePath, c.string()) << "the active one";
+    EXPECT_EQ(second.helper.FActiveDocumentView, 1);
+    second.prompt.Answers = {zv::prNo};
+    ASSERT_TRUE(second.Memory().OpenSession("groups"));
+    const std::vector<int> reopened = layout(second);
+    EXPECT_EQ(std::vector<int>(reopened.begin(), reopened.begin() + 3),
+              std::vector<int>(expected.begin(), expected.begin() + 3))
+        << "the session keeps each document's group";
 }
 
 TEST_F(MemoryWindowTest, RecentAndRecentlyClosedFilesOpenFromTheFileMenu) {

@@ -63,6 +63,23 @@ inline zv::TEditorWidget& OpenInWindow(zv::TMainFormHelper& helper, zv::TMainWin
     return editor;
 }
 
+// A test with the shown window of a helper that answers from a script, and files of its own
+// folder opened as the user opens them.
+class TShownWindowTest : public ::testing::Test {
+protected:
+    explicit TShownWindowTest(const std::string& folder) : temp(folder) {}
+    void SetUp() override { window = ShownWindow(helper); }
+    zv::TEditorWidget& Open(const std::string& name, const std::string& bytes) {
+        return OpenInWindow(helper, *window, dir / name, bytes);
+    }
+
+    TTempDir temp;
+    const std::filesystem::path dir = temp.Path();
+    TScriptedPrompt prompt;
+    zv::TMainFormHelper helper{prompt};
+    std::unique_ptr<zv::TMainWindow> window;
+};
+
 // The editor's rows joined by LF, in UTF-8.
 inline std::string EditorText(const zv::TEditorWidget& editor) {
     std::string text;
