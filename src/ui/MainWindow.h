@@ -21,6 +21,7 @@ class QTabWidget;
 namespace zv {
 
 class TTabCloser;
+class TWindowSearch;
 
 class TEditorWidget;
 class TTailKeywords;
@@ -60,6 +61,8 @@ public:
     }
 
     QTabWidget* TabGroup() const { return FTabs; }
+    // The search commands (find bar, find next, replace, find all, go to line).
+    TWindowSearch& Search() const { return *FSearch; }
     TEditorWidget* EditorAt(int index) const;
     // The window's layout as it stands, and applying one (size, state, tab bar, docks).
     TWindowLayout CurrentLayout() const;
@@ -131,6 +134,7 @@ private:
     TDocument* FPendingActive = nullptr;        // activated during the batch, shown after it
     TTabCloser* FCloser;                        // owned by the tab bar
     std::unique_ptr<const TTypeColors> FColors; // made on the first document
+    TWindowSearch* FSearch = nullptr;           // a child, made with the Search menu
     QLabel* FStatusPosition = nullptr;
     QLabel* FStatusEncoding = nullptr;
     QLabel* FStatusLineEnds = nullptr;

@@ -6,6 +6,7 @@
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "shell/Language.h"
 #include "ui/EditorWidget.h"
+#include "ui/WindowSearch.h"
 
 #include <QAction>
 #include <QKeySequence>
@@ -66,6 +67,8 @@ void TMainWindow::CreateEditMenus() {
         });
 
     QMenu* search = menuBar()->addMenu(tr("&Search"));
+    FSearch = new TWindowSearch(*this, FHelper);
+    FSearch->AddActions(search);
     AddAction(search, "MatchingBraceAction", tr("&Matching brace"),
               {QKeySequence(Qt::CTRL | Qt::Key_B)}, on([](E& e) { e.GoToMatchingBrace(); }));
 
