@@ -7,9 +7,13 @@
 #include "platform/Prompt.h"
 #include "shell/Language.h"
 #include "shell/MainFormHelper.h"
+#include "shell/Settings.h"
+#include "shell/ZvIniFiles.h"
+#include "syntax/ColourWalk.h"
 #include "ui/EditorWidget.h"
 #include "ui/MainWindow.h"
 #include "ui/QuickFindBar.h"
+#include "ui/SearchDialog.h"
 
 #include <QAction>
 #include <QApplication>
@@ -47,6 +51,17 @@ public:
 
 namespace {
 
+// The skip filters' questions, answered by a document's scanner.
+class TScanTokens final : public ISearchTokens {
+public:
+    explicit TScanTokens(TDocumentScan& scan) : FScan(scan) {}
+    bool InComment(TZvPos p) const override { return IsInComment(FScan.Scanner(), p.X, p.Y); }
+    bool InString(TZvPos p) const override { return IsInString(FScan.Scanner(), p.X, p.Y); }
+
+private:
+    TDocumentScan& FScan;
+};
+
 QString Lang(const char* section, const char* key, const char* fallback) {
     return QString::fromStdString(LangText(section, key, fallback));
 }
@@ -83,10 +98,22 @@ TWindowSearch::TWindowSearch(TMainWindow& window, TMainFormHelper& helper)
     window.addDockWidget(Qt::BottomDockWidgetArea, FResultsDock);
     FResultsDock->hide();
     FBar->FOnChanged = [this] { SearchAsTyped(); };
-    FBar->FOnNext = [this](bool backward) { FindNext(backward); };
-    FBar->FOnReplace = [this] { ReplaceOne(); };
-    FBar->FOnReplaceAll = [this] { ReplaceAll(); };
-    FBar->FOnFindAll = [this] { FindAll(); };
+    FBar->FOnNext = [this](bool backward) {
+        FromBar();
+        FindNext(backward);
+    };
+    FBar->FOnReplace = [this] {
+        FromBar();
+        ReplaceOne();
+    };
+    FBar->FOnReplaceAll = [this] {
+        FromBar();
+        ReplaceAll();
+    };
+    FBar->FOnFindAll = [this] {
+        FromBar();
+        FindAll();
+    };
     FBar->FOnClose = [this] {
         FBarDock->hide();
         if (TEditorWidget* editor = FWindow.ActiveEditor())
@@ -110,6 +137,8 @@ void TWindowSearch::AddActions(QMenu* menu) {
         [this] { OpenBar(false); });
     add("ReplaceAction", tr("&Replace..."), QKeySequence(Qt::CTRL | Qt::Key_H),
         [this] { OpenBar(true); });
+    add("SearchDialogAction", tr("Find and replace &dialog..."),
+        QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F), [this] { OpenDialog(false); });
     add("FindNextAction", tr("Find &next"), QKeySequence(Qt::Key_F3), [this] { FindNext(false); });
     add("FindPreviousAction", tr("Find &previous"), QKeySequence(Qt::SHIFT | Qt::Key_F3),
         [this] { FindNext(true); });
@@ -140,24 +169,183 @@ void TWindowSearch::OpenBar(bool replace) {
     FBar->Open(replace, editor ? SeedText(*editor) : QString());
 }
 
-bool TWindowSearch::Prepare() {
-    const QString text = FBar->FindText();
-    if (text.isEmpty())
-        return false;
-    TZvFindOptions options = 0;
+void TWindowSearch::OpenDialog(bool replace) {
+    if (!FDialog)
+        FDialog = new TSearchDialog(*this, &FWindow);
+    TEditorWidget* editor = FWindow.ActiveEditor();
+    FDialog->Open(replace, editor ? SeedText(*editor) : QString(),
+                  editor && editor->Memo().HasSelection() &&
+                      editor->Memo().SelStart().Y != editor->Memo().SelEnd().Y);
+}
+
+void TWindowSearch::FromBar() {
+    FRequest = {};
+    FRequest.Find = FBar->FindText();
+    FRequest.Replace = FBar->ReplaceText();
     if (FBar->MatchCase())
-        options |= frCase;
+        FRequest.Options |= frCase;
     if (FBar->WholeWord())
-        options |= frWord;
-    std::u16string find = ToU16(text);
-    if (FBar->RegularExpression()) {
-        options |= frRegExp;
+        FRequest.Options |= frWord;
+    if (FBar->RegularExpression())
+        FRequest.Options |= frRegExp;
+    FFrom = {0, 0};
+    FTo = TTextSearch::kTextEnd;
+}
+
+void TWindowSearch::ToBar() {
+    const QSignalBlocker quiet(FBar->FindField());
+    FBar->FindField()->setText(FRequest.Find);
+    FBar->ReplaceField()->setText(FRequest.Replace);
+}
+
+bool TWindowSearch::Prepare() {
+    if (FRequest.Find.isEmpty())
+        return false;
+    TEditorWidget* editor = FWindow.ActiveEditor();
+    FTokens.reset();
+    if (editor && editor->Scan())
+        FTokens = std::make_unique<TScanTokens>(*editor->Scan());
+    FSearch->SetTokens(FTokens.get());
+    std::u16string find = ToU16(FRequest.Find);
+    if (FRequest.Options & frRegExp)
         find = ProcessRegExReplace(find);
-    }
-    if (FSearch->Prepare(find, options))
+    if (FSearch->Prepare(find, FRequest.Options))
         return true;
     Status(QString::fromStdString(FSearch->Error()));
     return false;
+}
+
+TReplacement TWindowSearch::Replacement() const {
+    std::u16string text = ToU16(FRequest.Replace);
+    if (FRequest.Options & frRegExp)
+        text = ProcessRegExReplace(text);
+    return {std::move(text), FRequest.PreserveCase};
+}
+
+void TWindowSearch::Place(TEditorWidget& editor) {
+    FFrom = {0, 0};
+    FTo = TTextSearch::kTextEnd;
+    editor.Run([&](TZvMemo& memo) {
+        TZvPos start = memo.Caret(), end = start;
+        memo.OrderedSelection(start, end);
+        const bool selected = memo.HasSelection();
+        switch (FRequest.Scope) {
+        case TSearchRequest::scDocument: {
+            const TZvPos last = TextEnd(memo.Lines());
+            memo.SetTextCursor(FRequest.Up ? last.X : 0, FRequest.Up ? last.Y : 0);
+            break;
+        }
+        case TSearchRequest::scCursor:
+            memo.SetTextCursor(memo.FCurX, memo.FCurY);
+            break;
+        case TSearchRequest::scSelection:
+            if (selected) {
+                FFrom = start;
+                FTo = end;
+            }
+            memo.SetTextCursor(FRequest.Up ? FTo.X : FFrom.X, FRequest.Up ? FTo.Y : FFrom.Y);
+            break;
+        }
+    });
+}
+
+std::optional<TSearchHit> TWindowSearch::Next(TEditorWidget& editor, bool backward, bool mayWrap) {
+    const TZvMemo& memo = editor.Memo();
+    const TZvMemoStrings& lines = memo.Lines();
+    TZvPos start = memo.Caret(), end = memo.Caret();
+    if (memo.HasSelection())
+        memo.OrderedSelection(start, end);
+    std::optional<TSearchHit> hit = backward ? FSearch->FindBackward(lines, start, FFrom)
+                                             : FSearch->FindForward(lines, end, FTo);
+    const bool bounded = FFrom != TZvPos{0, 0} || FTo != TTextSearch::kTextEnd;
+    const TMemIniFileW& settings = SettingsIni();
+    if (hit || !mayWrap || bounded || !settings.ReadBool("Search", "Continue", true))
+        return hit;
+    if (settings.ReadBool("Search", "ContinueMessageBeep", false))
+        QApplication::beep();
+    if (settings.ReadBool("Search", "ContinueMessage", true) &&
+        FHelper.Prompt(LangText("Messages", "021", "Message"),
+                       LangText("Messages", "088", "Message"), pfYesNo, prYes) != prYes)
+        return std::nullopt;
+    return backward ? FSearch->FindBackward(lines, TextEnd(lines))
+                    : FSearch->FindForward(lines, {0, 0});
+}
+
+bool TWindowSearch::FindFirst(const TSearchRequest& request) {
+    FRequest = request;
+    ToBar();
+    TEditorWidget* editor = FWindow.ActiveEditor();
+    if (!editor)
+        return false;
+    Place(*editor);
+    return FindNext(FRequest.Up);
+}
+
+std::int64_t TWindowSearch::ReplaceAll(const TSearchRequest& request) {
+    FRequest = request;
+    ToBar();
+    TEditorWidget* editor = FWindow.ActiveEditor();
+    if (!editor || !Prepare())
+        return 0;
+    TZvPos from{0, 0}, to = TTextSearch::kTextEnd;
+    const TZvMemo& memo = editor->Memo();
+    if (request.Scope == TSearchRequest::scCursor)
+        (request.Up ? to : from) = memo.Caret();
+    else if (request.Scope == TSearchRequest::scSelection && memo.HasSelection())
+        memo.OrderedSelection(from, to);
+    std::int64_t count = 0;
+    editor->Run([&](TZvMemo& target) {
+        count = zv::ReplaceAll(target, *FSearch, Replacement(), from, to);
+    });
+    Status(Lang("FindReplace", "117", "%1 replaced").arg(count));
+    return count;
+}
+
+std::int64_t TWindowSearch::ReplacePrompted(const TSearchRequest& request) {
+    FRequest = request;
+    ToBar();
+    TEditorWidget* editor = FWindow.ActiveEditor();
+    if (!editor || !Prepare())
+        return 0;
+    Place(*editor);
+    const std::string question = LangText("FindReplace", "090", "Replace this Occurence?") +
+                                 "\n\"" + FRequest.Find.toStdString() + "\" -> \"" +
+                                 FRequest.Replace.toStdString() + "\"";
+    const TReplacement replacement = Replacement();
+    std::int64_t count = 0;
+    for (;;) {
+        const std::optional<TSearchHit> hit = Next(*editor, FRequest.Up, false);
+        if (!hit)
+            break;
+        Select(*editor, *hit);
+        const int answer = FHelper.Prompt(LangText("FindReplace", "092", "Confirmation"), question,
+                                          pfYesNoToAll, prCancel);
+        if (answer == prYesToAll) {
+            editor->Run([&](TZvMemo& memo) {
+                count += FRequest.Up ? zv::ReplaceAll(memo, *FSearch, replacement, FFrom, hit->End)
+                                     : zv::ReplaceAll(memo, *FSearch, replacement, hit->Start, FTo);
+            });
+            break;
+        }
+        if (answer != prYes && answer != prNo)
+            break;
+        if (answer == prYes)
+            editor->Run([&](TZvMemo& memo) {
+                if (ReplaceSelection(memo, *FSearch, replacement)) {
+                    ++count;
+                    if (FRequest.Up)
+                        memo.SetTextCursor(hit->Start.X, hit->Start.Y);
+                }
+            });
+    }
+    Status(Lang("FindReplace", "117", "%1 replaced").arg(count));
+    return count;
+}
+
+int TWindowSearch::FindAll(const TSearchRequest& request) {
+    FRequest = request;
+    ToBar();
+    return FindAll();
 }
 
 void TWindowSearch::Select(TEditorWidget& editor, const TSearchHit& hit) {
@@ -177,7 +365,8 @@ void TWindowSearch::SearchAsTyped() {
     TEditorWidget* editor = FWindow.ActiveEditor();
     if (!editor)
         return;
-    if (FBar->FindText().isEmpty()) {
+    FromBar();
+    if (FRequest.Find.isEmpty()) {
         FSearch->Prepare({}, 0);
         editor->Run([](TZvMemo& memo) { memo.ClearSelection(); });
         FBar->ShowFound(true);
@@ -201,26 +390,15 @@ bool TWindowSearch::FindNext(bool backward) {
     TEditorWidget* editor = FWindow.ActiveEditor();
     if (!editor)
         return false;
-    if (FBar->FindText().isEmpty()) {
-        const QString seed = SeedText(*editor);
-        if (seed.isEmpty())
+    if (FRequest.Find.isEmpty()) {
+        FRequest.Find = SeedText(*editor);
+        if (FRequest.Find.isEmpty())
             return false;
-        const QSignalBlocker quiet(FBar->FindField());
-        FBar->FindField()->setText(seed);
+        ToBar();
     }
     if (!Prepare())
         return false;
-    TZvMemo& memo = editor->Memo();
-    const TZvMemoStrings& lines = memo.Lines();
-    TZvPos start = memo.Caret(), end = memo.Caret();
-    if (memo.HasSelection())
-        memo.OrderedSelection(start, end);
-    std::optional<TSearchHit> hit =
-        backward ? FSearch->FindBackward(lines, start) : FSearch->FindForward(lines, end);
-    if (!hit && FHelper.Prompt(LangText("Messages", "021", "Message"),
-                               LangText("Messages", "088", "Message"), pfYesNo, prYes) == prYes)
-        hit = backward ? FSearch->FindBackward(lines, TextEnd(lines))
-                       : FSearch->FindForward(lines, {0, 0});
+    const std::optional<TSearchHit> hit = Next(*editor, backward, true);
     FBar->ShowFound(hit.has_value());
     ShowHighlight();
     if (!hit) {
@@ -235,33 +413,19 @@ bool TWindowSearch::ReplaceOne() {
     TEditorWidget* editor = FWindow.ActiveEditor();
     if (!editor || !Prepare())
         return false;
-    std::u16string replacement = ToU16(FBar->ReplaceText());
-    if (FSearch->Options() & frRegExp)
-        replacement = ProcessRegExReplace(replacement);
     bool replaced = false;
-    editor->Run([&](TZvMemo& memo) {
-        replaced = ReplaceSelection(memo, *FSearch, {replacement, false});
-    });
+    editor->Run([&](TZvMemo& memo) { replaced = ReplaceSelection(memo, *FSearch, Replacement()); });
     FindNext(false);
     return replaced;
 }
 
 std::int64_t TWindowSearch::ReplaceAll() {
-    TEditorWidget* editor = FWindow.ActiveEditor();
-    if (!editor || !Prepare())
-        return 0;
-    std::u16string replacement = ToU16(FBar->ReplaceText());
-    if (FSearch->Options() & frRegExp)
-        replacement = ProcessRegExReplace(replacement);
-    std::int64_t count = 0;
-    editor->Run([&](TZvMemo& memo) {
-        TZvPos from{0, 0}, to = TTextSearch::kTextEnd;
-        if (memo.HasSelection() && memo.SelStart().Y != memo.SelEnd().Y)
-            memo.OrderedSelection(from, to);
-        count = zv::ReplaceAll(memo, *FSearch, {replacement, false}, from, to);
-    });
-    Status(Lang("FindReplace", "117", "%1 replaced").arg(count));
-    return count;
+    TSearchRequest request = FRequest;
+    const TEditorWidget* editor = FWindow.ActiveEditor();
+    const bool rows = editor && editor->Memo().HasSelection() &&
+                      editor->Memo().SelStart().Y != editor->Memo().SelEnd().Y;
+    request.Scope = rows ? TSearchRequest::scSelection : TSearchRequest::scDocument;
+    return ReplaceAll(request);
 }
 
 int TWindowSearch::FindAll() {

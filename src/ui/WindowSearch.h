@@ -4,6 +4,7 @@
 // all hits in every view of the document, and go to line.
 #pragma once
 
+#include "ZvMemoControl/SearchReplace.h"
 #include "ZvMemoControl/TextSearch.h"
 
 #include <QObject>
@@ -11,6 +12,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 class QDockWidget;
 class QListWidget;
@@ -20,9 +22,23 @@ namespace zv {
 
 class TEditorWidget;
 class TMainFormHelper;
+class TSearchDialog;
 class TMainWindow;
 class TQuickFindBar;
 class TFollowedHits;
+
+// One request of the bar or the search dialog.
+struct TSearchRequest {
+    enum TScope { scDocument, scCursor, scSelection };
+    QString Find, Replace;
+    // frCase, frWord, frRegExp, frSkipTags, frSkipStrings, frSkipComments.
+    TZvFindOptions Options = 0;
+    bool PreserveCase = false;
+    bool Up = false;
+    // Where a fresh request starts: the document's start (its end when Up), the caret, or
+    // within the selection (hits outside it are not taken, and the search does not wrap).
+    TScope Scope = scCursor;
+};
 
 class TWindowSearch : public QObject {
     Q_OBJECT
@@ -38,6 +54,21 @@ public:
     // Opens the bar (with the replace row when `replace`), its find text the selection of
     // one row, else the word at the caret.
     void OpenBar(bool replace);
+    // Opens the search dialog on its Find or Replace page.
+    void OpenDialog(bool replace);
+    // The request in force (the bar's or the dialog's last).
+    const TSearchRequest& Request() const { return FRequest; }
+
+    // A fresh request from the dialog: placed by its scope, then the first hit (as FindNext
+    // in its direction). Later F3 and Shift+F3 go on with it.
+    bool FindFirst(const TSearchRequest& request);
+    // Replaces every hit of the request's scope as one undo step; the count.
+    std::int64_t ReplaceAll(const TSearchRequest& request);
+    // Steps through the hits of the request's scope asking at each ("FindReplace" "090"):
+    // yes replaces, no skips, yes to all replaces the rest at once, no to all or cancel stops.
+    // Returns the number replaced.
+    std::int64_t ReplacePrompted(const TSearchRequest& request);
+    int FindAll(const TSearchRequest& request);
     // The next hit after the selection (before it when `backward`) of the bar's text, with
     // the bar's options; with no text there, the selected text or the word at the caret.
     // Past the last hit a question offers to go on from the other end. False when nothing
@@ -56,9 +87,20 @@ public:
     bool GoToLine(const QString& where);
 
 private:
-    // The bar's text and options prepared into FSearch; false, FSearch unchanged and the
-    // message shown, for an invalid regular expression or no text.
+    // FRequest's text and options prepared into FSearch (the active document's scanner
+    // answers the skip filters); false, FSearch unchanged and the message shown, for an
+    // invalid regular expression or no text.
     bool Prepare();
+    // FRequest from the bar's fields and toggles.
+    void FromBar();
+    // FRequest into the bar's fields, without searching.
+    void ToBar();
+    // The hit after (before when `backward`) the selection within the scope's bounds, with
+    // the wrap question when `mayWrap` and the scope is not a selection.
+    std::optional<TSearchHit> Next(TEditorWidget& editor, bool backward, bool mayWrap);
+    // Places the caret for a fresh request by its scope and sets the bounds.
+    void Place(TEditorWidget& editor);
+    TReplacement Replacement() const;
     void SearchAsTyped();
     void Select(TEditorWidget& editor, const TSearchHit& hit);
     void ShowHighlight();
@@ -69,6 +111,10 @@ private:
 
     TMainWindow& FWindow;
     TMainFormHelper& FHelper;
+    TSearchRequest FRequest;
+    TZvPos FFrom{0, 0}, FTo = TTextSearch::kTextEnd; // bounds of a selection scope
+    std::unique_ptr<ISearchTokens> FTokens;          // the active document's scanner
+    TSearchDialog* FDialog = nullptr;                // made on first use
     TQuickFindBar* FBar;
     QDockWidget* FBarDock;
     QListWidget* FResults;

@@ -7,25 +7,33 @@
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "platform/Prompt.h"
 #include "shell/MainFormHelper.h"
+#include "shell/Settings.h"
 #include "shell/ZvIniFiles.h"
 #include "support/ZvTestSupport.h"
 #include "ui/EditorWidget.h"
 #include "ui/MainWindow.h"
 #include "ui/QuickFindBar.h"
+#include "ui/SearchDialog.h"
 #include "ui/WindowSearch.h"
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTimer>
 #include <QToolButton>
 
 #include <gtest/gtest.h>
 
 namespace {
+
+// The shipped syntax files, before the first look-up of the data root fixes it.
+const bool kTreeRoot = ::setenv("ZEVRIT_ROOT", ZV_TEST_TREE, 1) == 0;
 
 using zv::TSearchHit;
 using zv::TZvPos;
@@ -186,6 +194,76 @@ TEST_F(SearchWindowTest, FoundItemsFollowEditsAndGoToLineTakesLineAndColumn) {
     EXPECT_EQ(editor->Memo().Caret(), (TZvPos{6, 2})) << "out of range: the caret stays";
     EXPECT_TRUE(window->statusBar()->currentMessage().contains("out of range"))
         << window->statusBar()->currentMessage().toStdString();
+}
+
+zv::TSearchDialog& OpenDialog(QWidget* from) {
+    QTest::keyClick(from, Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+    auto* dialog = qobject_cast<zv::TSearchDialog*>(QApplication::activeWindow());
+    if (!dialog)
+        dialog = from->window()->findChild<zv::TSearchDialog*>();
+    EXPECT_NE(dialog, nullptr);
+    return *dialog;
+}
+
+void Click(zv::TSearchDialog& dialog, const char* button) {
+    QTest::mouseClick(dialog.findChild<QPushButton*>(button), Qt::LeftButton);
+}
+
+TEST_F(SearchWindowTest, DialogReplacesAsAnsweredAndRemembersItsHistory) {
+    zv::TSearchDialog& dialog = OpenDialog(editor);
+    ASSERT_TRUE(dialog.isVisible());
+    dialog.findChild<QTabBar*>()->setCurrentIndex(1);
+    dialog.FindCombo()->setEditText("needle");
+    dialog.ReplaceCombo()->setEditText("pin");
+    dialog.findChild<QCheckBox*>("Case")->setChecked(true);
+    dialog.findChild<QComboBox*>("ScopeCombo")->setCurrentIndex(zv::TSearchRequest::scDocument);
+    prompt.Answers = {zv::prYes, zv::prNo, zv::prYesToAll};
+    Click(dialog, "ReplaceButton");
+    ASSERT_EQ(prompt.Asked.size(), 3u);
+    EXPECT_NE(prompt.Asked[0].find("\"needle\" -> \"pin\""), std::string::npos);
+    editor->setFocus();
+    QTest::keyClick(editor, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(zvtest::ReadAll(file), "alpha pin beta\n"
+                                     "no match here\n"
+                                     "needle pin; Needle\n"
+                                     "last line with a pin\n");
+
+    // A text with a line break survives the history's round trip through the settings.
+    dialog.FindCombo()->setEditText(zv::ToFieldText("a\r\nb\tc"));
+    dialog.close();
+    dialog.Open(false, {}, false);
+    EXPECT_EQ(zv::FromFieldText(dialog.FindCombo()->currentText()), "a\r\nb\tc");
+    EXPECT_EQ(dialog.FindCombo()->count(), 3) << "the word it opened with, needle, the new text";
+    EXPECT_TRUE(dialog.findChild<QCheckBox*>("Case")->isChecked() == false)
+        << "the Find page keeps its own options";
+    dialog.findChild<QTabBar*>()->setCurrentIndex(1);
+    EXPECT_TRUE(dialog.findChild<QCheckBox*>("Case")->isChecked());
+    // A lower limit trims the list at the next close, not before.
+    zv::SettingsIni().WriteInteger("Search", "FindHistoryMax", 1);
+    EXPECT_EQ(dialog.FindCombo()->count(), 3);
+    dialog.close();
+    EXPECT_EQ(
+        zv::SplitHistory(zv::SettingsIni().ReadString("Find", "FindMRU", std::u16string_view()))
+            .size(),
+        1);
+}
+
+TEST_F(SearchWindowTest, SkipCommentsAndStringsAskTheScanner) {
+    const std::filesystem::path code = temp.Path() / "code.c";
+    zvtest::WriteAll(code, "int x; /* x in a comment */\nchar* s = \"x\"; // x\nx = 1;\n");
+    zv::TLoadFileArgs args;
+    args.FileName = code.string();
+    ASSERT_TRUE(helper.LoadFile(args));
+    editor = window->ActiveEditor();
+    zv::TSearchRequest request;
+    request.Find = "x";
+    request.Options = zv::frCase | zv::frWord;
+    request.Scope = zv::TSearchRequest::scDocument;
+    EXPECT_EQ(window->Search().FindAll(request), 5);
+    request.Options |= zv::frSkipComments;
+    EXPECT_EQ(window->Search().FindAll(request), 3);
+    request.Options |= zv::frSkipStrings;
+    EXPECT_EQ(window->Search().FindAll(request), 2);
 }
 
 } // namespace
