@@ -137,8 +137,20 @@ std::size_t TTextSearch::FindCandidate(std::u16string_view buffer, std::size_t f
                 return static_cast<std::size_t>(p - data);
         return std::u16string_view::npos;
     }
-    // The next unit in either case, by two unit scans that leapfrog.
     const char16_t lo = f.Lower[0], up = f.Upper[0];
+    const auto matchesAt = [&](const char16_t* p) {
+        std::size_t i = 1;
+        while (i < n && (p[i] == f.Lower[i] || p[i] == f.Upper[i]))
+            ++i;
+        return i == n;
+    };
+    if (last - (data + from) < 64) { // one pass over a short row beats two unit scans
+        for (const char16_t* p = data + from; p != last; ++p)
+            if ((*p == lo || *p == up) && matchesAt(p))
+                return static_cast<std::size_t>(p - data);
+        return std::u16string_view::npos;
+    }
+    // The next unit in either case, by two unit scans that leapfrog.
     const char16_t* nextLo = FindUnit(data + from, last, lo);
     const char16_t* nextUp = lo == up ? last : FindUnit(data + from, last, up);
     while (nextLo != last || nextUp != last) {
@@ -147,10 +159,7 @@ std::size_t TTextSearch::FindCandidate(std::u16string_view buffer, std::size_t f
             nextLo = FindUnit(p + 1, last, lo);
         else
             nextUp = FindUnit(p + 1, last, up);
-        std::size_t i = 1;
-        while (i < n && (p[i] == f.Lower[i] || p[i] == f.Upper[i]))
-            ++i;
-        if (i == n)
+        if (matchesAt(p))
             return static_cast<std::size_t>(p - data);
     }
     return std::u16string_view::npos;

@@ -96,6 +96,11 @@ bool TQuickFindBar::HighlightAll() const {
     return FHighlight->isChecked();
 }
 
+void TQuickFindBar::SetHighlightAll(bool on) {
+    const QSignalBlocker quiet(FHighlight);
+    FHighlight->setChecked(on);
+}
+
 void TQuickFindBar::ShowFound(bool found) {
     QPalette palette = FFind->palette();
     palette.setColor(QPalette::Base,

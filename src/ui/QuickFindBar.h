@@ -28,6 +28,7 @@ public:
     bool WholeWord() const;
     bool RegularExpression() const;
     bool HighlightAll() const;
+    void SetHighlightAll(bool on);
     // The find field's background: the window colour, or the "not found" colour.
     void ShowFound(bool found);
     static const QColor kNotFoundBack; // RGB(255, 220, 200)

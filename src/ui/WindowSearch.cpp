@@ -97,7 +97,11 @@ TWindowSearch::TWindowSearch(TMainWindow& window, TMainFormHelper& helper)
     FResultsDock->setWidget(FResults);
     window.addDockWidget(Qt::BottomDockWidgetArea, FResultsDock);
     FResultsDock->hide();
-    FBar->FOnChanged = [this] { SearchAsTyped(); };
+    FBar->SetHighlightAll(SettingsIni().ReadBool("Search", "IncrementHighlightAll", true));
+    FBar->FOnChanged = [this] {
+        SettingsIni().WriteBool("Search", "IncrementHighlightAll", FBar->HighlightAll());
+        SearchAsTyped();
+    };
     FBar->FOnNext = [this](bool backward) {
         FromBar();
         FindNext(backward);
@@ -390,11 +394,19 @@ bool TWindowSearch::FindNext(bool backward) {
     TEditorWidget* editor = FWindow.ActiveEditor();
     if (!editor)
         return false;
-    if (FRequest.Find.isEmpty()) {
-        FRequest.Find = SeedText(*editor);
+    // The selected text of one row becomes the text (not for a regular expression, whose
+    // hits are not the expression); with nothing selected and no text, the word at the caret.
+    const TZvMemo& memo = editor->Memo();
+    const bool takeSelection = memo.HasSelection() && !(FRequest.Options & frRegExp) &&
+                               SettingsIni().ReadBool("Search", "SelectedText", true);
+    if (FRequest.Find.isEmpty() || takeSelection) {
+        const QString seed = SeedText(*editor);
+        if (!seed.isEmpty() && seed != FRequest.Find) {
+            FRequest.Find = seed;
+            ToBar();
+        }
         if (FRequest.Find.isEmpty())
             return false;
-        ToBar();
     }
     if (!Prepare())
         return false;

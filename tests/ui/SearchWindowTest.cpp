@@ -145,6 +145,13 @@ TEST_F(SearchWindowTest, F3VisitsWhatFindAllListsAndWrapsAfterTheQuestion) {
     prompt.Answers = {zv::prNo};
     QTest::keyClick(editor, Qt::Key_F3, Qt::ShiftModifier);
     EXPECT_EQ(Selection(), listed.front());
+    // A word the user selects becomes the text of F3.
+    window->Search().Bar().FindField()->setText("alpha");
+    editor->setFocus();
+    editor->Memo().SetSelection({15, 2}, {21, 2});
+    QTest::keyClick(editor, Qt::Key_F3);
+    EXPECT_EQ(Selection(), std::make_pair(TZvPos{17, 3}, TZvPos{23, 3}));
+    EXPECT_EQ(window->Search().Bar().FindText(), "Needle");
 }
 
 TEST_F(SearchWindowTest, ReplaceAllWritesWhatSedWritesAndOneUndoTakesItBack) {
