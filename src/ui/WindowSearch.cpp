@@ -51,15 +51,31 @@ public:
 
 namespace {
 
-// The skip filters' questions, answered by a document's scanner.
+// The skip filters' questions, answered by the scanner a document has at the moment of the
+// question (none once the document is gone or has no syntax: nothing is skipped). Views of
+// other documents may paint with the search: their positions are only checked for range.
 class TScanTokens final : public ISearchTokens {
 public:
-    explicit TScanTokens(TDocumentScan& scan) : FScan(scan) {}
-    bool InComment(TZvPos p) const override { return IsInComment(FScan.Scanner(), p.X, p.Y); }
-    bool InString(TZvPos p) const override { return IsInString(FScan.Scanner(), p.X, p.Y); }
+    explicit TScanTokens(const std::shared_ptr<TZvTextDocument>& document) : FDocument(document) {}
+    bool InComment(TZvPos p) const override {
+        TDocumentScan* scan = ScanFor(p);
+        return scan && IsInComment(scan->Scanner(), p.X, p.Y);
+    }
+    bool InString(TZvPos p) const override {
+        TDocumentScan* scan = ScanFor(p);
+        return scan && IsInString(scan->Scanner(), p.X, p.Y);
+    }
 
 private:
-    TDocumentScan& FScan;
+    TDocumentScan* ScanFor(TZvPos p) const {
+        const std::shared_ptr<TZvTextDocument> document = FDocument.lock();
+        if (!document || p.Y < 0 || p.Y >= document->Lines().Count())
+            return nullptr;
+        auto* scan = dynamic_cast<TDocumentScan*>(document->Reader().get());
+        return scan && scan->Styles() ? scan : nullptr;
+    }
+
+    std::weak_ptr<TZvTextDocument> FDocument;
 };
 
 QString Lang(const char* section, const char* key, const char* fallback) {
@@ -207,8 +223,8 @@ bool TWindowSearch::Prepare() {
         return false;
     TEditorWidget* editor = FWindow.ActiveEditor();
     FTokens.reset();
-    if (editor && editor->Scan())
-        FTokens = std::make_unique<TScanTokens>(*editor->Scan());
+    if (editor)
+        FTokens = std::make_unique<TScanTokens>(editor->TextDocument());
     FSearch->SetTokens(FTokens.get());
     std::u16string find = ToU16(FRequest.Find);
     if (FRequest.Options & frRegExp)

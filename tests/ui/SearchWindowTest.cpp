@@ -129,6 +129,13 @@ TEST_F(SearchWindowTest, F3VisitsWhatFindAllListsAndWrapsAfterTheQuestion) {
         forward.push_back(Selection());
     }
     EXPECT_EQ(forward, listed);
+    // With the question off the search wraps at once, silently.
+    zv::SettingsIni().WriteBool("Search", "ContinueMessage", false);
+    QTest::keyClick(editor, Qt::Key_F3);
+    zv::SettingsIni().WriteBool("Search", "ContinueMessage", true);
+    EXPECT_EQ(Selection(), listed.front());
+    EXPECT_TRUE(prompt.Asked.empty());
+    editor->Memo().SetSelection(listed.back().first, listed.back().second);
     prompt.Answers = {zv::prYes};
     QTest::keyClick(editor, Qt::Key_F3);
     EXPECT_EQ(Selection(), listed.front()) << "wrapped to the first hit";
