@@ -1,7 +1,7 @@
 // Search and replace in a document against outside tools on real files of the machine (grep,
 // pcre2grep, sed), with the long lines cut into wrapped rows so that hits straddle the cuts;
 // the properties of the steps (find next visits what find all lists, backward the reverse;
-// replace all then undo gives the original bytes), and the Part's edge cases.
+// replace all then undo gives the original bytes), and the edge cases of the rules.
 #include "memo/MemoTestUtil.h"
 
 #include "ZvMemoControl/SearchReplace.h"
@@ -67,7 +67,8 @@ TTextSearch Prepared(const std::string& text, TZvFindOptions options) {
     return search;
 }
 
-// The Part's whole-word set as a PCRE class of what may NOT stand beside a word (ASCII part).
+// The whole-word set of the search as a PCRE class of what may NOT stand beside a word (ASCII
+// part).
 const std::string kNotDelimiter = R"([^\t ()\[\]{},.;:"=<>+\-/\\?!|&`^*#$%'])";
 
 TEST(SearchOracleTest, PlainWordAndCaselessHitsMatchGrep) {
@@ -84,7 +85,7 @@ TEST(SearchOracleTest, PlainWordAndCaselessHitsMatchGrep) {
             EXPECT_EQ(HitTexts(doc.lines, Prepared(word, 0)),
                       RunOutput("LC_ALL=C grep -o -i -F -- " + q + " " + file))
                 << file << " caseless " << word;
-            // grep -w counts any non-word character as a border; the Part's set is narrower
+            // grep -w counts any non-word character as a border; the search's set is narrower
             // ("~" and "@" are no delimiters), so the word test goes by that set.
             EXPECT_EQ(
                 HitTexts(doc.lines, Prepared(word, frCase | frWord)),
@@ -194,7 +195,7 @@ std::vector<TSearchHit> Hits(const TDoc& doc, const std::string& text, TZvFindOp
     return hits;
 }
 
-TEST(SearchEdgeTest, ThePartsEdgeCases) {
+TEST(SearchEdgeTest, EdgeCasesOfTheRules) {
     // A text ending in a line break matches only where its last line ends a line.
     const TDoc lines("ab\nxab\nab c\nab\n");
     EXPECT_EQ(Hits(lines, "ab\n", frCase),
