@@ -13,17 +13,17 @@ build_pkgs=(
 )
 # What the tests start or compare with: a virtual display, encoding and line-end oracles
 # (uconv, iconv of libc-bin, dos2unix, file, xxd, cmp), setfattr for extended attributes,
-# xmllint for the XML files the program writes,
+# xmllint for the XML files the program writes, pcre2grep for regular-expression hits,
 # Python with Pygments and its CJK samples, and the language tools whose keyword lists check
 # the shipped syntax files.
 test_pkgs=(
-  xvfb xauth icu-devtools dos2unix file diffutils xxd attr libxml2-utils
+  xvfb xauth icu-devtools dos2unix file diffutils xxd attr libxml2-utils pcre2-utils
   python3 python3-pygments libpython3.11-testsuite
   nodejs rustc default-jdk-headless perl lua5.4 ruby php-cli golang-go
 )
 # Reference tools the benchmark scripts under bench/ run side by side with zvtool.
 bench_pkgs=(
-  bc python3 libkf5syntaxhighlighting-tools
+  bc python3 libkf5syntaxhighlighting-tools pcre2-utils
 )
 
 wanted=("${build_pkgs[@]}")

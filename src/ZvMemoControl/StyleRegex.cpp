@@ -8,6 +8,17 @@
 
 namespace zv {
 
+std::string RegexErrorText(int errorCode, std::size_t offset) {
+    PCRE2_UCHAR message[256];
+    const int n = pcre2_get_error_message(errorCode, message, 256);
+    std::string text;
+    for (int i = 0; i < n; ++i)
+        text.push_back(message[i] < 0x80 ? static_cast<char>(message[i]) : '?');
+    char at[24];
+    auto end = std::to_chars(at, at + sizeof at, offset).ptr;
+    return text + " at offset " + std::string(at, end);
+}
+
 TRegexMatch::TRegexMatch() : FData(pcre2_match_data_create(10, nullptr)) {}
 
 TRegexMatch::~TRegexMatch() {
@@ -22,13 +33,7 @@ TStyleRegex::TStyleRegex(std::u16string_view pattern, bool caseless) {
     FCode = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), options,
                           &errorCode, &errorOffset, nullptr);
     if (!FCode) {
-        PCRE2_UCHAR message[256];
-        const int n = pcre2_get_error_message(errorCode, message, 256);
-        for (int i = 0; i < n; ++i)
-            FError.push_back(message[i] < 0x80 ? static_cast<char>(message[i]) : '?');
-        char at[24];
-        auto end = std::to_chars(at, at + sizeof at, errorOffset).ptr;
-        FError += " at offset " + std::string(at, end);
+        FError = RegexErrorText(errorCode, errorOffset);
         return;
     }
     pcre2_jit_compile(FCode, PCRE2_JIT_COMPLETE); // falls back to the interpreter on failure

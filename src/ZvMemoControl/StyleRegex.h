@@ -3,6 +3,7 @@
 // each thread brings its own TRegexMatch scratch.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,6 +12,9 @@ struct pcre2_real_code_16;
 struct pcre2_real_match_data_16;
 
 namespace zv {
+
+// PCRE2's message for a compile error `errorCode`, with " at offset N" (UTF-16 units).
+std::string RegexErrorText(int errorCode, std::size_t offset);
 
 // Per-thread match scratch; reuse it across calls so matching does not allocate.
 class TRegexMatch {

@@ -151,4 +151,13 @@ bool IsInCommentOrString(TLineScanner& scanner, int x, int y) {
     return p.Get(spInComment) || p.Get(spInLineComment) || p.BracketId >= 0 || s.Block.Id == -2;
 }
 
+bool IsInComment(TLineScanner& scanner, int x, int y) {
+    const TStyleProperties p = StateAt(scanner, x, y).Properties;
+    return p.Get(spInComment) || p.Get(spInLineComment);
+}
+
+bool IsInString(TLineScanner& scanner, int x, int y) {
+    return StateAt(scanner, x, y).Properties.BracketId >= 0;
+}
+
 } // namespace zv

@@ -62,5 +62,9 @@ const TZvCustomMemoStyles* GetStyleAt(TLineScanner& scanner, int x, int y);
 bool IsInTagOrBlock(TLineScanner& scanner, int x, int y);
 // True when the position lies in a comment or a string (no closing partner is added there).
 bool IsInCommentOrString(TLineScanner& scanner, int x, int y);
+// The state behind column x of row y says: in a block or line comment; in a string or
+// character literal (the search's skip filters).
+bool IsInComment(TLineScanner& scanner, int x, int y);
+bool IsInString(TLineScanner& scanner, int x, int y);
 
 } // namespace zv

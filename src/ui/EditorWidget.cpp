@@ -354,6 +354,15 @@ void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
     if (rowStyle && rowStyle->FBkColor != kNoColor) // the whole line, not only its text
         painter.fillRect(QRectF(left, y, viewport()->width() - left, lineHeight),
                          ToQColor(rowStyle->FBkColor));
+    for (const TSearchHit& hit : FVisibleHits) {
+        if (hit.Start.Y > row || hit.End.Y < row)
+            continue;
+        const int len = FMemo.RowLength(row);
+        const double x1 =
+            FMemo.TextLength(row, hit.Start.Y == row ? std::min(hit.Start.X, len) : 0);
+        const double x2 = FMemo.TextLength(row, hit.End.Y == row ? std::min(hit.End.X, len) : len);
+        painter.fillRect(QRectF(left + x1, y, x2 - x1, lineHeight), kHitBack);
+    }
     TZvPos s, e;
     FMemo.OrderedSelection(s, e);
     if (FMemo.HasSelection() && row >= s.Y && row <= e.Y) {
@@ -405,6 +414,13 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
             painter.fillRect(viewport()->rect(), ToQColor(set->FBkColor));
     }
     UpdateMarks();
+    FVisibleHits.clear();
+    if (FHighlight && FLines && last > first)
+        FHighlight->ForEach(*FLines, {0, first}, {FLines->GetLineLength(last - 1), last - 1},
+                            [this](const TSearchHit& hit, const TMatchGroups&) {
+                                FVisibleHits.push_back(hit);
+                                return true;
+                            });
     // One walk up to the first row's state; each row then starts from the one above it.
     TStyle state;
     if (FScan)
@@ -435,6 +451,13 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
     }
     if (widest != FWidestSeen)
         UpdateScrollBars();
+}
+
+const QColor TEditorWidget::kHitBack(255, 230, 0);
+
+void TEditorWidget::SetHighlight(std::shared_ptr<const TTextSearch> search) {
+    FHighlight = std::move(search);
+    viewport()->update();
 }
 
 void TEditorWidget::resizeEvent(QResizeEvent* event) {

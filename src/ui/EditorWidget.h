@@ -4,6 +4,7 @@
 // each has its own caret and scroll, and all share the text, undo and scanner.
 #pragma once
 
+#include "ZvMemoControl/TextSearch.h"
 #include "ZvMemoControl/ZvMemo.h"
 #include "syntax/BraceMatch.h"
 #include "syntax/DocumentScan.h"
@@ -67,6 +68,11 @@ public:
     // The style a whole row takes instead of its syntax colours (a followed log's keyword
     // line), or null; asked for each painted row.
     std::function<const TCharStyle*(std::u16string_view row)> FOnRowStyle;
+    // The hits of `search` are painted behind the text of every visible row, found afresh at
+    // each paint, so they follow every edit (null: none).
+    void SetHighlight(std::shared_ptr<const TTextSearch> search);
+    const std::shared_ptr<const TTextSearch>& Highlight() const { return FHighlight; }
+    static const QColor kHitBack; // the colour behind a highlighted hit
     // Puts the caret on the 0-based row and scrolls it into view: by the least amount, or
     // with jump to the upper third of the view (as for a line given on the command line).
     void ShowRow(int row, bool jump = true);
@@ -207,6 +213,8 @@ private:
     bool FSelecting = false;
     QString FPreedit; // input method text being composed, painted at the caret
     QFont FBaseFont;  // the font at zoom 100
+    std::shared_ptr<const TTextSearch> FHighlight;
+    std::vector<TSearchHit> FVisibleHits; // FHighlight's hits in the rows being painted
     // The selection last offered as the primary selection (start == end: none).
     TZvPos FOfferedStart, FOfferedEnd;
 };

@@ -28,6 +28,7 @@ namespace zv {
 class TMenuSearchForm;
 class TTabGroups;
 class TWindowActions;
+class TWindowSearch;
 
 class TEditorWidget;
 class TTailKeywords;
@@ -70,6 +71,8 @@ public:
     QTabWidget* TabGroup(int group = 0) const;
     TTabGroups& TabGroups() const { return *FGroups; }
     // The main view of the helper's document `index`, or null.
+    // The search commands (find bar, find next, replace, find all, go to line).
+    TWindowSearch& Search() const { return *FSearch; }
     TEditorWidget* EditorAt(int index) const;
     // The document an editor of this window shows, or null.
     TDocument* DocumentOf(const TEditorWidget& editor) const;
@@ -218,6 +221,7 @@ private:
     bool FInBatch = false;                      // many documents opening at once
     TDocument* FPendingActive = nullptr;        // activated during the batch, shown after it
     std::unique_ptr<const TTypeColors> FColors; // made on the first document
+    TWindowSearch* FSearch = nullptr;           // a child, made with the Search menu
     QLabel* FStatusPosition = nullptr;
     QLabel* FStatusEncoding = nullptr;
     QLabel* FStatusLineEnds = nullptr;

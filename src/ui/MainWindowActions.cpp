@@ -12,6 +12,7 @@
 #include "ui/CommandPalette.h"
 #include "ui/EditorWidget.h"
 #include "ui/KeyDialog.h"
+#include "ui/WindowSearch.h"
 
 #include <QAction>
 #include <QApplication>
@@ -208,6 +209,8 @@ void TMainWindow::CreateActions() {
     });
 
     CreateGroupActions();
+    FSearch = new TWindowSearch(*this, FHelper);
+    FSearch->AddActions(list);
     list.FOnCloseAllInGroup = [this] {
         FHelper.CloseAllDocumentTabs(-1, FHelper.FActiveDocumentView);
     };
@@ -233,7 +236,10 @@ void TMainWindow::CreateMenuBar() {
             {"UndoAction", "RedoAction", "-", "CutAction", "CopyAction", "PasteAction",
              "DeleteAction", "-", "SelectAllAction", "-", "DupLineAction", "DelLineAction",
              "DeleteWordAction", "DeletePrevWordAction", "-", "InsertModeAction"});
-    a.AddTo(*a.AddMenu(bar, "m02", "&Search", "SearchMenu"), {"MatchingBraceAction"});
+    a.AddTo(*a.AddMenu(bar, "m02", "&Search", "SearchMenu"),
+            {"FindInTextAction", "ReplaceInTextAction", "SearchDialogAction", "-", "FindNextAction",
+             "FindPreviousAction", "FindAllAction", "UnHighlightFindAction", "-",
+             "GotoSelectLineAction", "MatchingBraceAction"});
     QMenu* view = a.AddMenu(bar, "m03", "&View", "ViewMenu");
     a.AddTo(*view, {"ZoomInAction", "ZoomOutAction", "ZoomResetAction", "-", "ToggleToolbarAction",
                     "StatusbarAction", "ToggleFullScreenAction", "-", "SplitWindowHorzAction",

@@ -5,6 +5,7 @@
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "shell/Language.h"
 #include "ui/EditorWidget.h"
+#include "ui/WindowSearch.h"
 
 #include <QAction>
 #include <QKeySequence>

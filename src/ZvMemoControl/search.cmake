@@ -1,0 +1,10 @@
+# Search and replace in a document: plain and regular-expression hits with their filters,
+# replacement texts, replace all as one undo step (engine: ICU and PCRE2, no Qt).
+zv_engine_library(zv_search
+  SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/RegexPattern.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/SearchOptions.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/SearchReplace.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/TextSearch.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/TextSearchRegex.cpp
+  DEPS zv_memo_edit zv_styles PkgConfig::PCRE2 ICU::uc)
