@@ -369,8 +369,9 @@ TEST(TextCommandUndoTest, EveryCommandUndoesToTheOriginalBytesAndRedoes) {
             SCOPED_TRACE(std::string(name) + " on round " + std::to_string(round));
             EXPECT_EQ(changed, after != before);
             EXPECT_EQ(f.memo.CanUndo(), changed);
-            if (keepsEnds)
+            if (keepsEnds) {
                 EXPECT_EQ(LineEnds(after), LineEnds(before));
+            }
             if (!changed)
                 continue;
             ASSERT_TRUE(f.memo.Undo());
