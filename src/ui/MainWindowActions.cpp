@@ -27,18 +27,21 @@
 #include <QToolBar>
 
 namespace zv {
-namespace {
-
-using TMemoCommand = void (*)(TZvMemo&);
-
-} // namespace
-
 bool TMainWindow::HasTextMemoFocus() const {
     QWidget* focus = QApplication::focusWidget();
     if (!focus) // keys reach the window itself, and its commands the active editor
         return isActiveWindow() && ActiveEditor();
     const auto* editor = qobject_cast<const TEditorWidget*>(focus);
     return editor && editor->window() == this;
+}
+
+std::pair<std::function<void()>, std::function<bool()>>
+TMainWindow::EditHandlers(TMemoCommand command, bool (*can)(const TZvMemo&)) {
+    return {[this, command] { OnActiveEditor([command](TEditorWidget& e) { e.Run(command); }); },
+            [this, can] {
+                const TEditorWidget* editor = ActiveEditor();
+                return editor && HasTextMemoFocus() && (!can || can(editor->Memo()));
+            }};
 }
 
 void TMainWindow::CreateActions() {
@@ -55,13 +58,8 @@ void TMainWindow::CreateActions() {
     // `can` allows.
     const auto edit = [this, &add](const TActionDef& def, TMemoCommand command,
                                    bool (*can)(const TZvMemo&) = nullptr) -> TAction& {
-        return add(
-            def,
-            [this, command] { OnActiveEditor([command](TEditorWidget& e) { e.Run(command); }); },
-            [this, can] {
-                const TEditorWidget* editor = ActiveEditor();
-                return editor && HasTextMemoFocus() && (!can || can(editor->Memo()));
-            });
+        auto [run, update] = EditHandlers(command, can);
+        return add(def, std::move(run), std::move(update));
     };
     const auto writable = [](const TZvMemo& m) { return !m.FReadOnly; };
     const auto hasEditor = [this] { return ActiveEditor() != nullptr; };
@@ -209,6 +207,7 @@ void TMainWindow::CreateActions() {
     });
 
     CreateGroupActions();
+    CreateTextActions();
     FSearch = new TWindowSearch(*this, FHelper);
     FSearch->AddActions(list);
     list.FOnCloseAllInGroup = [this] {
@@ -232,10 +231,10 @@ void TMainWindow::CreateMenuBar() {
     CreateSessionMenu(*a.AddSubMenu(*file, "100", "Sess&ions", "SessionsMenu"));
     a.AddTo(*file, {"-", "CloseAction", "CloseAllAction", "CloseOthersAction", "-", "ExitAction"});
 
-    a.AddTo(*a.AddMenu(bar, "m01", "&Edit", "EditMenu"),
-            {"UndoAction", "RedoAction", "-", "CutAction", "CopyAction", "PasteAction",
-             "DeleteAction", "-", "SelectAllAction", "-", "DupLineAction", "DelLineAction",
-             "DeleteWordAction", "DeletePrevWordAction", "-", "InsertModeAction"});
+    QMenu* edit = a.AddMenu(bar, "m01", "&Edit", "EditMenu");
+    a.AddTo(*edit, {"UndoAction", "RedoAction", "-", "CutAction", "CopyAction", "PasteAction",
+                    "DeleteAction", "-", "SelectAllAction", "-", "DupLineAction", "DelLineAction",
+                    "DeleteWordAction", "DeletePrevWordAction", "-", "InsertModeAction"});
     a.AddTo(*a.AddMenu(bar, "m02", "&Search", "SearchMenu"),
             {"FindInTextAction", "ReplaceInTextAction", "SearchDialogAction", "-", "FindNextAction",
              "FindPreviousAction", "FindAllAction", "UnHighlightFindAction", "-",
@@ -249,11 +248,14 @@ void TMainWindow::CreateMenuBar() {
     a.AddTo(*a.AddSubMenu(*view, "104", "T&ab groups", "TabGroupsMenu"),
             {"ToggleTabGroup1Action", "ToggleTabGroup2Action", "ToggleTabGroup3Action",
              "ToggleTabGroup4Action", "ToggleTabGroup5Action"});
-    a.AddTo(*a.AddMenu(bar, "m04", "F&ormat", "FormatMenu"), {"IndentAction", "UnIndentAction"});
+    QMenu* format = a.AddMenu(bar, "m04", "F&ormat", "FormatMenu");
+    a.AddTo(*format, {"IndentAction", "UnIndentAction"});
+    AddTextMenus(*edit, *format);
     // Bookmarks: its commands come with the line marks.
     a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu");
     a.AddTo(*a.AddMenu(bar, "m07", "&Tools", "ToolsMenu"),
-            {"FindCommandAction", "RunLastAction", "-", "CustomizeKeyboardAction"});
+            {"FindCommandAction", "RunLastAction", "-", "WordCountAction", "-",
+             "CustomizeKeyboardAction"});
     a.AddTo(*a.AddMenu(bar, "m0A", "&Window", "WindowMenu"),
             {"NextEditorTabAction", "PreviousEditorTabAction"});
     a.AddTo(*a.AddMenu(bar, "m0B", "&Help", "HelpMenu"), {"AboutAction"});
