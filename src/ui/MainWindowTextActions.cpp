@@ -8,6 +8,7 @@
 #include "ui/Actions.h"
 #include "ui/EditorWidget.h"
 
+#include <QInputDialog>
 #include <QMenu>
 #include <QMessageBox>
 
@@ -16,8 +17,9 @@ namespace zv {
 void TMainWindow::CreateTextActions() {
     TActionList& list = FActions->List();
     // Every command here but the word count changes the text: writable documents only.
-    const auto change = [this, &list](const TActionDef& def, TMemoCommand command) {
-        auto [run, update] = EditHandlers(command, [](const TZvMemo& m) { return !m.FReadOnly; });
+    bool (*canChange)(const TZvMemo&) = [](const TZvMemo& m) { return !m.FReadOnly; };
+    const auto change = [this, &list, canChange](const TActionDef& def, TMemoCommand command) {
+        auto [run, update] = EditHandlers(command, canChange);
         list.Add(MakeAction(def, std::move(run), std::move(update)));
     };
 
@@ -30,10 +32,27 @@ void TMainWindow::CreateTextActions() {
            [](TZvMemo& m) { m.acnCapitalize(); });
 
     // Edit > Lines
-    change({"MoveLinesUpAction", "Edit", "334", "Move lines &up", {"Alt+Up"}},
+    change({"MoveLinesUpAction", "Edit", "334", "Move lines &up"},
            [](TZvMemo& m) { m.acnMoveLinesUp(); });
-    change({"MoveLinesDownAction", "Edit", "335", "Move lines &down", {"Alt+Down"}},
+    change({"MoveLinesDownAction", "Edit", "335", "Move lines &down"},
            [](TZvMemo& m) { m.acnMoveLinesDown(); });
+    // The number of copies is asked first; a cancel changes nothing.
+    std::function<bool()> writable = EditHandlers([](TZvMemo&) {}, canChange).second;
+    list.Add(MakeAction(
+        {"DuplicateLinesNTimesAction", "Edit", "358", "Duplicate lines N ti&mes..."},
+        [this] {
+            bool ok = false;
+            const int times = QInputDialog::getInt(
+                this,
+                QString::fromStdString(LangText("Actions", "358", "Duplicate lines"))
+                    .remove(QLatin1Char('&')),
+                QString::fromStdString(LangText("Misc", "421", "Copies:")), 1, 1, 10000, 1, &ok);
+            if (ok)
+                OnActiveEditor([times](TEditorWidget& e) {
+                    e.Run([times](TZvMemo& m) { m.acnDuplicateLineTimes(times); });
+                });
+        },
+        std::move(writable)));
     change({"JoinLinesAction", "Edit", "336", "&Join lines"}, [](TZvMemo& m) { m.acnJoinLines(); });
     change({"SplitLinesAction", "Edit", "337", "&Split lines at the margin"},
            [](TZvMemo& m) { m.acnSplitLines(); });
@@ -109,10 +128,10 @@ void TMainWindow::AddTextMenus(QMenu& edit, QMenu& format) {
     a.AddTo(*a.AddSubMenu(edit, "105", "Co&nvert case", "ConvertCaseMenu"),
             {"UppercaseAction", "LowercaseAction", "InvertCaseAction", "CapitalizeAction"});
     a.AddTo(*a.AddSubMenu(edit, "106", "L&ines", "LinesMenu"),
-            {"MoveLinesUpAction", "MoveLinesDownAction", "-", "JoinLinesAction", "SplitLinesAction",
-             "-", "DeleteBlankLinesAction", "DeleteRedundantBlankLinesAction",
-             "DeleteDuplicateLinesAction", "-", "DeleteToEndOfLineAction",
-             "DeleteToBeginOfLineAction"});
+            {"MoveLinesUpAction", "MoveLinesDownAction", "DuplicateLinesNTimesAction", "-",
+             "JoinLinesAction", "SplitLinesAction", "-", "DeleteBlankLinesAction",
+             "DeleteRedundantBlankLinesAction", "DeleteDuplicateLinesAction", "-",
+             "DeleteToEndOfLineAction", "DeleteToBeginOfLineAction"});
     a.AddTo(*a.AddSubMenu(edit, "107", "&Sort", "SortMenu"),
             {"SortLinesAction", "SortLinesDescAction", "SortLinesNumericAction",
              "SortLinesNumericDescAction"});

@@ -7,8 +7,10 @@
 #include "ui/EditorWidget.h"
 
 #include <QAction>
+#include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -83,8 +85,25 @@ TEST_F(TextActionsWindowTest, ToggleCommentUsesTheLineMarkOfTheDocumentsSyntax) 
     EXPECT_EQ(zvtest::EditorText(c), "int a;\nint b;\n");
 
     zv::TEditorWidget& yaml = Open("b.yaml", "key: 1\n");
-    ClickInMenu("FormatMenu", "CommentAction");
+    QTest::keyClick(&yaml, Qt::Key_Slash, Qt::ControlModifier);
     EXPECT_EQ(zvtest::EditorText(yaml).substr(0, 1), "#") << zvtest::EditorText(yaml);
+}
+
+TEST_F(TextActionsWindowTest, DuplicateLinesAsksHowManyCopiesAndOneUndoTakesThemAway) {
+    zv::TEditorWidget& editor = Open("d.txt", "one\ntwo\n");
+    QTimer::singleShot(0, [] {
+        auto* ask = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(ask, nullptr);
+        ask->setIntValue(3);
+        ask->accept();
+    });
+    ClickInMenu("LinesMenu", "DuplicateLinesNTimesAction");
+    EXPECT_EQ(zvtest::EditorText(editor), "one\none\none\none\ntwo\n");
+    QApplication::setActiveWindow(window.get()); // the window manager's part, off screen
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    editor.setFocus();
+    QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(zvtest::EditorText(editor), "one\ntwo\n");
 }
 
 TEST_F(TextActionsWindowTest, EveryCommandHasACaptionAndAnItemInTheMenuBar) {
