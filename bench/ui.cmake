@@ -18,3 +18,10 @@ if(TARGET zv_ui)
     DEPS zv_ui)
   target_include_directories(zv_crash_bench PRIVATE ${PROJECT_SOURCE_DIR}/tests)
 endif()
+# The update pass over every action per idle round, and the menu search's filter per key.
+if(TARGET zv_ui)
+  zv_benchmark(zv_actions_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/ui/ActionsBench.cpp
+    DEPS zv_ui)
+  target_include_directories(zv_actions_bench PRIVATE ${PROJECT_SOURCE_DIR}/tests
+    ${CMAKE_CURRENT_LIST_DIR})
+endif()

@@ -22,6 +22,20 @@ namespace zv {
 
 namespace {
 
+// The comment commands' marks from a syntax's style set: its line marks and its first
+// block pair; a syntax with only "<!--" blocks comments as markup.
+TZvMemo::TCommentMarks CommentMarksOf(const TZvCustomMemoStyles& set) {
+    TZvMemo::TCommentMarks marks;
+    marks.LineA = set.FLineCommentA;
+    marks.LineB = set.FLineCommentB;
+    if (!set.FCommentEndA_Line) { // a pair that the line end closes is no block
+        marks.BlockStart = set.FCommentStartA;
+        marks.BlockEnd = set.FCommentEndA;
+    }
+    marks.Markup = marks.LineA.empty() && marks.BlockStart == u"<!--";
+    return marks;
+}
+
 // Light blue behind selected text: the syntax colours stay readable on it.
 const QColor kSelectionBack(0xAD, 0xD6, 0xFF);
 // Tag pair highlight (HTML and XML): a translucent box over the tag names.
@@ -138,6 +152,7 @@ void TEditorWidget::DetachScan() {
 void TEditorWidget::AttachScan() {
     FPainter.reset();
     FMemo.FHasSyntax = false;
+    FMemo.FCommentMarks = {};
     TZvTextDocument& document = FMemo.Document();
     const std::shared_ptr<const TMemoStyleHost>& host = document.StyleHost();
     if (!host || !host->FStyles)
@@ -156,6 +171,7 @@ void TEditorWidget::AttachScan() {
     FMemo.FHasSyntax = true;
     FMemo.FAutoCloseBraceStart = set.FAutoCloseBraceStart;
     FMemo.FAutoCloseBraceEnd = set.FAutoCloseBraceEnd;
+    FMemo.FCommentMarks = CommentMarksOf(set);
     if (made)
         FScan->Start();
 }

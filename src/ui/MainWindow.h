@@ -32,6 +32,7 @@ class TWindowSearch;
 
 class TEditorWidget;
 class TTailKeywords;
+class TZvMemo;
 
 class TMainWindow : public QMainWindow, public IMainView, public IDocumentListener {
     Q_OBJECT
@@ -172,6 +173,15 @@ private:
     void TabChanged(int group, int index);
     // The tab group actions (MainWindowGroups.cpp).
     void CreateGroupActions();
+    // The text commands' actions (MainWindowTextActions.cpp) and their menus in Edit and
+    // Format; actions and menus that are not there are passed over.
+    void CreateTextActions();
+    void AddTextMenus(QMenu& edit, QMenu& format);
+    // What an editing command runs and when it is enabled: `command` on the active editor,
+    // while an editor has the focus and `can` (null: always) allows.
+    using TMemoCommand = void (*)(TZvMemo&);
+    std::pair<std::function<void()>, std::function<bool()>>
+    EditHandlers(TMemoCommand command, bool (*can)(const TZvMemo&) = nullptr);
     // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
     // the groups showing are written back at exit.
     void LoadTabGroupLayout();

@@ -27,18 +27,21 @@
 #include <QToolBar>
 
 namespace zv {
-namespace {
-
-using TMemoCommand = void (*)(TZvMemo&);
-
-} // namespace
-
 bool TMainWindow::HasTextMemoFocus() const {
     QWidget* focus = QApplication::focusWidget();
     if (!focus) // keys reach the window itself, and its commands the active editor
         return isActiveWindow() && ActiveEditor();
     const auto* editor = qobject_cast<const TEditorWidget*>(focus);
     return editor && editor->window() == this;
+}
+
+std::pair<std::function<void()>, std::function<bool()>>
+TMainWindow::EditHandlers(TMemoCommand command, bool (*can)(const TZvMemo&)) {
+    return {[this, command] { OnActiveEditor([command](TEditorWidget& e) { e.Run(command); }); },
+            [this, can] {
+                const TEditorWidget* editor = ActiveEditor();
+                return editor && HasTextMemoFocus() && (!can || can(editor->Memo()));
+            }};
 }
 
 void TMainWindow::CreateActions() {
@@ -55,13 +58,8 @@ void TMainWindow::CreateActions() {
     // `can` allows.
     const auto edit = [this, &add](const TActionDef& def, TMemoCommand command,
                                    bool (*can)(const TZvMemo&) = nullptr) -> TAction& {
-        return add(
-            def,
-            [this, command] { OnActiveEditor([command](TEditorWidget& e) { e.Run(command); }); },
-            [this, can] {
-                const TEditorWidget* editor = ActiveEditor();
-                return editor && HasTextMemoFocus() && (!can || can(editor->Memo()));
-            });
+        auto [run, update] = EditHandlers(command, can);
+        return add(def, std::move(run), std::move(update));
     };
     const auto writable = [](const TZvMemo& m) { return !m.FReadOnly; };
     const auto hasEditor = [this] { return ActiveEditor() != nullptr; };
@@ -73,7 +71,7 @@ void TMainWindow::CreateActions() {
     add({"OpenFileAction", "File", "002", "&Open...", {"Ctrl+O"}, "document-open"},
         [this] { OpenFileClick(); });
     add(
-        {"ReOpenFileAction", "File", "003", "Re&load"},
+        {"ReOpenFileAction", "File", "003", "Reloa&d"},
         [this] {
             if (TDocument* doc = FHelper.ActiveDocument())
                 FHelper.ReopenWithEncoding(*doc, 50001);
@@ -86,14 +84,14 @@ void TMainWindow::CreateActions() {
         {"SaveAsAction", "File", "005", "Save &As...", {"Shift+Ctrl+S"}, "document-save-as"},
         [this] { FHelper.SaveFileAs(); }, hasDocument);
     add(
-        {"SaveCopyAsAction", "File", "006", "Save &Copy As..."}, [this] { SaveCopyAsClick(); },
+        {"SaveCopyAsAction", "File", "006", "Save Cop&y As..."}, [this] { SaveCopyAsClick(); },
         hasDocument);
-    add({"SaveAllAction", "File", "007", "Save A&ll"}, [this] { FHelper.SaveAllFiles(); });
+    add({"SaveAllAction", "File", "007", "Sa&ve All"}, [this] { FHelper.SaveAllFiles(); });
     add({"SaveSessionAction", "File", "008", "&Save session..."}, [this] { SaveSessionClick(); });
     add({"CloseAction", "File", "009", "&Close", {"Ctrl+W"}}, [this] { CloseActiveView(); });
     add({"CloseAllAction", "File", "010", "Close A&ll", {"Shift+Ctrl+W"}},
         [this] { FHelper.CloseAllDocumentTabs(); });
-    add({"CloseOthersAction", "File", "011", "Close &Others"}, [this] {
+    add({"CloseOthersAction", "File", "011", "Close Ot&hers"}, [this] {
         const TDocument* doc = FHelper.ActiveDocument();
         FHelper.CloseAllDocumentTabs(doc ? FHelper.DocumentIndex(*doc) : -1);
     });
@@ -126,7 +124,7 @@ void TMainWindow::CreateActions() {
     edit({"SelectAllAction", "Edit", "026", "Select &All", {"Ctrl+A"}},
          [](TZvMemo& m) { m.acnSelectAll(); });
     edit(
-        {"DupLineAction", "Edit", "027", "D&uplicate line"},
+        {"DupLineAction", "Edit", "027", "Duplicat&e line"},
         [](TZvMemo& m) { m.DuplicateCurrentLine(); }, writable);
     edit(
         {"DelLineAction", "Edit", "028", "Delete &line"}, [](TZvMemo& m) { m.DeleteCurrentLine(); },
@@ -135,7 +133,7 @@ void TMainWindow::CreateActions() {
         {"DeleteWordAction", "Edit", "029", "Delete &word", {"Ctrl+Del"}},
         [](TZvMemo& m) { m.acnDeleteWord(); }, writable);
     edit(
-        {"DeletePrevWordAction", "Edit", "030", "Delete &previous word", {"Ctrl+Backspace"}},
+        {"DeletePrevWordAction", "Edit", "030", "Delete pre&vious word", {"Ctrl+Backspace"}},
         [](TZvMemo& m) { m.acnDeletePreviousWord(); }, writable);
     TAction& overwrite = edit({"InsertModeAction", "Edit", "031", "&Overwrite mode", {"Ins"}},
                               [](TZvMemo& m) { m.acnToggleOverwrite(); });
@@ -163,7 +161,7 @@ void TMainWindow::CreateActions() {
         {"ZoomOutAction", "View", "061", "Zoom &out", {"Ctrl+-"}, "zoom-out"},
         [this] { OnActiveEditor([](TEditorWidget& e) { e.ZoomOut(); }); }, hasEditor);
     add(
-        {"ZoomResetAction", "View", "062", "&Reset zoom", {"Ctrl+0"}, "zoom-original"},
+        {"ZoomResetAction", "View", "062", "Reset &zoom", {"Ctrl+0"}, "zoom-original"},
         [this] { OnActiveEditor([](TEditorWidget& e) { e.ZoomReset(); }); }, hasEditor);
     TAction& toolbar = add({"ToggleToolbarAction", "View", "063", "&Toolbar"},
                            [this] { FToolBar->setVisible(!FToolBar->isVisible()); });
@@ -209,6 +207,7 @@ void TMainWindow::CreateActions() {
     });
 
     CreateGroupActions();
+    CreateTextActions();
     FSearch = new TWindowSearch(*this, FHelper);
     FSearch->AddActions(list);
     list.FOnCloseAllInGroup = [this] {
@@ -232,10 +231,10 @@ void TMainWindow::CreateMenuBar() {
     CreateSessionMenu(*a.AddSubMenu(*file, "100", "Sess&ions", "SessionsMenu"));
     a.AddTo(*file, {"-", "CloseAction", "CloseAllAction", "CloseOthersAction", "-", "ExitAction"});
 
-    a.AddTo(*a.AddMenu(bar, "m01", "&Edit", "EditMenu"),
-            {"UndoAction", "RedoAction", "-", "CutAction", "CopyAction", "PasteAction",
-             "DeleteAction", "-", "SelectAllAction", "-", "DupLineAction", "DelLineAction",
-             "DeleteWordAction", "DeletePrevWordAction", "-", "InsertModeAction"});
+    QMenu* edit = a.AddMenu(bar, "m01", "&Edit", "EditMenu");
+    a.AddTo(*edit, {"UndoAction", "RedoAction", "-", "CutAction", "CopyAction", "PasteAction",
+                    "DeleteAction", "-", "SelectAllAction", "-", "DupLineAction", "DelLineAction",
+                    "DeleteWordAction", "DeletePrevWordAction", "-", "InsertModeAction"});
     a.AddTo(*a.AddMenu(bar, "m02", "&Search", "SearchMenu"),
             {"FindInTextAction", "ReplaceInTextAction", "SearchDialogAction", "-", "FindNextAction",
              "FindPreviousAction", "FindAllAction", "UnHighlightFindAction", "-",
@@ -246,14 +245,17 @@ void TMainWindow::CreateMenuBar() {
                     "SplitWindowVertAction", "SplitWindowLeftAction", "SplitWindowRightAction",
                     "UnsplitWindowAction", "-", "NewTabGroupAction", "MoveTabToNextGroupAction",
                     "MoveTabToPreviousGroupAction"});
-    a.AddTo(*a.AddSubMenu(*view, "104", "&Tab groups", "TabGroupsMenu"),
+    a.AddTo(*a.AddSubMenu(*view, "104", "T&ab groups", "TabGroupsMenu"),
             {"ToggleTabGroup1Action", "ToggleTabGroup2Action", "ToggleTabGroup3Action",
              "ToggleTabGroup4Action", "ToggleTabGroup5Action"});
-    a.AddTo(*a.AddMenu(bar, "m04", "F&ormat", "FormatMenu"), {"IndentAction", "UnIndentAction"});
+    QMenu* format = a.AddMenu(bar, "m04", "F&ormat", "FormatMenu");
+    a.AddTo(*format, {"IndentAction", "UnIndentAction"});
+    AddTextMenus(*edit, *format);
     // Bookmarks: its commands come with the line marks.
     a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu");
     a.AddTo(*a.AddMenu(bar, "m07", "&Tools", "ToolsMenu"),
-            {"FindCommandAction", "RunLastAction", "-", "CustomizeKeyboardAction"});
+            {"FindCommandAction", "RunLastAction", "-", "WordCountAction", "-",
+             "CustomizeKeyboardAction"});
     a.AddTo(*a.AddMenu(bar, "m0A", "&Window", "WindowMenu"),
             {"NextEditorTabAction", "PreviousEditorTabAction"});
     a.AddTo(*a.AddMenu(bar, "m0B", "&Help", "HelpMenu"), {"AboutAction"});

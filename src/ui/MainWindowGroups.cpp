@@ -322,7 +322,7 @@ void TMainWindow::CreateGroupActions() {
             return group >= 0 && group + 1 < kGroups;
         });
     add(
-        {"MoveTabToPreviousGroupAction", "View", "307", "Move tab to the pre&vious group"},
+        {"MoveTabToPreviousGroupAction", "View", "307", "Move tab to the &previous group"},
         [this] { MoveTabToGroup(-1); }, [activeGroup] { return activeGroup() > 0; });
     static const char* const kToggleNames[] = {"ToggleTabGroup1Action", "ToggleTabGroup2Action",
                                                "ToggleTabGroup3Action", "ToggleTabGroup4Action",

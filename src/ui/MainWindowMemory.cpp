@@ -47,7 +47,7 @@ void TMainWindow::CreateMemoryMenus(QMenu* file) {
     QMenu* recent = file->addMenu(tr("&Recent files"));
     recent->setObjectName(QStringLiteral("RecentFilesMenu"));
     connect(recent, &QMenu::aboutToShow, this, [this, recent] { FillRecentMenu(recent, false); });
-    QMenu* closed = file->addMenu(tr("Recently c&losed"));
+    QMenu* closed = file->addMenu(tr("Recen&tly closed"));
     closed->setObjectName(QStringLiteral("RecentlyClosedMenu"));
     connect(closed, &QMenu::aboutToShow, this, [this, closed] { FillRecentMenu(closed, true); });
 }

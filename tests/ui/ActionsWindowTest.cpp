@@ -24,7 +24,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <map>
+#include <regex>
+#include <set>
+#include <sstream>
 
 namespace {
 
@@ -66,6 +70,55 @@ void UseLanguageFile(const fs::path& file) {
     zv::SetLanguageLookup([](const std::string& s, const std::string& k, const std::string& d) {
         return zv::LanguageIni().ReadString(s, k, std::string_view(d));
     });
+}
+
+// Every (section, key) the program's sources read from the language file: texts of the
+// wrappers of LangText given a section, the key dialog's "Misc" wrapper, the action
+// descriptions' "Actions" keys and the menus' "Menu" keys.
+std::set<std::pair<std::string, std::string>> LanguageKeysReadBySources() {
+    static const std::regex call(R"re(\b(?:LangText|Lang|Text)\(\s*"([A-Za-z ]+)",\s*"(\w+)")re");
+    static const std::regex misc(R"re(\bLang\(\s*"(\d+)",)re");
+    static const std::regex action(R"re(\{\s*"(\w+Action)",\s*"[A-Za-z ]+",\s*"(\d+)",)re");
+    static const std::regex menu(R"re(\b(?:AddMenu|AddSubMenu|group)\((?:[^,()]+,)?\s*"(\w+)",)re");
+    std::set<std::pair<std::string, std::string>> keys;
+    const auto collect = [&keys](const std::string& text, const std::regex& pattern,
+                                 const char* section, int keyGroup, int sectionGroup) {
+        for (std::sregex_iterator it(text.begin(), text.end(), pattern), end; it != end; ++it)
+            keys.emplace(section ? section : (*it)[sectionGroup].str(), (*it)[keyGroup].str());
+    };
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(ZV_SOURCE_DIR) / "src")) {
+        const std::string ext = entry.path().extension().string();
+        if (ext != ".cpp" && ext != ".h")
+            continue;
+        const std::string text = zvtest::ReadAll(entry.path());
+        collect(text, call, nullptr, 2, 1);
+        collect(text, misc, "Misc", 1, 0);
+        collect(text, action, "Actions", 2, 0);
+        collect(text, menu, "Menu", 1, 0);
+    }
+    return keys;
+}
+
+// The accelerator letters of a menu's visible items (its submenus' titles included), with
+// the texts that use each, recursing into the submenus; reports each letter used twice.
+void ExpectDistinctAccelerators(const QWidget& menu, const std::string& path) {
+    std::map<QChar, std::vector<std::string>> byLetter;
+    for (QAction* item : menu.actions()) {
+        if (!item->isVisible() || item->isSeparator())
+            continue;
+        const QString text = item->text();
+        for (qsizetype i = text.indexOf('&'); i >= 0 && i + 1 < text.size();
+             i = text.indexOf('&', i + 2))
+            if (text[i + 1] != '&') {
+                byLetter[text[i + 1].toLower()].push_back(text.toStdString());
+                break;
+            }
+        if (item->menu())
+            ExpectDistinctAccelerators(*item->menu(), path + " > " + text.toStdString());
+    }
+    for (const auto& [letter, texts] : byLetter)
+        EXPECT_EQ(texts.size(), 1u) << path << ": \"" << texts[0] << "\" and \"" << texts.back()
+                                    << "\" share their accelerator";
 }
 
 class ActionsWindowTest : public zvtest::TShownWindowTest {
@@ -230,6 +283,24 @@ TEST_F(ActionsWindowTest, MenusAndCommandsTakeTheirCaptionsFromTheLanguageFile) 
     EXPECT_EQ(window->menuBar()->actions()[0]->text().toStdString(), "&Datei");
     EXPECT_EQ(window->Actions().Get("NewFileAction")->text().toStdString(), "&Neu");
     EXPECT_EQ(window->Actions().Get("OpenFileAction")->text().toStdString(), "&Open...");
+}
+
+TEST_F(ActionsWindowTest, TheLanguageFileHoldsEveryKeyTheSourcesReadAndMenusKeepAcceleratorsApart) {
+    const fs::path shipped = fs::path(ZV_SOURCE_DIR) / "data" / "Language" / "eng.ini";
+    const std::string bytes = zvtest::ReadAll(shipped);
+    const auto keys = LanguageKeysReadBySources();
+    std::map<std::string, std::map<std::string, std::string>> sections;
+    for (const auto& [section, key] : keys) {
+        if (!sections.count(section))
+            sections[section] = Section(bytes, section);
+        EXPECT_TRUE(sections[section].count(key)) << "[" << section << "] " << key << " is missing";
+    }
+    for (const char* section : {"Messages", "Misc", "Menu", "Actions", "FindReplace"})
+        EXPECT_TRUE(sections.count(section)) << "the scan found no read of " << section;
+
+    UseLanguageFile(shipped);
+    window = zvtest::ShownWindow(helper);
+    ExpectDistinctAccelerators(*window->menuBar(), "menu bar");
 }
 
 } // namespace

@@ -76,7 +76,7 @@ TEST_F(ClosingTest, EveryWayToCloseAModifiedDocumentAsksAndKeepsItsPromise) {
          [](zv::TMainWindow& w) {
              w.TabGroup()->setCurrentIndex(1);
              for (QAction* a : w.findChildren<QAction*>())
-                 if (a->text() == QObject::tr("Close &Others"))
+                 if (a->text() == QObject::tr("Close Ot&hers"))
                      a->trigger();
          }},
         {"exit", [](zv::TMainWindow& w) { w.close(); }},

@@ -1,0 +1,145 @@
+// The text commands of the editor as window actions (case, lines, sort, blanks and tabs,
+// comments, alignment, markup, date and word count), and the Edit and Format submenus
+// that show them.
+#include "ui/MainWindow.h"
+
+#include "shell/Language.h"
+#include "ui/ActionDef.h"
+#include "ui/Actions.h"
+#include "ui/EditorWidget.h"
+
+#include <QInputDialog>
+#include <QMenu>
+#include <QMessageBox>
+
+namespace zv {
+
+void TMainWindow::CreateTextActions() {
+    TActionList& list = FActions->List();
+    // Every command here but the word count changes the text: writable documents only.
+    bool (*canChange)(const TZvMemo&) = [](const TZvMemo& m) { return !m.FReadOnly; };
+    const auto change = [this, &list, canChange](const TActionDef& def, TMemoCommand command) {
+        auto [run, update] = EditHandlers(command, canChange);
+        list.Add(MakeAction(def, std::move(run), std::move(update)));
+    };
+
+    // Edit > Convert case
+    change({"UppercaseAction", "Edit", "330", "&Upper case"}, [](TZvMemo& m) { m.acnUpperCase(); });
+    change({"LowercaseAction", "Edit", "331", "&Lower case"}, [](TZvMemo& m) { m.acnLowerCase(); });
+    change({"InvertCaseAction", "Edit", "332", "&Invert case"},
+           [](TZvMemo& m) { m.acnInvertCase(); });
+    change({"CapitalizeAction", "Edit", "333", "&Capitalize"},
+           [](TZvMemo& m) { m.acnCapitalize(); });
+
+    // Edit > Lines
+    change({"MoveLinesUpAction", "Edit", "334", "Move lines &up"},
+           [](TZvMemo& m) { m.acnMoveLinesUp(); });
+    change({"MoveLinesDownAction", "Edit", "335", "Move lines &down"},
+           [](TZvMemo& m) { m.acnMoveLinesDown(); });
+    // The number of copies is asked first; a cancel changes nothing.
+    std::function<bool()> writable = EditHandlers([](TZvMemo&) {}, canChange).second;
+    list.Add(MakeAction(
+        {"DuplicateLinesNTimesAction", "Edit", "358", "Duplicate lines N ti&mes..."},
+        [this] {
+            bool ok = false;
+            const int times = QInputDialog::getInt(
+                this,
+                QString::fromStdString(LangText("Actions", "358", "Duplicate lines"))
+                    .remove(QLatin1Char('&')),
+                QString::fromStdString(LangText("Misc", "421", "Copies:")), 1, 1, 10000, 1, &ok);
+            if (ok)
+                OnActiveEditor([times](TEditorWidget& e) {
+                    e.Run([times](TZvMemo& m) { m.acnDuplicateLineTimes(times); });
+                });
+        },
+        std::move(writable)));
+    change({"JoinLinesAction", "Edit", "336", "&Join lines"}, [](TZvMemo& m) { m.acnJoinLines(); });
+    change({"SplitLinesAction", "Edit", "337", "&Split lines at the margin"},
+           [](TZvMemo& m) { m.acnSplitLines(); });
+    change({"DeleteBlankLinesAction", "Edit", "338", "Delete &blank lines"},
+           [](TZvMemo& m) { m.acnDeleteBlankLines(); });
+    change({"DeleteRedundantBlankLinesAction", "Edit", "339", "Delete &redundant blank lines"},
+           [](TZvMemo& m) { m.acnCompressLines(true); });
+    change({"DeleteDuplicateLinesAction", "Edit", "340", "Delete du&plicate lines"},
+           [](TZvMemo& m) { m.acnDeleteDuplicateLines(); });
+    change({"DeleteToEndOfLineAction", "Edit", "341", "Delete to line &end"},
+           [](TZvMemo& m) { m.acnDeleteToEndOfLine(); });
+    change({"DeleteToBeginOfLineAction", "Edit", "342", "Delete to line s&tart"},
+           [](TZvMemo& m) { m.acnDeleteToBeginOfLine(); });
+
+    // Edit > Sort
+    change({"SortLinesAction", "Edit", "343", "&Ascending"},
+           [](TZvMemo& m) { m.acnSortSelectedLines(); });
+    change({"SortLinesDescAction", "Edit", "344", "&Descending"},
+           [](TZvMemo& m) { m.acnSortSelectedLinesDesc(); });
+    change({"SortLinesNumericAction", "Edit", "345", "&Numeric ascending"},
+           [](TZvMemo& m) { m.acnSortSelectedLinesNumeric(); });
+    change({"SortLinesNumericDescAction", "Edit", "346", "N&umeric descending"},
+           [](TZvMemo& m) { m.acnSortSelectedLinesNumericDesc(); });
+
+    change({"TimeDateAction", "Edit", "356", "Insert date and ti&me"},
+           [](TZvMemo& m) { m.acnInsertDateTime(); });
+
+    // Format
+    change({"RemoveTrailingSpacesAction", "Format", "347", "Remove &trailing spaces"},
+           [](TZvMemo& m) { m.acnRemoveTrailingWhiteSpaces(); });
+    change({"ConvertTabsToSpacesAction", "Format", "348", "Tabs to &spaces"},
+           [](TZvMemo& m) { m.acnConvertTabsToSpaces(); });
+    change({"ConvertSpacesToTabsAction", "Format", "349", "Spaces to t&abs"},
+           [](TZvMemo& m) { m.acnConvertSpacesToTabs(); });
+    change({"CommentAction", "Format", "350", "Toggle &comment", {"Ctrl+/"}},
+           [](TZvMemo& m) { m.ToggleCommentBlock(); });
+    change({"LeftAlignBlockAction", "Format", "351", "Align &left"},
+           [](TZvMemo& m) { m.acnBlockAlignLeft(); });
+    change({"CenterAlignBlockAction", "Format", "352", "Align ce&ntre"},
+           [](TZvMemo& m) { m.acnBlockAlignCenter(); });
+    change({"RightAlignBlockAction", "Format", "353", "Align &right"},
+           [](TZvMemo& m) { m.acnBlockAlignRight(); });
+    change({"StripTagsAction", "Format", "354", "Strip ta&gs"},
+           [](TZvMemo& m) { m.acnStripTags(); });
+    change({"AddHtmlLineBreaksAction", "Format", "355", "Add &HTML line breaks"},
+           [](TZvMemo& m) { m.acnAddHtmlLineBreaks(); });
+
+    // Tools: the count is told, the text stays.
+    std::function<bool()> hasFocus = EditHandlers([](TZvMemo&) {}).second;
+    list.Add(MakeAction(
+        {"WordCountAction", "Tools", "357", "&Word count"},
+        [this] {
+            const TEditorWidget* editor = ActiveEditor();
+            if (!editor)
+                return;
+            const TZvMemo::TWordCount n = editor->Memo().acnWordCount();
+            QMessageBox::information(
+                this,
+                QString::fromStdString(LangText("Actions", "357", "Word count"))
+                    .remove(QLatin1Char('&')),
+                QString::fromStdString(
+                    LangText("Misc", "420", "Words: %1, lines: %2, characters: %3"))
+                    .arg(n.Words)
+                    .arg(n.Lines)
+                    .arg(n.Chars));
+        },
+        std::move(hasFocus)));
+}
+
+void TMainWindow::AddTextMenus(QMenu& edit, QMenu& format) {
+    TWindowActions& a = *FActions;
+    edit.addSeparator();
+    a.AddTo(*a.AddSubMenu(edit, "105", "Co&nvert case", "ConvertCaseMenu"),
+            {"UppercaseAction", "LowercaseAction", "InvertCaseAction", "CapitalizeAction"});
+    a.AddTo(*a.AddSubMenu(edit, "106", "L&ines", "LinesMenu"),
+            {"MoveLinesUpAction", "MoveLinesDownAction", "DuplicateLinesNTimesAction", "-",
+             "JoinLinesAction", "SplitLinesAction", "-", "DeleteBlankLinesAction",
+             "DeleteRedundantBlankLinesAction", "DeleteDuplicateLinesAction", "-",
+             "DeleteToEndOfLineAction", "DeleteToBeginOfLineAction"});
+    a.AddTo(*a.AddSubMenu(edit, "107", "&Sort", "SortMenu"),
+            {"SortLinesAction", "SortLinesDescAction", "SortLinesNumericAction",
+             "SortLinesNumericDescAction"});
+    a.AddTo(edit, {"TimeDateAction"});
+    a.AddTo(format, {"-", "RemoveTrailingSpacesAction", "ConvertTabsToSpacesAction",
+                     "ConvertSpacesToTabsAction", "-", "CommentAction", "-", "LeftAlignBlockAction",
+                     "CenterAlignBlockAction", "RightAlignBlockAction", "-", "StripTagsAction",
+                     "AddHtmlLineBreaksAction"});
+}
+
+} // namespace zv
