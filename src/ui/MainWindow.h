@@ -172,6 +172,8 @@ private:
     void TabChanged(int group, int index);
     // The tab group actions (MainWindowGroups.cpp).
     void CreateGroupActions();
+    void CreateBookmarkActions();
+    void FillBookmarksMenu(QMenu& menu);
     // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
     // the groups showing are written back at exit.
     void LoadTabGroupLayout();

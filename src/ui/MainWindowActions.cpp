@@ -163,7 +163,7 @@ void TMainWindow::CreateActions() {
         {"ZoomOutAction", "View", "061", "Zoom &out", {"Ctrl+-"}, "zoom-out"},
         [this] { OnActiveEditor([](TEditorWidget& e) { e.ZoomOut(); }); }, hasEditor);
     add(
-        {"ZoomResetAction", "View", "062", "&Reset zoom", {"Ctrl+0"}, "zoom-original"},
+        {"ZoomResetAction", "View", "062", "&Reset zoom", {"Ctrl+NUM 0"}, "zoom-original"},
         [this] { OnActiveEditor([](TEditorWidget& e) { e.ZoomReset(); }); }, hasEditor);
     TAction& toolbar = add({"ToggleToolbarAction", "View", "063", "&Toolbar"},
                            [this] { FToolBar->setVisible(!FToolBar->isVisible()); });
@@ -209,6 +209,7 @@ void TMainWindow::CreateActions() {
     });
 
     CreateGroupActions();
+    CreateBookmarkActions();
     FSearch = new TWindowSearch(*this, FHelper);
     FSearch->AddActions(list);
     list.FOnCloseAllInGroup = [this] {
@@ -250,8 +251,7 @@ void TMainWindow::CreateMenuBar() {
             {"ToggleTabGroup1Action", "ToggleTabGroup2Action", "ToggleTabGroup3Action",
              "ToggleTabGroup4Action", "ToggleTabGroup5Action"});
     a.AddTo(*a.AddMenu(bar, "m04", "F&ormat", "FormatMenu"), {"IndentAction", "UnIndentAction"});
-    // Bookmarks: its commands come with the line marks.
-    a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu");
+    FillBookmarksMenu(*a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu"));
     a.AddTo(*a.AddMenu(bar, "m07", "&Tools", "ToolsMenu"),
             {"FindCommandAction", "RunLastAction", "-", "CustomizeKeyboardAction"});
     a.AddTo(*a.AddMenu(bar, "m0A", "&Window", "WindowMenu"),
