@@ -118,11 +118,11 @@ void KeepMarksAcross(TZvMemoStrings& lines, const std::vector<TRowMarks>& marks,
             return change.From.Y;
         return MapPosition({0, row}, change, true).Y;
     };
+    // Numbers are unique and the noted ones came from the rewritten rows, so only the marks
+    // placed here can clash: no walk over the document on an edit of a marked line.
     const auto place = [&](const TRowMarks& m) {
         TAttribute* a = MainLine(lines, target(m.Row));
         if (!a || Marked(*a))
-            return;
-        if (m.Bookmark >= 0 && FindBookmark(lines, m.Bookmark) >= 0)
             return;
         a->Bookmark = static_cast<std::int8_t>(m.Bookmark);
         a->SetValue(abLinemark, m.Linemark);
