@@ -1,6 +1,7 @@
 // The document's one edit path and its listeners.
 #include "ZvMemoControl/ZvTextDocument.h"
 
+#include "ZvMemoControl/LineMarks.h"
 #include "ZvMemoControl/ZvMemoRows.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 
@@ -113,6 +114,7 @@ TZvPos TZvTextDocument::Change(TZvPos from, TZvPos to, const TEditText& text, TE
     } else {
         change.RemovedLength = RangeUnits(*FLines, from, to);
     }
+    const std::vector<TRowMarks> marks = NoteMarks(*FLines, from.Y, to.Y);
     const TZvPos end = ReplaceText(*FLines, from, to, text);
     FSavedText.AfterChange(*FLines);
     ++FRevision;
@@ -120,6 +122,7 @@ TZvPos TZvTextDocument::Change(TZvPos from, TZvPos to, const TEditText& text, TE
     change.InsertedLength = UnitsOf(text);
     change.RowsAdded = std::max(FLines->Count(), 1) - rowsBefore;
     change.Revision = FRevision;
+    KeepMarksAcross(*FLines, marks, change);
     for (int row = from.Y; row <= end.Y; ++row)
         ChangeLineHistory(row);
     const TRowRange redraw = TellReader(change);

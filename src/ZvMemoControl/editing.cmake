@@ -16,6 +16,7 @@ zv_engine_library(zv_memo_edit
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoUndoState.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoWords.cpp
     ${CMAKE_CURRENT_LIST_DIR}/TextChange.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/LineMarks.cpp
     ${CMAKE_CURRENT_LIST_DIR}/DocumentSave.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvTextDocument.cpp
   DEPS zv_memo_store zv_platform ICU::uc ICU::i18n)

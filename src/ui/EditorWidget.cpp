@@ -455,6 +455,7 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
     for (int row = first; row < last; ++row)
         painter.drawText(QRect(0, (row - first) * lineHeight, gutter - 8, lineHeight),
                          Qt::AlignRight | Qt::AlignVCenter, QString::number(row + 1));
+    PaintGutterMarks(painter, first, last, gutter);
     const QRect caret = CaretRect();
     if (!FPreedit.isEmpty()) {
         QFont underlined = font();
@@ -536,6 +537,7 @@ bool TEditorWidget::Save() {
 
 void TEditorWidget::MarkSaved() {
     FMemo.Saved();
+    viewport()->update(); // the change bars turn to saved
 }
 
 } // namespace zv

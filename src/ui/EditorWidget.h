@@ -73,6 +73,12 @@ public:
     void SetHighlight(std::shared_ptr<const TTextSearch> search);
     const std::shared_ptr<const TTextSearch>& Highlight() const { return FHighlight; }
     static const QColor kHitBack; // the colour behind a highlighted hit
+    // Gutter marks: a bookmark's box (its digit on it), a plain line mark, and the change bar
+    // of a line changed since the last save or changed and saved.
+    static const QColor kBookmarkBack;
+    static const QColor kLinemarkColor;
+    static const QColor kLineChangedColor;
+    static const QColor kLineChangedSavedColor;
     // Puts the caret on the 0-based row and scrolls it into view: by the least amount, or
     // with jump to the upper third of the view (as for a line given on the command line).
     void ShowRow(int row, bool jump = true);
@@ -152,6 +158,8 @@ protected:
 private:
     void UpdateScrollBars();
     int GutterWidth() const;
+    // Bookmarks, line marks and change bars of rows [first, last) in the gutter.
+    void PaintGutterMarks(QPainter& painter, int first, int last, int gutter);
     int RowCount() const;
     int LineHeight() const;
     int TextLeft() const; // viewport x of column 0

@@ -2,6 +2,7 @@
 // event turns into calls on the editing control, then the view follows the caret.
 #include "ui/EditorWidget.h"
 
+#include "ZvMemoControl/LineMarks.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 
 #include <QApplication>
@@ -128,6 +129,11 @@ void TEditorWidget::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return QAbstractScrollArea::mousePressEvent(event);
     const TZvPos pos = PosAt(event->position().toPoint());
+    if (event->position().x() < GutterWidth() - 4) { // the line numbers: a line mark
+        ToggleLinemark(FMemo.Lines(), pos.Y);
+        viewport()->update();
+        return;
+    }
     TZvPos s, e;
     FMemo.OrderedSelection(s, e);
     FPressPoint = event->position().toPoint();

@@ -182,6 +182,8 @@ private:
     using TMemoCommand = void (*)(TZvMemo&);
     std::pair<std::function<void()>, std::function<bool()>>
     EditHandlers(TMemoCommand command, bool (*can)(const TZvMemo&) = nullptr);
+    void CreateBookmarkActions();
+    void FillBookmarksMenu(QMenu& menu);
     // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
     // the groups showing are written back at exit.
     void LoadTabGroupLayout();

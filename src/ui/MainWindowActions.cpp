@@ -161,7 +161,7 @@ void TMainWindow::CreateActions() {
         {"ZoomOutAction", "View", "061", "Zoom &out", {"Ctrl+-"}, "zoom-out"},
         [this] { OnActiveEditor([](TEditorWidget& e) { e.ZoomOut(); }); }, hasEditor);
     add(
-        {"ZoomResetAction", "View", "062", "Reset &zoom", {"Ctrl+0"}, "zoom-original"},
+        {"ZoomResetAction", "View", "062", "Reset &zoom", {"Ctrl+NUM 0"}, "zoom-original"},
         [this] { OnActiveEditor([](TEditorWidget& e) { e.ZoomReset(); }); }, hasEditor);
     TAction& toolbar = add({"ToggleToolbarAction", "View", "063", "&Toolbar"},
                            [this] { FToolBar->setVisible(!FToolBar->isVisible()); });
@@ -208,6 +208,7 @@ void TMainWindow::CreateActions() {
 
     CreateGroupActions();
     CreateTextActions();
+    CreateBookmarkActions();
     FSearch = new TWindowSearch(*this, FHelper);
     FSearch->AddActions(list);
     list.FOnCloseAllInGroup = [this] {
@@ -251,8 +252,7 @@ void TMainWindow::CreateMenuBar() {
     QMenu* format = a.AddMenu(bar, "m04", "F&ormat", "FormatMenu");
     a.AddTo(*format, {"IndentAction", "UnIndentAction"});
     AddTextMenus(*edit, *format);
-    // Bookmarks: its commands come with the line marks.
-    a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu");
+    FillBookmarksMenu(*a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu"));
     a.AddTo(*a.AddMenu(bar, "m07", "&Tools", "ToolsMenu"),
             {"FindCommandAction", "RunLastAction", "-", "WordCountAction", "-",
              "CustomizeKeyboardAction"});

@@ -164,7 +164,7 @@ TEST_F(EditingKeysTest, ZoomMatchingBraceAndMiddleClickPaste) {
     QTest::keyClick(&code, Qt::Key_Plus, Qt::ControlModifier);
     EXPECT_EQ(code.Zoom(), 120);
     EXPECT_NEAR(code.font().pointSizeF(), base * 1.2, 0.01);
-    QTest::keyClick(&code, Qt::Key_0, Qt::ControlModifier);
+    QTest::keyClick(&code, Qt::Key_0, Qt::ControlModifier | Qt::KeypadModifier);
     EXPECT_EQ(code.Zoom(), 100);
     EXPECT_NEAR(code.font().pointSizeF(), base, 0.01);
 
