@@ -174,11 +174,22 @@ public:
     bool FStringLine = false, FAllowEscapeOutsideString = false;
     bool FCharVerbatim = false; // strings of FCharSymbol know no escapes (shell single quotes)
     std::u16string FEscape, FHereDocSymbol;
+    bool FHereDocBlank = false; // a blank may stand between FHereDocSymbol and its word (shell)
+    // Letters that, ending the word in front of a string opener, make a raw string:
+    // FRawStringParen the form R"delim(...)delim", FRawStringHash the form r#"..."#.
+    std::u16string FRawStringParen, FRawStringHash;
+    std::u16string FInterpolation;      // opens code inside String2 strings ("${")
+    std::u16string FFormatStringPrefix; // letters of a prefix whose strings hold {code} ("fF")
+    bool FSlashRegex = false; // regular expressions between slashes where an operand begins
+    // Blank-separated words that quote with the delimiter behind them: FQuoteWords with two
+    // delimiters (q/../), FSubstituteWords with three (s/../../).
+    std::u16string FQuoteWords, FSubstituteWords;
 
     // Numbers and symbols
     std::u16string FNumericChars = u"0123456789", FHexIdentifier, FDigitSeparator, FSymbols;
     bool FNumbersAsSymbols = false;
     std::u16string FSymbolWordsA, FSymbolWordsB, FSymbolWordsC;
+    std::u16string FWordChars; // characters that belong to words besides letters and digits
 
     // Folds
     std::vector<TNodes> FNodes;

@@ -84,7 +84,7 @@ struct TOptionKey {
     TOptionFn Set;
 };
 
-constexpr std::array<TOptionKey, 50> kOptionKeys{{
+constexpr std::array<TOptionKey, 59> kOptionKeys{{
     {u"LineCommentA", SetText<&TStyles::FLineCommentA>},
     {u"LineCommentB", SetText<&TStyles::FLineCommentB>},
     {u"CommentStartA", SetText<&TStyles::FCommentStartA>},
@@ -135,6 +135,15 @@ constexpr std::array<TOptionKey, 50> kOptionKeys{{
     {u"SymbolWordsC", SetSymbolWords<&TStyles::FSymbolWordsC>},
     {u"HereDocSymbol", SetText<&TStyles::FHereDocSymbol>},
     {u"DigitSeparator", SetText<&TStyles::FDigitSeparator>},
+    {u"HereDocBlank", SetFlag<&TStyles::FHereDocBlank>},
+    {u"RawStringParen", SetText<&TStyles::FRawStringParen>},
+    {u"RawStringHash", SetText<&TStyles::FRawStringHash>},
+    {u"Interpolation", SetText<&TStyles::FInterpolation>},
+    {u"FormatStringPrefix", SetText<&TStyles::FFormatStringPrefix>},
+    {u"SlashRegex", SetFlag<&TStyles::FSlashRegex>},
+    {u"QuoteWords", SetSymbolWords<&TStyles::FQuoteWords>},
+    {u"SubstituteWords", SetSymbolWords<&TStyles::FSubstituteWords>},
+    {u"WordChars", SetText<&TStyles::FWordChars>},
 }};
 
 void SetExcludes(TSyxTarget& t, std::u16string_view v) {
