@@ -154,8 +154,9 @@ bool IsInTagOrBlock(TLineScanner& scanner, int x, int y) {
 bool IsInCommentOrString(TLineScanner& scanner, int x, int y) {
     const TStyle s = StateAt(scanner, x, y);
     const TStyleProperties& p = s.Properties;
-    return p.Get(spInComment) || p.Get(spInLineComment) || p.BracketId >= 0 || s.Block.Id == -2 ||
-           s.Block.Id == -3;
+    // Block ids -2, -3, -4: an open here-document, raw string or long-bracket comment.
+    return p.Get(spInComment) || p.Get(spInLineComment) || p.BracketId >= 0 ||
+           (s.Block.Id <= -2 && s.Block.Id >= -4);
 }
 
 } // namespace zv

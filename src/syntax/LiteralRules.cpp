@@ -109,6 +109,24 @@ int RawStringOpener(std::u16string_view t, int wordStart, int q, const TZvCustom
     return -1;
 }
 
+int LongBracketOpener(std::u16string_view t, int p, const TZvCustomMemoStyles& s,
+                      TRawTerminator& end) {
+    const int n = int(t.size());
+    if (!s.FLongBrackets || p >= n || t[p] != u'[')
+        return -1;
+    int k = p + 1;
+    while (k < n && t[k] == u'=' && k - p <= 128)
+        ++k;
+    if (k >= n || t[k] != u'[')
+        return -1;
+    end.Length = 0;
+    end.Text[end.Length++] = u']';
+    for (int i = p + 1; i < k; ++i)
+        end.Text[end.Length++] = u'=';
+    end.Text[end.Length++] = u']';
+    return k + 1;
+}
+
 bool IsFormatPrefix(std::u16string_view t, int wordStart, int q, const TZvCustomMemoStyles& s) {
     if (s.FFormatStringPrefix.empty() || q >= int(t.size()) || q - wordStart > 2 ||
         (t[q] != u'"' && t[q] != u'\''))
@@ -202,39 +220,26 @@ int HereDocWordAt(std::u16string_view t, int p, const TZvCustomMemoStyles& s) {
     return q;
 }
 
-int QuoteLikeLength(std::u16string_view t, int p, int wordEnd, const TZvCustomMemoStyles& s) {
+namespace {
+
+// Reads a quoted text whose opening delimiter stands at `at`: `parts` parts (s/a/b/ has two),
+// brackets nesting, backslash escapes, then flags. A one-part text left open at the row's
+// end is told in `open`.
+TQuoteLike QuotedFrom(std::u16string_view t, int p, int at, int parts) {
     const int n = int(t.size());
-    if (wordEnd >= n || wordEnd - p > 2 || (s.FQuoteWords.empty() && s.FSubstituteWords.empty()))
-        return 0;
-    const std::u16string_view word = t.substr(p, wordEnd - p);
-    auto listed = [&](const std::u16string& list) {
-        for (std::size_t at = list.find(word); at != list.npos; at = list.find(word, at + 1))
-            if (at > 0 && list[at - 1] == u' ' && at + word.size() < list.size() &&
-                list[at + word.size()] == u' ')
-                return true;
-        return false;
-    };
-    const int parts = listed(s.FQuoteWords) ? 1 : listed(s.FSubstituteWords) ? 2 : 0;
-    if (!parts)
-        return 0;
-    if (p > 0 && (Has(u"$@%&*", t[p - 1]) || IsWord(t[p - 1]) ||
-                  (p > 1 && t[p - 2] == u'-' && t[p - 1] == u'>')))
-        return 0; // a variable or a method named so
-    const char16_t open = t[wordEnd];
-    if (IsWord(open) || IsBlank(open) || Has(u"=,;)}]>", open))
-        return 0;
+    const char16_t open = t[at];
     const char16_t close = open == u'('   ? u')'
                            : open == u'[' ? u']'
                            : open == u'{' ? u'}'
                            : open == u'<' ? u'>'
                                           : open;
-    int q = wordEnd + 1;
+    int q = at + 1;
     for (int part = 0; part < parts; ++part) {
         if (part > 0 && close != open) { // s{a}{b}: the second part has its own brackets
             while (q < n && IsBlank(t[q]))
                 ++q;
             if (q >= n || t[q] != open)
-                return 0;
+                return {};
             ++q;
         }
         int depth = 1;
@@ -249,12 +254,58 @@ int QuoteLikeLength(std::u16string_view t, int p, int wordEnd, const TZvCustomMe
                 ++depth;
         }
         if (q >= n)
-            return 0;
+            return parts == 1 ? TQuoteLike{n - p, close} : TQuoteLike{};
         ++q;
     }
     while (q < n && IsWord(t[q]) && !IsDigit(t[q])) // flags
         ++q;
-    return q - p;
+    return {q - p, 0};
+}
+
+bool IsDelimiter(char16_t c) {
+    return !IsWord(c) && !IsBlank(c) && !Has(u"=,;)}]>", c);
+}
+
+} // namespace
+
+TQuoteLike QuoteLike(std::u16string_view t, int p, int wordEnd, const TZvCustomMemoStyles& s) {
+    const int n = int(t.size());
+    if (wordEnd >= n || wordEnd - p > 2 || (s.FQuoteWords.empty() && s.FSubstituteWords.empty()))
+        return {};
+    const std::u16string_view word = t.substr(p, wordEnd - p);
+    auto listed = [&](const std::u16string& list) {
+        for (std::size_t at = list.find(word); at != list.npos; at = list.find(word, at + 1))
+            if (at > 0 && list[at - 1] == u' ' && at + word.size() < list.size() &&
+                list[at + word.size()] == u' ')
+                return true;
+        return false;
+    };
+    const int parts = listed(s.FQuoteWords) ? 1 : listed(s.FSubstituteWords) ? 2 : 0;
+    if (!parts)
+        return {};
+    if (p > 0 && (Has(u"$@%&*", t[p - 1]) || IsWord(t[p - 1]) ||
+                  (p > 1 && t[p - 2] == u'-' && t[p - 1] == u'>')))
+        return {}; // a variable or a method named so
+    if (!IsDelimiter(t[wordEnd]))
+        return {};
+    return QuotedFrom(t, p, wordEnd, parts);
+}
+
+TQuoteLike PercentLiteral(std::u16string_view t, int p, const TZvCustomMemoStyles& s) {
+    const int n = int(t.size());
+    if (!s.FPercentLiterals || t[p] != u'%' || p + 2 >= n)
+        return {};
+    int k = p - 1;
+    while (k >= 0 && IsBlank(t[k]))
+        --k;
+    if (k >= 0 && (IsWord(t[k]) || Has(u")]}\"'", t[k])))
+        return {}; // an operand in front: "a % b"
+    int at = p + 1;
+    if (Has(u"qQwWiIrsx", t[at]))
+        ++at;
+    if (at >= n || !IsDelimiter(t[at]) || t[at] == u'%')
+        return {};
+    return QuotedFrom(t, p, at, 1);
 }
 
 int SlashRegexLength(std::u16string_view t, int p) {

@@ -9,9 +9,10 @@
 
 namespace zv {
 
-// The closing text of a raw string, at most 18 units (a C++ delimiter has at most 16).
+// The closing text of a raw string: a C++ delimiter has at most 16 units, a long bracket
+// at most 128 "=".
 struct TRawTerminator {
-    char16_t Text[18] = {};
+    char16_t Text[130] = {};
     int Length = 0;
     std::u16string_view View() const { return {Text, std::size_t(Length)}; }
 };
@@ -20,6 +21,11 @@ struct TRawTerminator {
 // forms the set names. Returns the position behind the opener and fills `end`, or -1.
 int RawStringOpener(std::u16string_view t, int wordStart, int q, const TZvCustomMemoStyles& s,
                     TRawTerminator& end);
+
+// A long bracket at p ("[[" or "[==[") in a set with LongBrackets: returns the position
+// behind it and fills `end` ("]]", "]==]"), or -1.
+int LongBracketOpener(std::u16string_view t, int p, const TZvCustomMemoStyles& s,
+                      TRawTerminator& end);
 
 // True when the word [wordStart, q) is a prefix whose string at q holds "{code}".
 bool IsFormatPrefix(std::u16string_view t, int wordStart, int q, const TZvCustomMemoStyles& s);
@@ -39,9 +45,20 @@ int NumberEnd(std::u16string_view t, int p, const TZvCustomMemoStyles& s, bool& 
 // in a set whose symbol is "<<").
 int HereDocWordAt(std::u16string_view t, int p, const TZvCustomMemoStyles& s);
 
-// Length of a quote-like operator at p (Perl q/../, s/../../, tr{..}{..}) that closes on the
-// row, or 0. `wordEnd` is the end of the word at p.
-int QuoteLikeLength(std::u16string_view t, int p, int wordEnd, const TZvCustomMemoStyles& s);
+// A quote-like text at p: Length, and when a one-part text is still open at the row's end,
+// its closing delimiter in OpenEnd (Length then runs to the row's end). Length 0: none.
+struct TQuoteLike {
+    int Length = 0;
+    char16_t OpenEnd = 0;
+};
+
+// A quote-like operator at p (Perl q/../, qw{..}, s/../../, tr{..}{..}); `wordEnd` is the
+// end of the word at p.
+TQuoteLike QuoteLike(std::u16string_view t, int p, int wordEnd, const TZvCustomMemoStyles& s);
+
+// A percent literal at p in a set with PercentLiterals (Ruby %w[..], %Q(..), %r{..}), where
+// an operand may begin.
+TQuoteLike PercentLiteral(std::u16string_view t, int p, const TZvCustomMemoStyles& s);
 
 // Length of a regular expression between slashes at p that closes on the row, when an
 // operand may begin there; 0 otherwise.

@@ -90,6 +90,8 @@ char16_t Delimiter(const TZvCustomMemoStyles& s, int kind) {
 
 // Block.Id of an open raw string, whose terminator is kept as the here-document word.
 constexpr std::int8_t kRawStringBlock = -3;
+// Block.Id of an open long-bracket comment (--[[ ... ]]), kept the same way.
+constexpr std::int8_t kRawCommentBlock = -4;
 // Run index of a word of SymbolWordsA; B and C follow.
 constexpr int kSymbolWordIndex = 10;
 
@@ -209,7 +211,7 @@ private:
             return ContinueComment();
         if (S.Block.Id == -2)
             return ContinueHereDoc();
-        if (S.Block.Id == kRawStringBlock)
+        if (S.Block.Id == kRawStringBlock || S.Block.Id == kRawCommentBlock)
             return ContinueRawString();
         if (P.BracketId >= 0)
             return ContinueString(p);
@@ -237,7 +239,7 @@ private:
             return;
         if (C.TagMode() && Tags())
             return;
-        if (OpenHereDoc() || OpenBlock(c) || RegexLiteral() || OpenString())
+        if (OpenHereDoc() || OpenBlock(c) || RegexLiteral() || LongBracketString() || OpenString())
             return;
         Plain();
     }
@@ -395,6 +397,11 @@ private:
             for (int i = 0; i < p; ++i)
                 if (!IsBlankish(T[i]))
                     return false;
+        TRawTerminator end;
+        if (const int open = LongBracketOpener(T, p + len, *Set, end); open > 0) {
+            RawString(open, end, TTokenKind::Comment);
+            return true;
+        }
         const int tag = ScriptCloseFrom(p + len);
         if (tag >= 0) {
             EmitText(p, tag, TTokenKind::LineComment);
@@ -642,30 +649,32 @@ private:
 
     // A raw string whose opener ends at `open`: no escapes; it ends at its terminator, on
     // this row or, kept as the open block's terminator, on a later one.
-    void RawString(int open, const TRawTerminator& end) {
+    void RawString(int open, const TRawTerminator& end, TTokenKind kind = TTokenKind::String) {
         const auto at = T.find(end.View(), open);
         if (at != std::u16string_view::npos) {
             const int q = int(at) + end.Length;
-            EmitText(p, q, TTokenKind::String);
+            EmitText(p, q, kind);
             p = q;
             return;
         }
-        EmitText(p, N, TTokenKind::String);
-        S.Block.Id = kRawStringBlock;
+        EmitText(p, N, kind);
+        S.Block.Id = kind == TTokenKind::Comment ? kRawCommentBlock : kRawStringBlock;
         S.Block.Extra.mut().HereDocString.assign(end.View());
         p = N;
     }
 
     void ContinueRawString() {
         const std::u16string& end = S.Block.HereDocString();
+        const TTokenKind kind =
+            S.Block.Id == kRawCommentBlock ? TTokenKind::Comment : TTokenKind::String;
         const auto at = T.find(end, p);
         if (at == std::u16string_view::npos) {
-            EmitText(p, N, TTokenKind::String);
+            EmitText(p, N, kind);
             p = N;
             return;
         }
         const int q = int(at + end.size());
-        EmitText(p, q, TTokenKind::String);
+        EmitText(p, q, kind);
         S.Block.Id = -1;
         DropHereDocWord();
         p = q;
@@ -793,6 +802,16 @@ private:
         p = q;
     }
 
+    // A long-bracket string ([[...]], [==[...]==]) of a syntax with LongBrackets.
+    bool LongBracketString() {
+        TRawTerminator end;
+        const int open = T[p] == u'[' ? LongBracketOpener(T, p, *Set, end) : -1;
+        if (open < 0)
+            return false;
+        RawString(open, end);
+        return true;
+    }
+
     // ---- Regular-expression literals and quote-like operators
     // Syntaxes with SlashRegex write regular expressions between slashes; one is taken where
     // an operand may begin and the closing slash is on the row, so that quotes and comment
@@ -813,9 +832,16 @@ private:
         const TBlock* open = OpenBlock();
         if (open && !open->HighlightBlocks)
             return false;
+        if (const std::u16string& after = Set->FStringOnlyAfter; !after.empty()) {
+            int k = p - 1;
+            while (k >= 0 && IsBlank(T[k]))
+                --k;
+            if (k >= 0 && after.find(T[k]) == std::u16string::npos)
+                return false;
+        }
         for (int k = 0; k < 3; ++k) {
             const char16_t d = Delimiter(*Set, k);
-            if (!d || T[p] != d)
+            if (!d || T[p] != d || (k == 0 && Set->FCharShort && !ShortCharAt(d)))
                 continue;
             // Shell's $'...' knows escapes, unlike its other single-quoted strings.
             if ((Set->FVerbatimStringStart && p > 0 && T[p - 1] == Set->FVerbatimStringStart) ||
@@ -828,6 +854,20 @@ private:
             return true;
         }
         return false;
+    }
+
+    // A character literal: one character ('x'), or an escape closing within 12 units ('\n',
+    // '\u{1F600}'). Rust's "'a" of a lifetime is none.
+    bool ShortCharAt(char16_t d) const {
+        const char16_t esc = Set->FEscape.empty() ? 0 : Set->FEscape[0];
+        if (p + 1 < N && T[p + 1] == esc && esc) {
+            for (int q = p + 3; q < N && q <= p + 12; ++q)
+                if (T[q] == d)
+                    return true;
+            return false;
+        }
+        const int close = p + (p + 1 < N && T[p + 1] >= 0xD800 && T[p + 1] < 0xDC00 ? 3 : 2);
+        return close < N && T[close] == d;
     }
 
     // Reads string text from `from` (the opener at `start` when it is on this row).
@@ -905,6 +945,9 @@ private:
             return Word();
         const TBlock* open = OpenBlock();
         if (Set->FHasRegExKeywords && RegexKeyword(open))
+            return;
+        if (c == u'%' && Set->FPercentLiterals && (!open || open->HighlightBlocks) &&
+            Quoted(PercentLiteral(T, p, *Set)))
             return;
         if (c == u'(' || c == u')' || c == u'{' || c == u'}' || c == u'[' || c == u']') {
             if (FCss)
@@ -997,12 +1040,22 @@ private:
                 FFormatString = false;
             return true;
         }
-        if (const int len = QuoteLikeLength(T, p, q, *Set)) {
-            Emit(p, p + len, TTokenKind::String);
-            p += len;
+        return Quoted(QuoteLike(T, p, q, *Set));
+    }
+
+    // A quote-like text; one left open at the row's end goes on until its closing delimiter.
+    bool Quoted(const TQuoteLike& quote) {
+        if (!quote.Length)
+            return false;
+        if (quote.OpenEnd) {
+            TRawTerminator end;
+            end.Text[end.Length++] = quote.OpenEnd;
+            RawString(N, end);
             return true;
         }
-        return false;
+        Emit(p, p + quote.Length, TTokenKind::String);
+        p += quote.Length;
+        return true;
     }
 
     bool KeywordsAllowed(const TBlock* open) const {

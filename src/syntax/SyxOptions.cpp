@@ -84,7 +84,7 @@ struct TOptionKey {
     TOptionFn Set;
 };
 
-constexpr std::array<TOptionKey, 59> kOptionKeys{{
+constexpr std::array<TOptionKey, 63> kOptionKeys{{
     {u"LineCommentA", SetText<&TStyles::FLineCommentA>},
     {u"LineCommentB", SetText<&TStyles::FLineCommentB>},
     {u"CommentStartA", SetText<&TStyles::FCommentStartA>},
@@ -103,6 +103,8 @@ constexpr std::array<TOptionKey, 59> kOptionKeys{{
     {u"StringOnLine", SetFlag<&TStyles::FStringLine>},
     {u"VerbatimStringStart", SetChar<&TStyles::FVerbatimStringStart>},
     {u"CharVerbatim", SetFlag<&TStyles::FCharVerbatim>},
+    {u"CharShort", SetFlag<&TStyles::FCharShort>},
+    {u"StringOnlyAfter", SetText<&TStyles::FStringOnlyAfter>},
     {u"HexIdentifier", SetText<&TStyles::FHexIdentifier>},
     {u"Escape", SetText<&TStyles::FEscape>},
     {u"AllowEscapeOutsideString", SetFlag<&TStyles::FAllowEscapeOutsideString>},
@@ -141,6 +143,8 @@ constexpr std::array<TOptionKey, 59> kOptionKeys{{
     {u"Interpolation", SetText<&TStyles::FInterpolation>},
     {u"FormatStringPrefix", SetText<&TStyles::FFormatStringPrefix>},
     {u"SlashRegex", SetFlag<&TStyles::FSlashRegex>},
+    {u"LongBrackets", SetFlag<&TStyles::FLongBrackets>},
+    {u"PercentLiterals", SetFlag<&TStyles::FPercentLiterals>},
     {u"QuoteWords", SetSymbolWords<&TStyles::FQuoteWords>},
     {u"SubstituteWords", SetSymbolWords<&TStyles::FSubstituteWords>},
     {u"WordChars", SetText<&TStyles::FWordChars>},
