@@ -1095,9 +1095,12 @@ private:
             const TKeyWord& k = Set->FKeyWords[g];
             if (!k.RegEx || !k.CompiledRegEx || !GroupAllowed(g, open))
                 continue;
-            int end = p + k.CompiledRegEx->MatchAt(T, p, X.Match);
-            if (end <= p && blanks < p)
-                end = blanks + k.CompiledRegEx->MatchAt(T, blanks, X.Match);
+            if (blanks > 0 && k.sRegEx.starts_with(u'^'))
+                continue; // anchored at the row's start, which lies behind
+            const TStyleRegex& re = *k.CompiledRegEx;
+            int end = re.MayStartWith(T[p]) ? p + re.MatchAt(T, p, X.Match) : p;
+            if (end <= p && blanks < p && re.MayStartWith(T[blanks]))
+                end = blanks + re.MatchAt(T, blanks, X.Match);
             if (end > p) {
                 Emit(p, end, TTokenKind::Keyword, g);
                 p = end;
