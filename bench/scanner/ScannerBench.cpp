@@ -101,6 +101,80 @@ void BM_ScanRows90MB(benchmark::State& state) {
 }
 BENCHMARK(BM_ScanRows90MB)->Unit(benchmark::kMillisecond)->Iterations(3);
 
+// Per language: a file of the language (the oracle's own samples, or a Debian package's file)
+// repeated to about 8 MB, every row through the scanner with the colouring sink, as a
+// repaint of the whole file would. The figure to keep above 30 MB/s.
+struct TLanguageFile {
+    const char* Syntax;
+    const char* File; // relative to the source tree, or absolute
+};
+constexpr TLanguageFile kLanguageFiles[] = {
+    {"c", "/usr/include/stdio.h"},
+    {"cpp", "/usr/include/c++/12/bits/stl_vector.h"},
+    {"python", "/usr/lib/python3.11/argparse.py"},
+    {"perl", "/usr/share/perl/5.36.0/Getopt/Long.pm"},
+    {"ruby", "/usr/lib/ruby/3.1.0/optparse.rb"},
+    {"yaml", "/usr/share/doc/python3-yaml/examples/pygments-lexer/example.yaml"},
+    {"markdown", "/usr/share/doc/nodejs/api/readline.md"},
+    {"cmake", "/usr/share/cmake-3.25/Modules/FindThreads.cmake"},
+    {"rust", "tests/scanner/samples/sample.rs"},
+    {"php", "tests/scanner/samples/sample.php"},
+    {"typescript", "tests/scanner/samples/sample.ts"},
+    {"toml", "tests/scanner/samples/sample.toml"},
+    {"kotlin", "tests/scanner/samples/sample.kt"},
+    {"haskell", "tests/scanner/samples/sample.hs"},
+    {"powershell", "tests/scanner/samples/sample.ps1"},
+    {"batch", "tests/scanner/samples/sample.bat"},
+};
+
+void BM_ColourRunsByLanguage(benchmark::State& state) {
+    const TLanguageFile& lf = kLanguageFiles[state.range(0)];
+    state.SetLabel(lf.Syntax);
+    std::filesystem::path file(lf.File);
+    if (file.is_relative())
+        file = std::filesystem::path(ZV_SOURCE_DIR) / file;
+    std::string bytes;
+    if (std::FILE* f = std::fopen(file.c_str(), "rb")) {
+        char buf[65536];
+        for (std::size_t n; (n = std::fread(buf, 1, sizeof buf, f)) > 0;)
+            bytes.append(buf, n);
+        std::fclose(f);
+    }
+    if (bytes.empty())
+        return state.SkipWithError("file missing");
+    std::string big;
+    while (big.size() < 8'000'000)
+        big += bytes;
+    TZvMemoStrings store;
+    store.SetTextStr(Utf8ToUtf16(big));
+    TMemoStyleHost host;
+    TZvSyntax syntax;
+    const auto syx = std::filesystem::path(ZV_SOURCE_DIR) / "data" / "Syntax" /
+                     (std::string(lf.Syntax) + ".syx");
+    if (!syntax.LoadStyleFromFile(&host, Utf8ToUtf16(syx.string()), Utf8ToUtf16(lf.Syntax), 1, u""))
+        return state.SkipWithError("no syntax");
+    const TScanContext ctx(host, TScanOptions{});
+    TScanScratch scratch;
+    TRunCollector runs;
+    for (auto _ : state) {
+        TStyle s;
+        ClearStyle(s, true);
+        for (int row = 0; row < store.Count(); ++row) {
+            runs.Runs.clear();
+            TScanRequest r;
+            r.Text = store.Get(row);
+            r.Sink = &runs;
+            ScanRow(ctx, r, s, scratch);
+        }
+        benchmark::DoNotOptimize(s);
+    }
+    state.SetBytesProcessed(state.iterations() * std::int64_t(big.size()));
+}
+BENCHMARK(BM_ColourRunsByLanguage)
+    ->DenseRange(0, int(std::size(kLanguageFiles)) - 1)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(2);
+
 // The same with the colouring walk's sink (runs collected, as the painter and export do).
 void BM_ColourRuns90MB(benchmark::State& state) {
     TBenchDoc& d = Corpus();

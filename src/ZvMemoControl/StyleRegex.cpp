@@ -37,6 +37,25 @@ TStyleRegex::TStyleRegex(std::u16string_view pattern, bool caseless) {
         return;
     }
     pcre2_jit_compile(FCode, PCRE2_JIT_COMPLETE); // falls back to the interpreter on failure
+    // The code units a match can begin with, as the compiler worked them out.
+    std::uint32_t type = 0, unit = 0;
+    const std::uint8_t* bitmap = nullptr;
+    pcre2_pattern_info(FCode, PCRE2_INFO_FIRSTCODETYPE, &type);
+    if (type == 1 && pcre2_pattern_info(FCode, PCRE2_INFO_FIRSTCODEUNIT, &unit) == 0 && !caseless &&
+        unit < 255) {
+        FAnyStart = false;
+        FStarts.set(unit);
+    } else if (type == 0 && pcre2_pattern_info(FCode, PCRE2_INFO_FIRSTBITMAP, &bitmap) == 0 &&
+               bitmap) {
+        FAnyStart = false;
+        for (int c = 0; c < 256; ++c)
+            if (bitmap[c / 8] & (1u << (c % 8)))
+                FStarts.set(c);
+    }
+}
+
+bool TStyleRegex::MayStartWith(char16_t c) const {
+    return FAnyStart || c >= 255 || FStarts.test(c);
 }
 
 bool TStyleRegex::Jitted() const {

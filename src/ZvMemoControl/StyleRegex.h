@@ -3,6 +3,7 @@
 // each thread brings its own TRegexMatch scratch.
 #pragma once
 
+#include <bitset>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -47,6 +48,10 @@ public:
     // on a match error or an invalid pattern). The subject may be any part of a row.
     int MatchAt(std::u16string_view subject, std::size_t offset, TRegexMatch& scratch) const;
 
+    // False when no match can begin with `c` (a quick test before MatchAt); true for code
+    // units from 255 up.
+    bool MayStartWith(char16_t c) const;
+
     // The first match at or behind `offset`: its start, with its length in `length`; -1 for
     // none.
     long long Find(std::u16string_view subject, std::size_t offset, TRegexMatch& scratch,
@@ -58,6 +63,8 @@ private:
 
     pcre2_real_code_16* FCode = nullptr;
     std::string FError;
+    std::bitset<256> FStarts; // code units below 255 a match may begin with, unless FAnyStart
+    bool FAnyStart = true;
 };
 
 } // namespace zv

@@ -173,12 +173,31 @@ public:
     char16_t FCharSymbol = 0, FStringSymbol = 0, FString2Symbol = 0, FVerbatimStringStart = 0;
     bool FStringLine = false, FAllowEscapeOutsideString = false;
     bool FCharVerbatim = false; // strings of FCharSymbol know no escapes (shell single quotes)
+    bool FCharShort = false;    // a character literal opens only when it closes within 12 units
+                                // of its row (Rust's lifetime 'a is none)
+    // When set, a string opens only where the last non-blank in front of it on the row is one
+    // of these characters, or there is none (YAML: a quote inside a plain scalar is text).
+    std::u16string FStringOnlyAfter;
     std::u16string FEscape, FHereDocSymbol;
+    bool FHereDocBlank = false; // a blank may stand between FHereDocSymbol and its word (shell)
+    // Letters that, ending the word in front of a string opener, make a raw string:
+    // FRawStringParen the form R"delim(...)delim", FRawStringHash the form r#"..."#.
+    std::u16string FRawStringParen, FRawStringHash;
+    std::u16string FInterpolation;      // opens code inside String2 strings ("${")
+    std::u16string FFormatStringPrefix; // letters of a prefix whose strings hold {code} ("fF")
+    bool FSlashRegex = false;   // regular expressions between slashes where an operand begins
+    bool FLongBrackets = false; // [[...]] and [==[...]==] strings, and comments behind the
+                                // line comment opener (Lua, CMake)
+    // Blank-separated words that quote with the delimiter behind them: FQuoteWords with two
+    // delimiters (q/../), FSubstituteWords with three (s/../../).
+    std::u16string FQuoteWords, FSubstituteWords;
+    bool FPercentLiterals = false; // %w[...], %Q(...) and their kin where an operand begins
 
     // Numbers and symbols
     std::u16string FNumericChars = u"0123456789", FHexIdentifier, FDigitSeparator, FSymbols;
     bool FNumbersAsSymbols = false;
     std::u16string FSymbolWordsA, FSymbolWordsB, FSymbolWordsC;
+    std::u16string FWordChars; // characters that belong to words besides letters and digits
 
     // Folds
     std::vector<TNodes> FNodes;

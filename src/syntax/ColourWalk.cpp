@@ -32,15 +32,21 @@ TCharStyle KindStyle(const TColourRun& run, const TZvCustomMemoStyles& s, const 
     case TTokenKind::Keyword:
         return i.Index >= 0 && i.Index < int(s.FKeyWords.size()) ? GroupStyle(s.FKeyWords[i.Index])
                                                                  : TCharStyle{};
-    case TTokenKind::Symbol:
-        return s.FSymbolsStyle;
+    case TTokenKind::Symbol: // indexes 10, 11, 12: words of SymbolWordsA, B, C
+        return i.Index == 10   ? s.FSymbolWordsAStyle
+               : i.Index == 11 ? s.FSymbolWordsBStyle
+               : i.Index == 12 ? s.FSymbolWordsCStyle
+                               : s.FSymbolsStyle;
     case TTokenKind::Brace:
         if (o.FMultiColorBraces) {
             const int level = i.Index < 0 ? -i.Index : i.Index;
             return {0, o.FBraceColors[level % o.FBraceColors.size()], kNoColor, 0};
         }
         return s.FSymbolsStyle;
-    case TTokenKind::Tag:
+    case TTokenKind::Tag: // a tag of a listed group takes the group's colour
+        if (i.Index >= 0 && i.Index < int(s.FTags.size()) && s.FTags[i.Index].Color != kNoColor)
+            return GroupStyle(s.FTags[i.Index]);
+        return {s.FTagBoldness, s.FTagColor, s.FTagColorBk, s.FTagStyle};
     case TTokenKind::ServerTag:
         return {s.FTagBoldness, s.FTagColor, s.FTagColorBk, s.FTagStyle};
     case TTokenKind::AttributeName:
@@ -148,7 +154,9 @@ bool IsInTagOrBlock(TLineScanner& scanner, int x, int y) {
 bool IsInCommentOrString(TLineScanner& scanner, int x, int y) {
     const TStyle s = StateAt(scanner, x, y);
     const TStyleProperties& p = s.Properties;
-    return p.Get(spInComment) || p.Get(spInLineComment) || p.BracketId >= 0 || s.Block.Id == -2;
+    // Block ids -2, -3, -4: an open here-document, raw string or long-bracket comment.
+    return p.Get(spInComment) || p.Get(spInLineComment) || p.BracketId >= 0 ||
+           (s.Block.Id <= -2 && s.Block.Id >= -4);
 }
 
 bool IsInComment(TLineScanner& scanner, int x, int y) {

@@ -5,6 +5,8 @@
 // walk goes from the text and the state alone; the sink is told what was passed.
 #include "syntax/RowScanner.h"
 
+#include "syntax/LiteralRules.h"
+
 #include <algorithm>
 
 namespace zv {
@@ -86,6 +88,13 @@ char16_t Delimiter(const TZvCustomMemoStyles& s, int kind) {
     return d == u'1' ? u'"' : d;
 }
 
+// Block.Id of an open raw string, whose terminator is kept as the here-document word.
+constexpr std::int8_t kRawStringBlock = -3;
+// Block.Id of an open long-bracket comment (--[[ ... ]]), kept the same way.
+constexpr std::int8_t kRawCommentBlock = -4;
+// Run index of a word of SymbolWordsA; B and C follow.
+constexpr int kSymbolWordIndex = 10;
+
 bool IsScriptType(TScriptType t) {
     return t != scNone && t != scHtml;
 }
@@ -132,6 +141,17 @@ private:
     void SelectSet() {
         Set = C.SetFor(P);
         Starters = Set ? &C.Starters(Set) : nullptr;
+        FCss = Starters && Starters->CssFamily;
+        FNumbers = Set && !Set->FNumericChars.empty();
+        FHexStart = Set && !Set->FHexIdentifier.empty() && !IsDigit(Set->FHexIdentifier[0])
+                        ? Set->FHexIdentifier[0]
+                        : char16_t(0xFFFF);
+        FExtraWordChars = Set && !Set->FWordChars.empty();
+        FSymbolWords = Set && (Set->FSymbolWordsA.size() > 2 || Set->FSymbolWordsB.size() > 2 ||
+                               Set->FSymbolWordsC.size() > 2);
+        FWordLiterals = Set && (!Set->FRawStringParen.empty() || !Set->FRawStringHash.empty() ||
+                                !Set->FFormatStringPrefix.empty() || !Set->FQuoteWords.empty() ||
+                                !Set->FSubstituteWords.empty());
     }
     bool InScript() const { return P.Get(spInScript); }
     const TBlock* OpenBlock() const {
@@ -164,7 +184,7 @@ private:
     void EmitText(int from, int to, TTokenKind kind) {
         if (!Sink)
             return;
-        if (C.Options().FAllowURLClick)
+        if (C.Urls())
             for (int i = from; i < to; ++i) {
                 if (T[i] != u'h' && T[i] != u'f' && T[i] != u'm' && T[i] != u'H' && T[i] != u'F' &&
                     T[i] != u'M')
@@ -191,6 +211,8 @@ private:
             return ContinueComment();
         if (S.Block.Id == -2)
             return ContinueHereDoc();
+        if (S.Block.Id == kRawStringBlock || S.Block.Id == kRawCommentBlock)
+            return ContinueRawString();
         if (P.BracketId >= 0)
             return ContinueString(p);
         if (IsBlank(c) || c == 0x00A0) {
@@ -206,7 +228,7 @@ private:
         const TBlock* open = OpenBlock();
         if (open && open->ForceColor && !open->Stop.empty())
             return StringBlockText(*open);
-        if (IsDigit(c))
+        if (NumberStart(c))
             return Number();
         if (C.TagMode() && !Set->FAllowHighlightBetweenTags && c != u'<' && NothingOpen() &&
             !(c < 128 && BlockStartChar(c)))
@@ -217,7 +239,7 @@ private:
             return;
         if (C.TagMode() && Tags())
             return;
-        if (OpenHereDoc() || OpenBlock(c) || RegexLiteral() || OpenString())
+        if (OpenHereDoc() || OpenBlock(c) || RegexLiteral() || LongBracketString() || OpenString())
             return;
         Plain();
     }
@@ -233,8 +255,13 @@ private:
         return !C.TagMode() || InScript() || !P.Get(spInTag);
     }
 
+    // CommentEsc in front of a comment opener or closer makes it text.
+    bool CommentEscaped(int at) const {
+        return !Set->FCommentEsc.empty() && at > 0 && T[at - 1] == Set->FCommentEsc[0];
+    }
+
     bool OpenComment() {
-        if (!CommentsAllowed())
+        if (!CommentsAllowed() || CommentEscaped(p))
             return false;
         int len = 0;
         std::int8_t style = 0;
@@ -297,7 +324,9 @@ private:
         if (!styleB && Set->FAllowNestedComments)
             end = NestedCommentEnd();
         else if (!closer.empty()) {
-            const auto q = T.substr(0, N).find(closer, p);
+            auto q = T.substr(0, N).find(closer, p);
+            while (q != std::u16string_view::npos && CommentEscaped(int(q)))
+                q = T.substr(0, N).find(closer, q + 1);
             end = q == std::u16string_view::npos ? -1 : int(q);
         }
         const int tag = ScriptCloseFrom(p);
@@ -352,7 +381,7 @@ private:
     }
 
     bool LineComment() {
-        if (!CommentsAllowed() || (C.TagMode() && !InScript()))
+        if (!CommentsAllowed() || (C.TagMode() && !InScript()) || CommentEscaped(p))
             return false;
         int len = AlternativeAt(T, p, Set->FLineCommentA, Case());
         int rule = Set->FOnlyLineCommentIfFirstChar;
@@ -368,6 +397,11 @@ private:
             for (int i = 0; i < p; ++i)
                 if (!IsBlankish(T[i]))
                     return false;
+        TRawTerminator end;
+        if (const int open = LongBracketOpener(T, p + len, *Set, end); open > 0) {
+            RawString(open, end, TTokenKind::Comment);
+            return true;
+        }
         const int tag = ScriptCloseFrom(p + len);
         if (tag >= 0) {
             EmitText(p, tag, TTokenKind::LineComment);
@@ -393,55 +427,37 @@ private:
         return true;
     }
 
+    // A number begins at a digit, at "." before a digit that follows no word or dot, and at
+    // a hexadecimal prefix that is no digit ("$FF"); only in a syntax that states Numbers.
+    bool NumberStart(char16_t c) const {
+        if (IsDigit(c))
+            return FNumbers;
+        if (c != u'.' && c != FHexStart)
+            return false;
+        const bool free = FNumbers && (p == 0 || (!WordCharAt(T[p - 1]) && T[p - 1] != u'.'));
+        if (c == u'.')
+            return free && p + 1 < N && IsDigit(T[p + 1]);
+        const std::u16string& hex = Set->FHexIdentifier;
+        return free && p + int(hex.size()) < N && StartsAt(T, p, hex, false) &&
+               IsHexDigit(T[p + hex.size()]);
+    }
+
     // A number, then the rest of its word as plain text: "1e" colours the "1", while a
-    // hexadecimal number glued to a word ("0x1FG") is no number at all.
+    // number with a radix prefix glued to a word ("0x1FG") is no number at all.
     void Number() {
-        const int prefix =
-            StartsAt(T, p, Set->FHexIdentifier, false) ? int(Set->FHexIdentifier.size()) : 0;
-        int q = p + prefix;
-        if (prefix)
-            while (q < N && (IsHexDigit(T[q]) || T[q] == u'_'))
-                ++q;
-        else
-            q = DecimalEnd();
-        for (int suffix = 0;
-             q < N && suffix < 3 && std::u16string_view(u"uUlLfFjJ").find(T[q]) != u16string_npos;
-             ++suffix)
-            ++q;
+        bool hex = false;
+        const int q = NumberEnd(T, p, *Set, hex);
+        const bool radix = hex || (q > p + 1 && T[p] == u'0' && (T[p + 1] | 0x20) != u'.' &&
+                                   !IsDigit(T[p + 1]) && (T[p + 1] | 0x20) != u'e');
         int end = q;
-        while (end < N && IsWordChar(T[end]))
+        while (end < N && WordCharAt(T[end]))
             ++end;
         const TBlock* open = OpenBlock();
-        const bool number =
-            (!open || open->HighlightNumbers) && (!prefix || end == q) && q > p + prefix;
-        if (!number)
-            q = p;
-        Emit(p, q, prefix ? TTokenKind::HexNumber : TTokenKind::Number);
-        Emit(q, end, TTokenKind::Text);
-        p = end;
-    }
-    static constexpr auto u16string_npos = std::u16string_view::npos;
-
-    int DecimalEnd() const {
-        const char16_t sep = Set->FDigitSeparator.empty() ? 0 : Set->FDigitSeparator[0];
-        bool dot = false, exp = false;
-        int q = p;
-        while (q < N) {
-            const char16_t c = T[q];
-            const bool digitNext = q + 1 < N && IsDigit(T[q + 1]);
-            if (IsDigit(c) || c == u'_' || (c == sep && sep && digitNext))
-                ++q;
-            else if (c == u'.' && !dot && !exp && digitNext)
-                dot = true, ++q;
-            else if ((c == u'e' || c == u'E') && !exp && digitNext)
-                exp = true, ++q;
-            else if ((c == u'e' || c == u'E') && !exp && q + 2 < N &&
-                     (T[q + 1] == u'+' || T[q + 1] == u'-') && IsDigit(T[q + 2]))
-                exp = true, q += 2;
-            else
-                break;
-        }
-        return q;
+        const bool number = (!open || open->HighlightNumbers) && (!radix || end == q) && q > p;
+        const int numberEnd = number ? q : p;
+        Emit(p, numberEnd, hex ? TTokenKind::HexNumber : TTokenKind::Number);
+        Emit(numberEnd, end, TTokenKind::Text);
+        p = std::max(end, p + 1);
     }
 
     // Text between tags is passed up to the next "<" or a block opener.
@@ -536,6 +552,9 @@ private:
             ++q;
         if (q >= N || !(IsWordChar(T[q]) || T[q] == u'!' || T[q] == u'?'))
             return false;
+        if (StartsAt(T, q, u"![", true))
+            return false; // "<![CDATA[" is left to the blocks
+
         const int nameStart = q;
         while (q < N && !IsBlank(T[q]) && T[q] != u'/' && T[q] != u'<' && T[q] != u'>')
             ++q;
@@ -601,14 +620,14 @@ private:
         return true;
     }
 
-    // ---- Here-documents
+    // ---- Here-documents and raw strings
     bool OpenHereDoc() {
         const std::u16string& sym = Set->FHereDocSymbol;
         if (sym.empty() || !StartsAt(T, p, sym, true) || S.Block.Id >= 0)
             return false;
-        int q = p + int(sym.size());
-        while (q < N && IsBlank(T[q]))
-            ++q;
+        int q = HereDocWordAt(T, p, *Set);
+        if (q < 0)
+            return false;
         if (q < N && (T[q] == u'-' || T[q] == u'~'))
             ++q;
         const char16_t quote = q < N && (T[q] == u'"' || T[q] == u'\'') ? T[q] : 0;
@@ -626,6 +645,39 @@ private:
         FHereDocPending = true;
         p = q;
         return true;
+    }
+
+    // A raw string whose opener ends at `open`: no escapes; it ends at its terminator, on
+    // this row or, kept as the open block's terminator, on a later one.
+    void RawString(int open, const TRawTerminator& end, TTokenKind kind = TTokenKind::String) {
+        const auto at = T.find(end.View(), open);
+        if (at != std::u16string_view::npos) {
+            const int q = int(at) + end.Length;
+            EmitText(p, q, kind);
+            p = q;
+            return;
+        }
+        EmitText(p, N, kind);
+        S.Block.Id = kind == TTokenKind::Comment ? kRawCommentBlock : kRawStringBlock;
+        S.Block.Extra.mut().HereDocString.assign(end.View());
+        p = N;
+    }
+
+    void ContinueRawString() {
+        const std::u16string& end = S.Block.HereDocString();
+        const TTokenKind kind =
+            S.Block.Id == kRawCommentBlock ? TTokenKind::Comment : TTokenKind::String;
+        const auto at = T.find(end, p);
+        if (at == std::u16string_view::npos) {
+            EmitText(p, N, kind);
+            p = N;
+            return;
+        }
+        const int q = int(at + end.size());
+        EmitText(p, q, kind);
+        S.Block.Id = -1;
+        DropHereDocWord();
+        p = q;
     }
 
     void ContinueHereDoc() {
@@ -750,40 +802,28 @@ private:
         p = q;
     }
 
-    // ---- Regular-expression literals
-    // Syntaxes of the script family (line comment "//" and template strings in backquotes)
-    // write regular expressions between slashes; one is taken where an operand may begin
-    // and the closing slash is on the row, so that quotes in it open no string.
+    // A long-bracket string ([[...]], [==[...]==]) of a syntax with LongBrackets.
+    bool LongBracketString() {
+        TRawTerminator end;
+        const int open = T[p] == u'[' ? LongBracketOpener(T, p, *Set, end) : -1;
+        if (open < 0)
+            return false;
+        RawString(open, end);
+        return true;
+    }
+
+    // ---- Regular-expression literals and quote-like operators
+    // Syntaxes with SlashRegex write regular expressions between slashes; one is taken where
+    // an operand may begin and the closing slash is on the row, so that quotes and comment
+    // characters in it open nothing.
     bool RegexLiteral() {
-        if (T[p] != u'/' || Set->FString2Symbol != u'`' || Set->FLineCommentA != u"//")
+        if (T[p] != u'/' || !Set->FSlashRegex)
             return false;
-        int k = p - 1;
-        while (k >= 0 && IsBlank(T[k]))
-            --k;
-        const bool operandStart =
-            k < 0 || std::u16string_view(u"(,=:[!&|?{};").find(T[k]) != u16string_npos ||
-            (k >= 5 && T.substr(k - 5, 6) == u"return" && (k < 6 || !IsWordChar(T[k - 6])));
-        if (!operandStart)
+        const int len = SlashRegexLength(T, p);
+        if (!len)
             return false;
-        bool inClass = false;
-        int q = p + 1;
-        for (; q < N; ++q) {
-            if (T[q] == u'\\')
-                ++q;
-            else if (T[q] == u'[')
-                inClass = true;
-            else if (T[q] == u']')
-                inClass = false;
-            else if (T[q] == u'/' && !inClass)
-                break;
-        }
-        if (q >= N || q == p + 1)
-            return false;
-        ++q;
-        while (q < N && IsLetter(T[q])) // flags
-            ++q;
-        Emit(p, q, TTokenKind::String);
-        p = q;
+        Emit(p, p + len, TTokenKind::String);
+        p += len;
         return true;
     }
 
@@ -792,12 +832,20 @@ private:
         const TBlock* open = OpenBlock();
         if (open && !open->HighlightBlocks)
             return false;
+        if (const std::u16string& after = Set->FStringOnlyAfter; !after.empty()) {
+            int k = p - 1;
+            while (k >= 0 && IsBlank(T[k]))
+                --k;
+            if (k >= 0 && after.find(T[k]) == std::u16string::npos)
+                return false;
+        }
         for (int k = 0; k < 3; ++k) {
             const char16_t d = Delimiter(*Set, k);
-            if (!d || T[p] != d)
+            if (!d || T[p] != d || (k == 0 && Set->FCharShort && !ShortCharAt(d)))
                 continue;
+            // Shell's $'...' knows escapes, unlike its other single-quoted strings.
             if ((Set->FVerbatimStringStart && p > 0 && T[p - 1] == Set->FVerbatimStringStart) ||
-                (k == 0 && Set->FCharVerbatim))
+                (k == 0 && Set->FCharVerbatim && !(p > 0 && T[p - 1] == u'$')))
                 P.Set(spVerbatim, true);
             P.BracketId = std::int8_t(k);
             P.Set(spStringStart, true);
@@ -808,6 +856,20 @@ private:
         return false;
     }
 
+    // A character literal: one character ('x'), or an escape closing within 12 units ('\n',
+    // '\u{1F600}'). Rust's "'a" of a lifetime is none.
+    bool ShortCharAt(char16_t d) const {
+        const char16_t esc = Set->FEscape.empty() ? 0 : Set->FEscape[0];
+        if (p + 1 < N && T[p + 1] == esc && esc) {
+            for (int q = p + 3; q < N && q <= p + 12; ++q)
+                if (T[q] == d)
+                    return true;
+            return false;
+        }
+        const int close = p + (p + 1 < N && T[p + 1] >= 0xD800 && T[p + 1] < 0xDC00 ? 3 : 2);
+        return close < N && T[close] == d;
+    }
+
     // Reads string text from `from` (the opener at `start` when it is on this row).
     void ContinueString(int from, int start = -1) {
         if (start < 0)
@@ -815,10 +877,22 @@ private:
         const char16_t d = Delimiter(*Set, P.BracketId);
         const char16_t esc = Set->FEscape.empty() ? 0 : Set->FEscape[0];
         const bool verbatim = P.Get(spVerbatim);
+        // Code inside the string: "${...}" of template strings, "{...}" of format strings.
+        const std::u16string_view code = FFormatString ? u"{"
+                                         : P.BracketId == 2 && !Set->FInterpolation.empty()
+                                             ? std::u16string_view(Set->FInterpolation)
+                                             : std::u16string_view();
         int q = from;
         while (q < N) {
             if (T[q] == esc && esc && !verbatim) {
                 q += 2;
+                continue;
+            }
+            if (!code.empty() && T[q] == code[0] && StartsAt(T, q, code, true)) {
+                if (FFormatString && q + 1 < N && T[q + 1] == u'{')
+                    q += 2; // "{{" is a brace
+                else
+                    q = InterpolationEnd(T, q + int(code.size()), *Set);
                 continue;
             }
             if (T[q] == d) {
@@ -839,6 +913,7 @@ private:
             return;
         }
         EmitText(start, q + 1, kind);
+        FFormatString = false;
         P.BracketId = -1;
         P.Set(spStringEnd, true);
         P.Set(spVerbatim, false);
@@ -846,24 +921,75 @@ private:
     }
 
     // ---- The plain run
+    bool WordCharAt(char16_t c) const {
+        return IsWordChar(c) ||
+               (FExtraWordChars && c < 128 && Set->FWordChars.find(c) != std::u16string::npos);
+    }
+    // A word may begin with a character of WordChars ("-webkit-box", "--gap") when a letter
+    // or the same character follows.
+    bool WordStart(char16_t c) const {
+        if (IsWordChar(c))
+            return true;
+        return WordCharAt(c) && p + 1 < N && (IsLetter(T[p + 1]) || T[p + 1] == c);
+    }
+
     void Plain() {
         const char16_t c = T[p];
-        if (C.Options().FAllowURLClick && (c | 0x20) >= u'a' && (c | 0x20) <= u'z')
+        if (C.Urls() && (c | 0x20) >= u'a' && (c | 0x20) <= u'z')
             if (const int len = UrlLengthAt(T.substr(0, N), p)) {
                 Emit(p, p + len, TTokenKind::Url);
                 p += len;
                 return;
             }
-        if (IsWordChar(c))
+        if (WordStart(c))
             return Word();
-        if (c == u'(' || c == u')' || c == u'{' || c == u'}' || c == u'[' || c == u']')
-            return Brace(c);
         const TBlock* open = OpenBlock();
+        if (Set->FHasRegExKeywords && RegexKeyword(open))
+            return;
+        if (c == u'%' && Set->FPercentLiterals && (!open || open->HighlightBlocks) &&
+            Quoted(PercentLiteral(T, p, *Set)))
+            return;
+        if (c == u'(' || c == u')' || c == u'{' || c == u'}' || c == u'[' || c == u']') {
+            if (FCss)
+                FCssValue = false;
+            return Brace(c);
+        }
         const bool symbol = Set->FSymbols.find(c) != std::u16string::npos &&
                             (!open || open->HighlightSymbols) &&
                             !(Set->FOnlyHighlightInBlock && !open);
+        if (FCss)
+            FCssValue = c == u':' ? P.Brace2Level > 0 : c == u';' ? false : FCssValue;
+        if (symbol && FSymbolWords && SymbolWord())
+            return;
         Emit(p, p + 1, symbol ? TTokenKind::Symbol : TTokenKind::Text);
         ++p;
+    }
+
+    // A word of the lists SymbolWordsA, B, C at p, made only of symbols and no digit.
+    bool SymbolWord() {
+        const std::u16string* lists[] = {&Set->FSymbolWordsA, &Set->FSymbolWordsB,
+                                         &Set->FSymbolWordsC};
+        for (int l = 0; l < 3; ++l) {
+            const std::u16string& list = *lists[l];
+            int best = 0; // the longest listed word at p
+            for (std::size_t at = 1; at < list.size();) {
+                const std::size_t end = list.find(u' ', at);
+                const int len = int((end == list.npos ? list.size() : end) - at);
+                if (len > best && StartsAt(T, p, std::u16string_view(list).substr(at, len), true))
+                    best = len;
+                at = end == list.npos ? list.size() : end + 1;
+            }
+            for (int i = 0; i < best; ++i)
+                if (Set->FSymbols.find(T[p + i]) == std::u16string::npos ||
+                    Set->FNumericChars.find(T[p + i]) != std::u16string::npos)
+                    best = 0;
+            if (best > 0) {
+                Emit(p, p + best, TTokenKind::Symbol, kSymbolWordIndex + l);
+                p += best;
+                return true;
+            }
+        }
+        return false;
     }
 
     void Brace(char16_t c) {
@@ -884,14 +1010,52 @@ private:
         int q = p + 1;
         const TBlock* open = OpenBlock();
         const bool stopInside = open && !open->IsRegEx() && !open->Stop.empty();
-        while (q < N && IsWordChar(T[q])) {
+        while (q < N && WordCharAt(T[q])) {
             if (stopInside && T[q] == open->Stop[0] && StartsAt(T, q, open->Stop, Case()))
                 break;
             ++q;
         }
-        if (Sink)
-            EmitWord(q, open);
-        p = q;
+        if (FWordLiterals && q < N && QuotedAfterWord(q, open))
+            return;
+        // Regular-expression groups may take more or less than the word, so both walks look
+        // them up; plain lists colour only.
+        p = Sink || Set->FHasRegExKeywords ? EmitWord(q, open) : q;
+    }
+
+    // Literals a word opens: raw strings (R"x(...)x", r#"..."#), format strings (f"{x}"),
+    // quote-like operators (s/a/b/). True when one was read.
+    bool QuotedAfterWord(int q, const TBlock* open) {
+        if (open && !open->HighlightBlocks)
+            return false;
+        TRawTerminator end;
+        if (const int opener = RawStringOpener(T, p, q, *Set, end); opener > 0) {
+            RawString(opener, end);
+            return true;
+        }
+        if (IsFormatPrefix(T, p, q, *Set)) {
+            Emit(p, q, TTokenKind::String);
+            p = q;
+            FFormatString = true;
+            if (!OpenString())
+                FFormatString = false;
+            return true;
+        }
+        return Quoted(QuoteLike(T, p, q, *Set));
+    }
+
+    // A quote-like text; one left open at the row's end goes on until its closing delimiter.
+    bool Quoted(const TQuoteLike& quote) {
+        if (!quote.Length)
+            return false;
+        if (quote.OpenEnd) {
+            TRawTerminator end;
+            end.Text[end.Length++] = quote.OpenEnd;
+            RawString(N, end);
+            return true;
+        }
+        Emit(p, p + quote.Length, TTokenKind::String);
+        p += quote.Length;
+        return true;
     }
 
     bool KeywordsAllowed(const TBlock* open) const {
@@ -900,32 +1064,58 @@ private:
         return !C.TagMode() || InScript() || Set->FAllowHighlightBetweenTags;
     }
 
-    void EmitWord(int q, const TBlock* open) {
+    // Colours the word [p, q) and returns where the walk goes on: behind the word, or behind
+    // a regular-expression group's match when that starts at the word.
+    int EmitWord(int q, const TBlock* open) {
         const std::u16string_view word = T.substr(p, q - p);
-        if (word.size() > 50 || !KeywordsAllowed(open))
-            return Emit(p, q, TTokenKind::Text);
+        if (word.size() > 50 || !KeywordsAllowed(open)) {
+            Emit(p, q, TTokenKind::Text);
+            return q;
+        }
         const int group = Set->FindKeyword(word, Case());
-        if (group >= 0 && GroupAllowed(group, open))
-            return Emit(p, q, TTokenKind::Keyword, group);
-        if (Set->FHasRegExKeywords)
-            for (int g = 0; g < int(Set->FKeyWords.size()); ++g) {
-                const TKeyWord& k = Set->FKeyWords[g];
-                if (!k.RegEx || !k.CompiledRegEx || !GroupAllowed(g, open))
-                    continue;
-                const int len = std::min(k.CompiledRegEx->MatchAt(T.substr(0, N), p, X.Match),
-                                         int(word.size()));
-                if (len > 0) {
-                    Emit(p, p + len, TTokenKind::Keyword, g);
-                    return Emit(p + len, q, TTokenKind::Text);
-                }
-            }
+        if (group >= 0 && GroupAllowed(group, open)) {
+            Emit(p, q, TTokenKind::Keyword, group);
+            return q;
+        }
+        if (Set->FHasRegExKeywords && RegexKeyword(open))
+            return p > q ? p : (Emit(p, q, TTokenKind::Text), q);
         Emit(p, q, TTokenKind::Text);
+        return q;
+    }
+
+    // A regular-expression group that matches at p, or at the start of the blanks in front
+    // of p (so "^\s*key" finds an indented key): colours the match from p and moves behind it.
+    bool RegexKeyword(const TBlock* open) {
+        if (!KeywordsAllowed(open))
+            return false;
+        int blanks = p;
+        while (blanks > 0 && IsBlank(T[blanks - 1]))
+            --blanks;
+        for (int g = 0; g < int(Set->FKeyWords.size()); ++g) {
+            const TKeyWord& k = Set->FKeyWords[g];
+            if (!k.RegEx || !k.CompiledRegEx || !GroupAllowed(g, open))
+                continue;
+            if (blanks > 0 && k.sRegEx.starts_with(u'^'))
+                continue; // anchored at the row's start, which lies behind
+            const TStyleRegex& re = *k.CompiledRegEx;
+            int end = re.MayStartWith(T[p]) ? p + re.MatchAt(T, p, X.Match) : p;
+            if (end <= p && blanks < p && re.MayStartWith(T[blanks]))
+                end = blanks + re.MatchAt(T, blanks, X.Match);
+            if (end > p) {
+                Emit(p, end, TTokenKind::Keyword, g);
+                p = end;
+                return true;
+            }
+        }
+        return false;
     }
 
     bool GroupAllowed(int g, const TBlock* open) const {
         const std::u16string& name = Set->FKeyWords[g].Name;
         if (name.starts_with(u'?'))
             return false;
+        if (FCss && P.Brace2Level > 0 && name == (FCssValue ? u"Properties" : u"Values"))
+            return false; // a property name is no value, a value no property
         return !Set->FOnlyHighlightInBlock || open || name.starts_with(u"_") ||
                name.starts_with(u"#_");
     }
@@ -964,6 +1154,14 @@ private:
     const TStarterTable* Starters = nullptr;
     bool FNext, FFull;
     bool FHereDocPending = false;
+    bool FFormatString = false;   // the string being read holds {code} (a format prefix)
+    bool FCss = false;            // the set is of the CSS family: it has a value state
+    bool FWordLiterals = false;   // a word can open a literal: raw, format or quote-like
+    bool FNumbers = false;        // the set states Numbers
+    bool FExtraWordChars = false; // the set has WordChars
+    bool FSymbolWords = false;    // the set lists symbol words
+    char16_t FHexStart = 0xFFFF;  // first character of a hexadecimal prefix that is no digit
+    bool FCssValue = false;       // behind a ":" of a declaration, up to its ";"
     int N = 0;
     int p = 0;
 };

@@ -20,8 +20,19 @@ void AddAlternatives(TStarterTable& t, std::u16string_view list) {
     }
 }
 
+bool IsCssFamily(const TZvCustomMemoStyles& s) {
+    std::u16string stem = s.FSyntaxPathName;
+    const auto slash = stem.find_last_of(u"/\\");
+    if (slash != stem.npos)
+        stem.erase(0, slash + 1);
+    for (char16_t& c : stem)
+        c = c >= u'A' && c <= u'Z' ? char16_t(c + 32) : c;
+    return stem == u"css.syx" || stem == u"scss.syx" || stem == u"less.syx";
+}
+
 TStarterTable BuildStarters(const TZvCustomMemoStyles& s, bool tagMode) {
     TStarterTable t;
+    t.CssFamily = IsCssFamily(s);
     for (char16_t c = u'0'; c <= u'9'; ++c)
         t.Starts.set(c);
     AddAlternatives(t, s.FLineCommentA);
@@ -39,6 +50,8 @@ TStarterTable BuildStarters(const TZvCustomMemoStyles& s, bool tagMode) {
     }
     for (char16_t c : {u'(', u')', u'{', u'}', u'[', u']'})
         t.Starts.set(c);
+    if (s.FSlashRegex)
+        t.Starts.set(u'/');
     if (tagMode)
         for (char16_t c : {u'<', u'>', u'?', u'%'})
             t.Starts.set(c);
@@ -48,7 +61,8 @@ TStarterTable BuildStarters(const TZvCustomMemoStyles& s, bool tagMode) {
 } // namespace
 
 TScanContext::TScanContext(const TMemoStyleHost& host, TScanOptions options)
-    : FHost(&host), FOptions(options), FTagMode(host.IsHtml || host.FXML) {
+    : FHost(&host), FOptions(options), FTagMode(host.IsHtml || host.FXML),
+      FUrls(options.FAllowURLClick && host.FUrlAware) {
     auto add = [&](const TStylesPtr& p) {
         if (!p)
             return;

@@ -27,6 +27,7 @@ struct TScanOptions {
 struct TStarterTable {
     std::bitset<128> Starts;
     bool AnyRegexBlock = false; // a "#" block can start anywhere
+    bool CssFamily = false;     // css.syx, scss.syx or less.syx: declarations have a value state
 };
 
 class TScanContext {
@@ -42,6 +43,8 @@ public:
     const TMemoStyleHost& Host() const { return *FHost; }
     const TScanOptions& Options() const { return FOptions; }
     bool TagMode() const { return FTagMode; }
+    // URLs are recognised: the editor allows URL clicks and the syntax asks (HighlightUrl).
+    bool Urls() const { return FUrls; }
     bool HasSyntax() const { return FHost->FStyles != nullptr; }
     // The set named by a script type in a multi-syntax document, or null when none is loaded.
     const TZvCustomMemoStyles* Embedded(TScriptType type) const;
@@ -50,6 +53,7 @@ private:
     const TMemoStyleHost* FHost;
     TScanOptions FOptions;
     bool FTagMode = false;
+    bool FUrls = false;
     std::vector<std::pair<const TZvCustomMemoStyles*, TStarterTable>> FStarters;
     TStarterTable FEmpty;
 };

@@ -6,6 +6,7 @@
 #include "common/Utf.h"
 #include "shell/IniName.h"
 #include "shell/IniValues.h"
+#include "syntax/FirstLine.h"
 #include "syntax/SyntaxFolders.h"
 #include "syntax/SyxText.h"
 
@@ -46,10 +47,32 @@ std::u16string TSyntaxSelector::Text(std::u16string_view section, std::u16string
 }
 
 std::u16string TSyntaxSelector::LoadStyleFromFile(const std::filesystem::path& fileName) const {
-    const std::u16string ext = ExtensionOf(fileName);
-    const std::u16string type = ext.empty() ? Setting(u"EditorMisc", u"BlankHighlighter", u"")
-                                            : Setting(u"FileExt", ext, u"");
+    // Whole names first ("CMakeLists.txt", "Dockerfile", ".bashrc"), then the extension,
+    // then the first line of a file whose name says nothing.
+    std::u16string type =
+        Setting(u"FileName", LowerCase(Utf8ToUtf16(fileName.filename().string())), u"");
+    if (type.empty()) {
+        const std::u16string ext = ExtensionOf(fileName);
+        type = ext.empty() ? Setting(u"EditorMisc", u"BlankHighlighter", u"")
+                           : Setting(u"FileExt", ext, u"");
+    }
+    if (type.empty() || type == u"0")
+        type = TypeByFirstLine(fileName);
     return type == u"SynFile" ? std::u16string() : type;
+}
+
+std::u16string TSyntaxSelector::TypeByFirstLine(const std::filesystem::path& fileName) const {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(fileName, ec))
+        return {};
+    const std::u16string line = ReadFirstLine(fileName);
+    if (const std::u16string language = FirstLineLanguage(line); !language.empty())
+        return Setting(u"Interpreter", language, u"");
+    const std::u16string lower = LowerCase(line.substr(0, 64));
+    for (const std::u16string& opening : FShipped.ReadSection(u"FirstLine"))
+        if (lower.starts_with(opening))
+            return FShipped.ReadString(u"FirstLine", opening, u"");
+    return {};
 }
 
 std::u16string TSyntaxSelector::LoadStyleFromFile(TMemoStyleHost& memo,
@@ -110,8 +133,6 @@ std::u16string TSyntaxSelector::SetSyntaxStyle(const std::filesystem::path& file
         memo.FSyntaxDisplayName = Text(u"Templates", u"0002", u"Terminal");
         return memo.FSyntaxType;
     }
-    const bool blankAllowed = !Setting(u"EditorMisc", u"BlankHighlighter", u"").empty() &&
-                              Setting(u"EditorMisc", u"BlankHighlighter", u"") != u"0";
     const auto limit = ParseIniInteger(Setting(u"EditorMisc", u"LargeFileLimitValue", u"300"));
     const bool limitOn =
         ParseIniBool(Setting(u"EditorMisc", u"LargeFileLimit", u"1")).value_or(true);
@@ -122,7 +143,7 @@ std::u16string TSyntaxSelector::SetSyntaxStyle(const std::filesystem::path& file
     memo.FAllowSyntaxInStrings =
         ParseIniBool(Setting(u"EditorMisc", u"AllowSyntaxInStrings", u"0")).value_or(false);
     std::u16string type;
-    if (!tooLarge && (!ext.empty() || blankAllowed || !forcedType.empty()))
+    if (!tooLarge)
         type = forcedType.empty() ? LoadStyleFromFile(memo, fileName)
                                   : LoadStyleFromType(memo, forcedType);
     if (type.empty() || type == u"0" || !memo.FStyles) {

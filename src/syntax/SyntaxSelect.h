@@ -25,8 +25,10 @@ public:
     // The shipped map "Syntax/Types.ini" backs keys the settings do not have.
     TSyntaxSelector(TSyntaxEnvironment env, TZvSyntax& syntax);
 
-    // The type for a file name by its extension ("makefile" without extension counts as
-    // ".makefile"); empty for none. A ".syx" file (type "SynFile") opens as plain text.
+    // The type for a file name: by its whole name (section "FileName", lower case), by its
+    // extension ("makefile" without extension counts as ".makefile"), and when neither
+    // gives one, by the file's first line (TypeByFirstLine); empty for none. A ".syx" file
+    // (type "SynFile") opens as plain text.
     std::u16string LoadStyleFromFile(const std::filesystem::path& fileName) const;
     // The same, then loads the type into `memo`; returns the type in force.
     std::u16string LoadStyleFromFile(TMemoStyleHost& memo, const std::filesystem::path& fileName);
@@ -52,6 +54,10 @@ public:
 
     // Merges the older "Syntaxlist ..." sections into one sorted "Syntaxlist".
     void FixSyntaxlist();
+
+    // The type the first line of an existing file names: a "#!" interpreter or a mode line
+    // through section "Interpreter", else an opening text of section "FirstLine" ("<?xml").
+    std::u16string TypeByFirstLine(const std::filesystem::path& fileName) const;
 
 private:
     std::u16string Setting(std::u16string_view section, std::u16string_view key,

@@ -84,7 +84,7 @@ struct TOptionKey {
     TOptionFn Set;
 };
 
-constexpr std::array<TOptionKey, 50> kOptionKeys{{
+constexpr std::array<TOptionKey, 63> kOptionKeys{{
     {u"LineCommentA", SetText<&TStyles::FLineCommentA>},
     {u"LineCommentB", SetText<&TStyles::FLineCommentB>},
     {u"CommentStartA", SetText<&TStyles::FCommentStartA>},
@@ -103,6 +103,8 @@ constexpr std::array<TOptionKey, 50> kOptionKeys{{
     {u"StringOnLine", SetFlag<&TStyles::FStringLine>},
     {u"VerbatimStringStart", SetChar<&TStyles::FVerbatimStringStart>},
     {u"CharVerbatim", SetFlag<&TStyles::FCharVerbatim>},
+    {u"CharShort", SetFlag<&TStyles::FCharShort>},
+    {u"StringOnlyAfter", SetText<&TStyles::FStringOnlyAfter>},
     {u"HexIdentifier", SetText<&TStyles::FHexIdentifier>},
     {u"Escape", SetText<&TStyles::FEscape>},
     {u"AllowEscapeOutsideString", SetFlag<&TStyles::FAllowEscapeOutsideString>},
@@ -135,6 +137,17 @@ constexpr std::array<TOptionKey, 50> kOptionKeys{{
     {u"SymbolWordsC", SetSymbolWords<&TStyles::FSymbolWordsC>},
     {u"HereDocSymbol", SetText<&TStyles::FHereDocSymbol>},
     {u"DigitSeparator", SetText<&TStyles::FDigitSeparator>},
+    {u"HereDocBlank", SetFlag<&TStyles::FHereDocBlank>},
+    {u"RawStringParen", SetText<&TStyles::FRawStringParen>},
+    {u"RawStringHash", SetText<&TStyles::FRawStringHash>},
+    {u"Interpolation", SetText<&TStyles::FInterpolation>},
+    {u"FormatStringPrefix", SetText<&TStyles::FFormatStringPrefix>},
+    {u"SlashRegex", SetFlag<&TStyles::FSlashRegex>},
+    {u"LongBrackets", SetFlag<&TStyles::FLongBrackets>},
+    {u"PercentLiterals", SetFlag<&TStyles::FPercentLiterals>},
+    {u"QuoteWords", SetSymbolWords<&TStyles::FQuoteWords>},
+    {u"SubstituteWords", SetSymbolWords<&TStyles::FSubstituteWords>},
+    {u"WordChars", SetText<&TStyles::FWordChars>},
 }};
 
 void SetExcludes(TSyxTarget& t, std::u16string_view v) {

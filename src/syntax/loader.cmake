@@ -9,6 +9,7 @@ zv_engine_library(zv_syntax
     ${CMAKE_CURRENT_LIST_DIR}/BuiltinSyntaxes.cpp
     ${CMAKE_CURRENT_LIST_DIR}/MultiSyntax.cpp
     ${CMAKE_CURRENT_LIST_DIR}/SyntaxFolders.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/FirstLine.cpp
     ${CMAKE_CURRENT_LIST_DIR}/SyntaxSelect.cpp
     ${CMAKE_CURRENT_LIST_DIR}/SyntaxSetCheck.cpp
     ${CMAKE_CURRENT_LIST_DIR}/TypeColors.cpp

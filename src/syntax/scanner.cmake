@@ -3,6 +3,7 @@ zv_engine_library(zv_scanner
   SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/ScanContext.cpp
     ${CMAKE_CURRENT_LIST_DIR}/RowScanner.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/LiteralRules.cpp
     ${CMAKE_CURRENT_LIST_DIR}/LineStates.cpp
     ${CMAKE_CURRENT_LIST_DIR}/LineScanner.cpp
     ${CMAKE_CURRENT_LIST_DIR}/BackgroundSchedule.cpp

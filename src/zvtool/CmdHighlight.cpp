@@ -49,6 +49,7 @@ bool LoadSyntax(const THighlightArgs& a, TMemoStyleHost& host, TZvSyntax& syntax
     static const TTypeColors colors(env.Root / "Syntax" / "Colors.ini", nullptr, u"Light");
     syntax.SetColorSource(&colors);
     TSyntaxSelector selector(env, syntax);
+    host.FHtmlMultiSyntax = true; // as the editor's default: PHP and ERB pages are HTML
     if (a.Syntax.empty()) {
         selector.LoadStyleFromFile(host, a.File);
         return true;

@@ -1,10 +1,11 @@
 #!/usr/bin/python3
 """Compares zvtool's token dump with Pygments, character by character, on real files of the
-system (C headers, Python modules, shell scripts, CSS, JavaScript, JSON, HTML, XML).
+system where Debian packages install them, and on files of our own (samples/) for languages
+without such files.
 
 Each character gets a class: comment, string, number, keyword or other. Characters where the
 two tools follow different designs on purpose (see docs/scanner.md) are left out. For each
-file, of the characters either tool calls a comment (or a string), at least 99% must be
+file, of the characters either tool calls a comment (a string), at least 99% (97%) must be
 called so by both. The same share for numbers and keywords is printed per language, for
 information only: the keyword lists of the two tools differ by design. Exit 77 (skipped)
 without Pygments.
@@ -13,13 +14,15 @@ usage: pygments_oracle.py ZVTOOL
 """
 import glob
 import os
+import re
 import subprocess
 import sys
 
 try:
     from pygments import lex
     from pygments.lexers import get_lexer_by_name
-    from pygments.token import Comment, Keyword, Name, Number, String, Text, Whitespace
+    from pygments.util import ClassNotFound
+    from pygments.token import Comment, Error, Generic, Keyword, Name, Number, String, Text, Whitespace
 except ImportError:
     print("skipped: Pygments is not installed (Debian package python3-pygments)")
     sys.exit(77)
@@ -47,7 +50,49 @@ CASES = [
                       "/usr/share/doc/*/*.html", "/usr/share/doc/*/html/*.html"]),
     ("xml", "xml", ["/usr/share/xml/fontconfig/fonts.dtd", "/etc/fonts/fonts.conf",
                     "/usr/share/mime/packages/freedesktop.org.xml", "/usr/share/*/*.xml"]),
+    ("cpp", "cpp", ["/usr/include/c++/*/bits/stl_vector.h", "/usr/include/c++/*/bits/stl_list.h",
+                    "/usr/include/c++/*/bits/basic_string.tcc", "/usr/include/c++/*/bits/*.h"]),
+    ("perl", "perl", ["/usr/share/perl/5*/Text/Wrap.pm", "/usr/share/perl/5*/File/Temp.pm",
+                      "/usr/share/perl/5*/Getopt/Long.pm", "/usr/share/perl/5*/*.pm"]),
+    ("ruby", "ruby", ["/usr/lib/ruby/3*/set.rb", "/usr/lib/ruby/3*/optparse.rb",
+                      "/usr/lib/ruby/3*/ostruct.rb", "/usr/lib/ruby/3*/*.rb"]),
+    ("go", "go", ["/usr/lib/go*/src/strings/builder.go", "/usr/lib/go*/src/bufio/scan.go",
+                  "/usr/lib/go*/src/sort/sort.go", "/usr/lib/go*/src/*/*.go"]),
+    ("cmake", "cmake", ["/usr/share/cmake*/Modules/FindZLIB.cmake",
+                        "/usr/share/cmake*/Modules/FindThreads.cmake",
+                        "/usr/share/cmake*/Modules/CheckCSourceCompiles.cmake"]),
+    ("markdown", "markdown", ["/usr/share/doc/nodejs/api/readline.md",
+                              "/usr/share/doc/nodejs/api/path.md", "/usr/share/doc/*/*.md"]),
+    ("sql", "postgresql", ["/usr/share/postgresql/*/extension/*--1.0.sql",
+                           "/usr/share/postgresql/*/*.sql"]),
+    ("yaml", "yaml", ["/usr/share/doc/python3-yaml/examples/pygments-lexer/example.yaml",
+                      "/usr/share/perl/5*/CPAN/Kwalify/distroprefs.yml", "/usr/share/doc/*/*/*.yml"]),
+    ("ini", "ini", ["/lib/systemd/system/apt-daily.service", "/lib/systemd/system/*.service"]),
+    ("makefile", "make", ["/usr/share/doc/git/contrib/subtree/Makefile",
+                          "/usr/share/doc/git/contrib/contacts/Makefile"]),
 ]
+# Languages without files from Debian packages on the machine: files of our own, written
+# from the languages' references.
+SAMPLES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "samples")
+CASES += [(syntax, lexer, [os.path.join(SAMPLES, name)]) for syntax, lexer, name in [
+    ("php", "html+php", "sample.php"),
+    ("lua", "lua", "sample.lua"),
+    ("rust", "rust", "sample.rs"),
+    ("java", "java", "Sample.java"),
+    ("typescript", "typescript", "sample.ts"),
+    ("csharp", "csharp", "Sample.cs"),
+    ("diff", "diff", "sample.diff"),
+    ("erb", "rhtml", "sample.erb"),
+    ("dockerfile", "docker", "Dockerfile.sample"),
+    ("toml", "toml", "sample.toml"),
+    ("kotlin", "kotlin", "sample.kt"),
+    ("swift", "swift", "sample.swift"),
+    ("haskell", "haskell", "sample.hs"),
+    ("protobuf", "protobuf", "sample.proto"),
+    ("graphql", "graphql", "sample.graphql"),
+    ("powershell", "powershell", "sample.ps1"),
+    ("batch", "batch", "sample.bat"),
+]]
 FILES_PER_SYNTAX = 3
 MAX_BYTES = 200_000
 
@@ -69,8 +114,20 @@ def pick(globs):
     return seen
 
 
-def pygments_class(tok):
+def pygments_class(tok, lexer):
     """The class of a Pygments token; None for the parts left out on purpose."""
+    if tok in Error:
+        return None  # what this Pygments cannot read (older ones: CMake bracket comments)
+    if lexer in ("cmake", "docker") and tok is String:
+        return None  # unquoted arguments are plain text here
+    if lexer in ("ruby", "rhtml") and tok in String.Symbol:
+        return None  # symbols are plain text here
+    if lexer == "markdown" and tok in Generic.Heading:
+        return None  # headings are a block of their own
+    if lexer == "ini" and (tok in String or tok in Keyword):
+        return None  # values are plain text, section headers a block here
+    if tok in String.Doc and lexer in ("html+php", "rust", "powershell"):
+        return "comment"  # documentation comments (/** */ in PHP, /// in Rust) are comments
     if tok in Comment.Preproc or tok in Comment.PreprocFile:
         return None  # preprocessor lines are a block, not a comment
     if tok in String.Affix or tok in String.Interpol or tok in String.Escape:
@@ -111,38 +168,121 @@ def zv_classes(zvtool, syntax, path, lines):
     return classes
 
 
+def markdown_rows(lines):
+    """Rows of Markdown's fenced code, which is one string here and code to Pygments, and of
+    HTML comments, which Pygments does not know in Markdown."""
+    rows, fence, comment = set(), None, False
+    for row, line in enumerate(lines):
+        mark = line.lstrip()[:3]
+        if comment or "<!--" in line:
+            rows.add(row)
+            comment = "-->" not in line[line.find("<!--") + 4 if "<!--" in line else 0:]
+        elif fence is None and mark in ("```", "~~~"):
+            fence = mark
+        elif fence is not None and mark == fence:
+            fence = None
+        elif fence is not None:
+            rows.add(row)
+    return rows
+
+
+SERVER_TAG_IN_VALUE = re.compile(r"=\s*\"[^\"]*<[%?]")
+def cmake_rows(lines):
+    """CMake rows Debian 12's Pygments (2.14) misreads: those with an escaped quote in a string
+    (it ends the string there), and those of bracket comments and arguments and of strings over
+    several rows after their first (it knows none of them)."""
+    rows, close, in_string = set(), None, False
+    for row, line in enumerate(lines):
+        if close is not None or in_string or '\\"' in line:
+            rows.add(row)
+        if close is not None:
+            close = None if close in line else close
+            continue
+        opener = re.search(r"\[(=*)\[", line)
+        if opener and not in_string and "]" + opener.group(1) + "]" not in line[opener.end():]:
+            close = "]" + opener.group(1) + "]"
+            continue
+        in_string = (line.replace('\\"', "").count('"') % 2 == 1) != in_string
+    return rows
+
+
+def triple_quoted_rows(lines):
+    """Rows of multi-line strings after their first, which Pygments 2.14 misreads in TOML and
+    Swift."""
+    rows, inside = set(), False
+    for row, line in enumerate(lines):
+        if inside:
+            rows.add(row)
+        inside = (line.count('"""') % 2 == 1) != inside
+    return rows
+
+
+# Ruby rows where Pygments reads a percent literal behind an operator as operators.
+RUBY_PERCENT_AFTER_OPERATOR = re.compile(r"[-+*/|&<>]=?\s*%[iwIWqQ]?[\[({<]")
+
+
+STRING_PREFIX = re.compile(r"[$@A-Za-z0-9]{1,3}(?=[\"'`#])")
+
+
 def py_classes(lexer, text, lines):
     classes = [[None] * (len(line.encode("utf-16-le")) // 2) for line in lines]
+    skipped = markdown_rows(lines) if lexer == "markdown" else set()
+    if lexer in ("rhtml", "html+php"):  # a server tag inside an attribute value is the value
+        skipped = {row for row, line in enumerate(lines) if SERVER_TAG_IN_VALUE.search(line)}
+    if lexer in ("toml", "swift"):
+        skipped = triple_quoted_rows(lines)
+    if lexer == "batch":  # "::" comments are labels to Pygments
+        skipped = {row for row, line in enumerate(lines) if line.lstrip().startswith("::")}
+    if lexer == "ruby":
+        skipped = {row for row, line in enumerate(lines)
+                   if RUBY_PERCENT_AFTER_OPERATOR.search(line)}
+    if lexer == "cmake":
+        skipped = cmake_rows(lines)
     row, col = 0, 0
     quote = None  # the open interpolating string's delimiter
+    code = 0  # depth of "#{...}" code inside a string, part of the string here
     for tok, value in lex(text, get_lexer_by_name(lexer, stripnl=False, ensurenl=False)):
-        cls = pygments_class(tok)
+        cls = pygments_class(tok, lexer)
         if lexer == "json" and tok in Name.Tag:
             cls = None  # object keys are strings here
         if lexer == "css" and tok in String.Other:
             cls = None  # an unquoted url(...) argument is plain text here
         if quote and tok not in String:
             cls = None  # inside an interpolating string: its parts stay string here
-        if (tok in String.Double or tok in String.Backtick) and value[:1] in "\"`":
+        if tok in String.Interpol and value in ("#{", "${", "\\(", "}", ")"):
+            code += 1 if value in ("#{", "${", "\\(") else -1 if code else 0
+        elif code:
+            cls = None
+        if tok in String and value[:1] in "\"`":
             if quote is None and value.count(value[0]) % 2 == 1:
                 quote = value[0]
             elif quote == value[0] and value.count(quote) % 2 == 1:
                 quote = None
         elif quote and tok in String and value.count(quote) % 2 == 1 and value.endswith(quote):
             quote = None
-        for ch in value:
+        # a prefix in the string token (C#'s $ and @, Rust's b and r) is text here
+        affix = STRING_PREFIX.match(value) if cls == "string" else None
+        prefix = affix.end() if affix else 0
+        for index, ch in enumerate(value):
             if ch == "\n":
                 row, col = row + 1, 0
                 continue
             width = 2 if ord(ch) > 0xFFFF else 1
             for _ in range(width):
-                if row < len(classes) and col < len(classes[row]):
-                    classes[row][col] = cls
+                if row < len(classes) and col < len(classes[row]) and row not in skipped:
+                    classes[row][col] = None if index < prefix else cls
                 col += 1
     return classes
 
 
 GATED = ("comment", "string")
+# The share of the characters of a gated class both tools agree on, at the least.
+MIN_SHARE = {"comment": 0.99, "string": 0.97}
+# A file with fewer characters in a class is not judged on it: one token would decide.
+MIN_CHARS = 20
+# Gated classes a Pygments lexer does not have: HTML comments in Markdown are comments here;
+# diff lines are inserted, deleted or headings to Pygments, blocks of strings here.
+UNGATED = {("markdown", "comment"), ("diff", "string")}
 CLASSES = GATED + ("number", "keyword")
 
 
@@ -176,6 +316,11 @@ def main():
     totals = {}  # (syntax, class) -> [either, both] over the files of a syntax
     for syntax, lexer, globs in CASES:
         files = pick(globs)
+        try:
+            get_lexer_by_name(lexer)
+        except ClassNotFound:
+            print(f"{syntax}: this Pygments has no lexer {lexer}, left out")
+            continue
         if not files:
             print(f"{syntax}: no file found, left out")
             continue
@@ -191,10 +336,10 @@ def main():
                     total = totals.setdefault(key, [0, 0])
                     total[0] += either
                     total[1] += both
-                if cls not in GATED:
+                if cls not in GATED or (syntax, cls) in UNGATED:
                     continue
                 share = both / either if either else 1.0
-                ok = share >= 0.99
+                ok = share >= MIN_SHARE[cls] or either < MIN_CHARS
                 print(f"{'ok  ' if ok else 'FAIL'} {syntax:10} {cls:7} {share:7.2%} "
                       f"of {either:6} chars  {path}")
                 if not ok:
@@ -209,7 +354,7 @@ def main():
             either, both = totals[(syntax, cls)]
             cells.append(f"{both / either if either else 1.0:7.2%} of {either:7}")
         print(f"{syntax:10} " + " ".join(cells))
-    print(f"{checked} files compared, {failures} below 99%")
+    print(f"{checked} files compared, {failures} below the share")
     return 1 if failures or not checked else 0
 
 
