@@ -5,3 +5,6 @@ zv_benchmark(zv_memo_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/LoadSaveBench.
 # Following a log: one round of appended lines into a small and a large followed document.
 zv_benchmark(zv_append_tail_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/AppendTailBench.cpp
   DEPS zv_memo_store)
+# Position lookups (offsets, rows, real lines) and a keystroke on 10 million wrapped rows.
+zv_benchmark(zv_position_index_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/PositionIndexBench.cpp
+  DEPS zv_memo_store)
