@@ -8,3 +8,6 @@ zv_benchmark(zv_append_tail_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/AppendT
 # Sorting a million lines against GNU sort on the same lines, and the undo of that sort.
 zv_benchmark(zv_sort_lines_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/SortLinesBench.cpp
   DEPS zv_memo_edit)
+# Position lookups (offsets, rows, real lines) and a keystroke on 10 million wrapped rows.
+zv_benchmark(zv_position_index_bench SOURCES ${CMAKE_CURRENT_LIST_DIR}/memo/PositionIndexBench.cpp
+  DEPS zv_memo_store)

@@ -18,8 +18,6 @@ struct TZvMemoState {
     bool FHardWrapAtRightMargin = false;
     bool FTextDiffMode = false;
     std::int32_t FForcewrapLength = 4096; // longest row the store keeps
-    std::int32_t FTopLine = 0;            // anchor of the real-line walks: a row...
-    std::int32_t FRealTopLine = 0;        // ...and its real line
     bool FHandleCSV = false;              // split .csv/.psv/.tsv quote-aware
     // U+2028 and U+2029 end rows when loading (they are then lost on save). Off by default,
     // so that every file saves back to the same bytes.

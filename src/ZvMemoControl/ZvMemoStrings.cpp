@@ -26,7 +26,7 @@ TZvMemoStrings::TZvMemoStrings() : FCodePage(SystemCodePage()) {
 
 TZvMemoStrings::~TZvMemoStrings() {
     for (std::size_t i = 0; i < FCount; ++i)
-        Item(i)->~TRowItem();
+        FList[Slot(i)].~TRowItem();
     ReleaseList();
 }
 
@@ -108,6 +108,7 @@ void TZvMemoStrings::MoveGap(std::size_t row) {
 
 void TZvMemoStrings::OpenGap(std::size_t row, std::size_t n) {
     ++FRevision;
+    PendRowsReplaced(row, 0, n);
     Grow(FCount + n);
     MoveGap(row);
     for (std::size_t i = 0; i < n; ++i)
@@ -118,6 +119,7 @@ void TZvMemoStrings::OpenGap(std::size_t row, std::size_t n) {
 
 void TZvMemoStrings::CloseGap(std::size_t row, std::size_t n) {
     ++FRevision;
+    PendRowsReplaced(row, n, 0);
     MoveGap(row + n);
     for (std::size_t i = 0; i < n; ++i)
         FList[row + i].~TRowItem();
@@ -127,11 +129,102 @@ void TZvMemoStrings::CloseGap(std::size_t row, std::size_t n) {
 
 TZvMemoStrings::TRowItem& TZvMemoStrings::AppendItem() {
     ++FRevision;
+    if (FCount >= FAppendsPendUntil) // else the new row joins the pending rows at the end
+        PendRowsReplaced(FCount, 0, 1);
     Grow(FCount + 1);
     MoveGap(FCount);
     TRowItem* item = new (FList + FCount) TRowItem();
     FGapStart = ++FCount;
     return *item;
+}
+
+// The change joins the pending stretch when it lies within reach of it; a stretch that
+// grew long, or a change far from it, has the stretch read in first. Row 0 weighs no line
+// end and always begins a line, so the row that becomes row 0 or stops being row 0 is
+// pending too. A stretch that reaches the last row is left open at the end, so that rows
+// appended behind it join it at no cost.
+void TZvMemoStrings::PendRowsReplaced(std::size_t row, std::size_t removed, std::size_t added) {
+    SettlePendingEnd();
+    if (FPendingFirst != kNothingPending &&
+        (FPendingEnd - FPendingFirst > kPendingReach || row > FPendingEnd + kPendingReach ||
+         row + removed + kPendingReach < FPendingFirst))
+        RefreshIndex();
+    if (FPendingFirst == kNothingPending) {
+        FPendingFirst = row;
+        FPendingEnd = FPendingIndexEnd = row + removed;
+    } else {
+        FPendingFirst = std::min(FPendingFirst, row);
+        if (row + removed > FPendingEnd) {
+            FPendingIndexEnd += row + removed - FPendingEnd;
+            FPendingEnd = row + removed;
+        }
+    }
+    FPendingEnd = FPendingEnd - removed + added;
+    const std::size_t countAfter = FCount - removed + added;
+    const std::size_t firstOld = std::min(added + 1, countAfter); // rows up to the old row 0
+    if (row == 0 && FPendingEnd < firstOld) {
+        FPendingIndexEnd += firstOld - FPendingEnd;
+        FPendingEnd = firstOld;
+    }
+    if (FPendingEnd == countAfter) {
+        FPendingEnd = kToTheEnd;
+        FAppendsPendUntil = FPendingFirst + kPendingReach;
+    }
+}
+
+void TZvMemoStrings::SettlePendingEnd() const {
+    if (FPendingEnd != kToTheEnd)
+        return;
+    FAppendsPendUntil = 0;
+    FPendingEnd = FCount;
+    FPendingIndexEnd = FIndex.Rows();
+}
+
+void TZvMemoStrings::RefreshIndex() const {
+    SettlePendingEnd();
+    if (FIndexBinary != Memo().FBinaryMode) { // every line end changes its weight
+        FIndexBinary = Memo().FBinaryMode;
+        FIndex.Clear();
+        FPendingFirst = 0;
+        FPendingEnd = FCount;
+        FPendingIndexEnd = 0;
+    }
+    if (FPendingFirst == kNothingPending)
+        return;
+    // A row weighs its units and the line end before it (none in binary mode, none before
+    // a Wrapped row); it begins a real line unless it is Wrapped or a filler. Row 0 is
+    // weighed so afterwards: no line end before it, and it always begins a line. The row
+    // array's layout is copied: the index's byte writes would make the compiler read it
+    // again for every row.
+    const std::uint32_t lineEnd = FIndexBinary ? 0 : 2;
+    const TRowItem* list = FList;
+    const std::size_t gapStart = FGapStart, gap = FCapacity - FCount;
+    const auto weigh = [=](std::size_t row, std::uint32_t& width, std::uint8_t& start) {
+        const TRowItem& item = list[row < gapStart ? row : row + gap];
+        const bool wrapped = item.FObject.Wrapped();
+        width = item.FString.Length() + (wrapped ? 0 : lineEnd);
+        start = !wrapped && item.FObject.Enabled() ? 1 : 0;
+    };
+    const std::size_t first = FPendingFirst;
+    const std::size_t rows = FPendingEnd - first;
+    const std::size_t indexRows = FPendingIndexEnd - first;
+    if (FPendingEnd == FCount) { // the stretch runs to the end: its rows are appended
+        FIndex.Erase(first, indexRows);
+        FIndex.Append(rows, weigh);
+    } else {
+        if (rows > indexRows)
+            FIndex.Insert(first, rows - indexRows);
+        else
+            FIndex.Erase(first, indexRows - rows);
+        FIndex.Rewrite(first, rows, weigh);
+    }
+    if (first == 0 && rows > 0)
+        FIndex.Rewrite(0, 1, [=](std::size_t, std::uint32_t& width, std::uint8_t& start) {
+            width = list[0 < gapStart ? 0 : gap].FString.Length();
+            start = 1;
+        });
+    FPendingFirst = kNothingPending;
+    FPendingEnd = FPendingIndexEnd = FAppendsPendUntil = 0;
 }
 
 // ---- Helpers ----------------------------------------------------------------------------
@@ -170,7 +263,7 @@ std::u16string TZvMemoStrings::Expanded(std::u16string_view s) const {
 void TZvMemoStrings::RecountVisible() {
     int visible = 0;
     for (std::size_t i = 0; i < FCount; ++i)
-        visible += Item(i)->FObject.Hidden() ? 0 : 1;
+        visible += ReadItem(i)->FObject.Hidden() ? 0 : 1;
     FVisibleCount = visible;
 }
 
@@ -283,7 +376,7 @@ void TZvMemoStrings::Insert(int row, std::u16string_view s) {
 void TZvMemoStrings::DoDelete(int row) {
     if (!InRange(row))
         return;
-    const bool hidden = Item(row)->FObject.Hidden();
+    const bool hidden = ReadItem(row)->FObject.Hidden();
     CloseGap(static_cast<std::size_t>(row), 1);
     if (!hidden && --FVisibleCount < 0)
         RecountVisible();
@@ -304,7 +397,7 @@ void TZvMemoStrings::DeleteSilent(int row, bool withWrapped) {
     if (!InRange(row))
         return;
     DoDelete(row);
-    while (withWrapped && InRange(row) && Item(row)->FObject.Wrapped())
+    while (withWrapped && InRange(row) && ReadItem(row)->FObject.Wrapped())
         DoDelete(row);
 }
 
@@ -314,7 +407,7 @@ void TZvMemoStrings::DeleteLinesSilent(int row, int count) {
     const auto n = std::min<std::size_t>(static_cast<std::size_t>(count), FCount - row);
     int hidden = 0;
     for (std::size_t i = 0; i < n; ++i)
-        hidden += Item(row + i)->FObject.Hidden() ? 1 : 0;
+        hidden += ReadItem(row + i)->FObject.Hidden() ? 1 : 0;
     CloseGap(static_cast<std::size_t>(row), n);
     FVisibleCount -= static_cast<int>(n) - hidden;
     if (FVisibleCount < 0)
@@ -363,7 +456,7 @@ void TZvMemoStrings::Clear() {
 
 void TZvMemoStrings::ClearQuick() {
     for (std::size_t i = 0; i < FCount; ++i)
-        Item(i)->~TRowItem();
+        FList[Slot(i)].~TRowItem();
     FCount = 0;
     FGapStart = 0;
     ReleaseList();
@@ -372,7 +465,9 @@ void TZvMemoStrings::ClearQuick() {
     SetCapacity(16);
     FVisibleCount = 0;
     FIllegalControlCodes = false;
-    FRealLine = FWrapLine = 0;
+    FIndex.Clear();
+    FPendingFirst = kNothingPending;
+    FPendingEnd = FPendingIndexEnd = FAppendsPendUntil = 0;
 }
 
 void TZvMemoStrings::ClearLine(int row) {
@@ -399,12 +494,15 @@ void TZvMemoStrings::Move(int from, int to) {
     if (!InRange(from) || !InRange(to) || from == to)
         return;
     std::lock_guard lock(FLock);
+    ++FRevision;
     // Take the item out raw (its slot joins the gap), then put it back raw before `to`.
     alignas(TRowItem) unsigned char tmp[sizeof(TRowItem)];
-    std::memcpy(tmp, static_cast<void*>(Item(from)), sizeof(TRowItem));
+    std::memcpy(tmp, static_cast<const void*>(ReadItem(from)), sizeof(TRowItem));
+    PendRowsReplaced(static_cast<std::size_t>(from), 1, 0);
     MoveGap(static_cast<std::size_t>(from) + 1);
     FGapStart = static_cast<std::size_t>(from);
     --FCount;
+    PendRowsReplaced(static_cast<std::size_t>(to), 0, 1);
     MoveGap(static_cast<std::size_t>(to));
     std::memcpy(static_cast<void*>(FList + to), tmp, sizeof(TRowItem));
     FGapStart = static_cast<std::size_t>(to) + 1;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ZvMemoControl/MemoState.h"
+#include "ZvMemoControl/RowIndex.h"
 #include "ZvMemoControl/RowText.h"
 #include "ZvMemoControl/TextAttribute.h"
 #include "ZvMemoControl/ZvWideStrings.h"
@@ -167,18 +168,34 @@ public:
     void SetHiddenLine(int row, bool value);
     int VisibleCount() const { return FVisibleCount; }
 
-    // ---- Coordinates.
-    int GetRealLine(int row);
-    int GetWrapIndex(int line);
+    // ---- Coordinates. Real lines: row 0 begins line 0 whatever its flags; every later row
+    // with `Wrapped` clear and `Enabled` true begins the next line. Offsets count a row's
+    // units and 2 for each line end (none in binary mode; none before a `Wrapped` row).
+    // The conversions between rows, real lines and offsets are O(log n) lookups in the
+    // position index. Call them on the thread that changes the rows.
+    //
+    // The real line of `row` (clipped to the store); a filler row (`Enabled` false) has the
+    // number of the line that follows it. The row itself in binary mode, in hex view and
+    // while no wrap is on; 0 for a negative row.
+    int GetRealLine(int row) const;
+    // The row where real line `line` begins; past the last line, Count() plus the lines
+    // beyond it. `line` itself in binary mode, in hex view and while no wrap is on.
+    int GetWrapIndex(int line) const;
     int GetWrappedMainLineNumber(int row) const;
     int GetWrappedLineCount(int row) const;
     std::u16string GetUnwrappedLine(int row, int& count) const;
-    void GetUnwrappedPos(int& x, int& y);
-    void GetWrappedPos(int& x, int& y);
-    void GetWrappedPos(int& x, int& a, int& y);
-    void GetUnwrappedLinePos(int& y);
+    void GetUnwrappedPos(int& x, int& y) const;
+    void GetWrappedPos(int& x, int& y) const;
+    void GetWrappedPos(int& x, int& a, int& y) const;
+    void GetUnwrappedLinePos(int& y) const;
     std::u16string GetMainLineIndentString(int row) const;
+    // The offset of 0-based column `x` (clipped to the row) of row `y` (clipped to the store).
     std::int64_t GetCharPosFromXY(int x, int y) const;
+    // The (column, row) of offset `pos`, counted from the start of row `y` when `fromStart`
+    // (y clipped to the store), else from the start of the text. An offset inside a line end
+    // gives the end of the row before it; at a join of wrapped rows, the end of the upper
+    // row; a negative one, column `pos` of the first row; past the end, the last row and its
+    // length minus 1 (at least 0).
     void GetXYFromCharPos(std::int64_t pos, int& x, int& y, bool fromStart = false) const;
 
     // ---- Whole text.
@@ -294,12 +311,25 @@ private:
     std::size_t Slot(std::size_t row) const {
         return row < FGapStart ? row : row + (FCapacity - FCount);
     }
-    // Every change of a row passes through here, OpenGap, CloseGap or AppendItem.
+    // Every change of a row passes through here, OpenGap, CloseGap, AppendItem or Move:
+    // a row handed out here is taken to change and joins the rows the position index reads
+    // again (rows handed out far apart make one long stretch, read in whole at the next
+    // lookup). Read-only paths use ReadItem.
     TRowItem* Item(std::size_t row) {
         ++FRevision;
+        if (row < FPendingFirst) {
+            if (FPendingFirst == kNothingPending)
+                FPendingEnd = FPendingIndexEnd = row;
+            FPendingFirst = row;
+        }
+        if (row >= FPendingEnd) {
+            FPendingIndexEnd += row + 1 - FPendingEnd;
+            FPendingEnd = row + 1;
+        }
         return FList + Slot(row);
     }
     const TRowItem* Item(std::size_t row) const { return FList + Slot(row); }
+    const TRowItem* ReadItem(std::size_t row) const { return FList + Slot(row); }
     bool InRange(int row) const { return row >= 0 && static_cast<std::size_t>(row) < FCount; }
     void Grow(std::size_t needed);
     void ReleaseList();
@@ -312,6 +342,13 @@ private:
     // Destroys and removes the `n` items from `row` on.
     void CloseGap(std::size_t row, std::size_t n);
     TRowItem& AppendItem();
+    // Brings the position index up to date: the pending rows are read into it.
+    void RefreshIndex() const;
+    // Before rows [row, row + removed) give way to `added` new rows: the pending rows take
+    // them in.
+    void PendRowsReplaced(std::size_t row, std::size_t removed, std::size_t added);
+    // Makes an open end of the pending stretch (kToTheEnd) explicit.
+    void SettlePendingEnd() const;
     TAttribute NewAttribute() const;
     std::u16string Expanded(std::u16string_view s) const;
     void RecountVisible();
@@ -369,8 +406,24 @@ private:
     bool FLossy = false;
     std::int64_t FInvalidBytes = 0;
     int FTrailingByte = -1; // Invariant: -1 or 0..255
-    // Real-line cache of GetWrapIndex: the last answer (line FRealLine starts at FWrapLine).
-    int FRealLine = 0, FWrapLine = 0;
+    // The position index: per row its units plus the line end before it, and whether it
+    // begins a real line (with FIndexBinary for the binary mode). It lags behind the rows
+    // in one pending stretch: rows [FPendingFirst, FPendingEnd) may differ from index rows
+    // [FPendingFirst, FPendingIndexEnd) in number and weight; every row before the stretch
+    // is the index row of its number, every row behind it the index row
+    // FPendingIndexEnd - FPendingEnd further on. FPendingFirst == kNothingPending: the
+    // index equals the rows. FPendingEnd == kToTheEnd: the stretch runs to the last row and
+    // the last index row, whatever their number. Edits thus cost the index nothing until a
+    // lookup reads the stretch in (RefreshIndex).
+    mutable TRowIndex FIndex;
+    mutable std::size_t FPendingFirst = kNothingPending, FPendingEnd = 0, FPendingIndexEnd = 0;
+    // Rows appended below this number join an open stretch at no cost (0: none do).
+    mutable std::size_t FAppendsPendUntil = 0;
+    mutable bool FIndexBinary = false;
+    static constexpr std::size_t kNothingPending = static_cast<std::size_t>(-1);
+    static constexpr std::size_t kToTheEnd = static_cast<std::size_t>(-1);
+    // A pending stretch longer than this is read in before the next change of the rows.
+    static constexpr std::size_t kPendingReach = 1024;
 };
 
 } // namespace zv

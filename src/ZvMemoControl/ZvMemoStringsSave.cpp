@@ -208,12 +208,12 @@ void TZvMemoStrings::WriteRows(TZvOutStream& stream, std::uint32_t codePage) {
     const bool mixed = IsMixed(FSysTextType);
     const std::u16string_view fixedEnd = LineEndOf(FSysTextType);
     for (std::size_t i = 0; i < FCount; ++i) {
-        if (!Item(i)->FObject.Enabled())
+        if (!ReadItem(i)->FObject.Enabled())
             continue;
-        runs.Row(Item(i)->FString);
-        if (memo.FBinaryMode || i + 1 >= FCount || Item(i + 1)->FObject.Wrapped())
+        runs.Row(ReadItem(i)->FString);
+        if (memo.FBinaryMode || i + 1 >= FCount || ReadItem(i + 1)->FObject.Wrapped())
             continue;
-        runs.LineEnd(mixed ? LineEndBefore(Item(i + 1)->FObject) : fixedEnd);
+        runs.LineEnd(mixed ? LineEndBefore(ReadItem(i + 1)->FObject) : fixedEnd);
     }
     runs.Flush();
     writer.Flush(true);
@@ -270,10 +270,10 @@ void TZvMemoStrings::SaveToStream(TZvOutStream& stream) {
     const std::u16string_view end = LineEndOf(IsMixed(FSysTextType) ? sttWindows : FSysTextType);
     std::u16string text;
     for (std::size_t i = 0; i < FCount; ++i) {
-        if (!Item(i)->FObject.Enabled())
+        if (!ReadItem(i)->FObject.Enabled())
             continue;
-        text.append(Item(i)->FString.View());
-        if (i + 1 < FCount && !Item(i + 1)->FObject.Wrapped() && !Memo().FBinaryMode)
+        text.append(ReadItem(i)->FString.View());
+        if (i + 1 < FCount && !ReadItem(i + 1)->FObject.Wrapped() && !Memo().FBinaryMode)
             text.append(end);
     }
     TZvMemoStrings copy;

@@ -1,80 +1,42 @@
-// Coordinate walks of the line store: rows, real (logical) lines, wrapped positions and
-// character offsets. Walks start at an anchor near the view, never at the top of the text.
+// Coordinates of the line store: rows, real (logical) lines, wrapped positions and
+// character offsets. Conversions across the text are lookups in the position index; only
+// the walks within one logical line go row by row.
 #include "ZvMemoControl/ZvMemoStrings.h"
 
 #include <algorithm>
 
 namespace zv {
-namespace {
-
-bool IsLineStart(const TAttribute& a) {
-    return !a.Wrapped() && a.Enabled();
-}
-
-} // namespace
 
 bool TZvMemoStrings::IsDisplayWrapped() const {
     const TZvMemoState& memo = Memo();
     return memo.FWordWrap || memo.FForceWrap || memo.FTextDiffMode;
 }
 
-int TZvMemoStrings::GetRealLine(int row) {
+int TZvMemoStrings::GetRealLine(int row) const {
     if (row < 0)
         return 0;
-    TZvMemoState& memo = Memo();
-    if (memo.FBinaryMode || memo.FHexView)
+    const TZvMemoState& memo = Memo();
+    if (memo.FBinaryMode || memo.FHexView || !IsDisplayWrapped())
         return row;
-    if (!IsDisplayWrapped()) {
-        memo.FRealTopLine = memo.FTopLine;
-        return row;
-    }
     if (FCount == 0)
         return 0;
     row = std::min(row, Count() - 1);
-    const int anchor = std::clamp(memo.FTopLine, 0, Count() - 1);
-    int real = std::max(memo.FRealTopLine, 0);
-    if (row == anchor)
-        return real;
-    if (row > anchor) {
-        const bool anchorOdd = !IsLineStart(Item(anchor)->FObject);
-        for (int r = anchor; r <= row; ++r)
-            real += IsLineStart(Item(r)->FObject) ? 1 : 0;
-        if (!anchorOdd && Item(row)->FObject.Enabled())
-            --real;
-        return real;
-    }
-    for (int r = anchor; r >= row; --r)
-        real -= IsLineStart(Item(r)->FObject) ? 1 : 0;
-    if (IsLineStart(Item(row)->FObject))
-        ++real;
-    return std::max(real, 0);
+    RefreshIndex();
+    const bool filler = row > 0 && !Item(row)->FObject.Enabled();
+    return static_cast<int>(FIndex.StartsBefore(static_cast<std::size_t>(row) + 1)) - 1 +
+           (filler ? 1 : 0);
 }
 
-int TZvMemoStrings::GetWrapIndex(int line) {
+int TZvMemoStrings::GetWrapIndex(int line) const {
     if (!IsDisplayWrapped() || Memo().FBinaryMode || Memo().FHexView)
         return line;
     if (line <= 0 || FCount == 0)
         return 0;
-    if (!InRange(FWrapLine) || FRealLine < 0 || !IsLineStart(Item(FWrapLine)->FObject))
-        FRealLine = FWrapLine = 0;
-    int r = FWrapLine, cur = FRealLine;
-    if (cur == 0)
-        r = 0;
-    while (cur < line) {
-        ++r;
-        if (r >= Count())
-            return Count() + (line - cur - 1);
-        if (IsLineStart(Item(r)->FObject))
-            ++cur;
-    }
-    while (cur > line && r > 0) {
-        --r;
-        if (IsLineStart(Item(r)->FObject))
-            --cur;
-    }
-    FRealLine = cur;
-    FWrapLine = r;
-    return r;
+    RefreshIndex();
+    const auto lines = static_cast<int>(FIndex.TotalStarts());
+    if (line >= lines)
+        return Count() + (line - lines);
+    return static_cast<int>(FIndex.NthStart(static_cast<std::size_t>(line)));
 }
 
 int TZvMemoStrings::GetWrappedMainLineNumber(int row) const {
@@ -111,8 +73,8 @@ std::u16string TZvMemoStrings::GetUnwrappedLine(int row, int& count) const {
     return line;
 }
 
-void TZvMemoStrings::GetUnwrappedPos(int& x, int& y) {
-    TZvMemoState& memo = Memo();
+void TZvMemoStrings::GetUnwrappedPos(int& x, int& y) const {
+    const TZvMemoState& memo = Memo();
     if (memo.FBinaryMode) {
         while (x > 79) {
             ++y;
@@ -124,19 +86,11 @@ void TZvMemoStrings::GetUnwrappedPos(int& x, int& y) {
         return;
     for (int r = y; r > 0 && Item(r)->FObject.Wrapped(); --r)
         x += GetLineLength(r - 1);
-    if (memo.FHexView) {
-        const int top = memo.FTopLine, real = memo.FRealTopLine;
-        memo.FTopLine = memo.FRealTopLine = 0;
-        y = GetRealLine(y);
-        memo.FTopLine = top;
-        memo.FRealTopLine = real;
-        return;
-    }
     y = GetRealLine(y);
 }
 
-void TZvMemoStrings::GetWrappedPos(int& x, int& a, int& y) {
-    TZvMemoState& memo = Memo();
+void TZvMemoStrings::GetWrappedPos(int& x, int& a, int& y) const {
+    const TZvMemoState& memo = Memo();
     if (memo.FBinaryMode || memo.FHardWrapAtRightMargin || !(memo.FWordWrap || memo.FForceWrap))
         return;
     int row = GetWrapIndex(y);
@@ -150,12 +104,12 @@ void TZvMemoStrings::GetWrappedPos(int& x, int& a, int& y) {
     y = row;
 }
 
-void TZvMemoStrings::GetWrappedPos(int& x, int& y) {
+void TZvMemoStrings::GetWrappedPos(int& x, int& y) const {
     int a = 0;
     GetWrappedPos(x, a, y);
 }
 
-void TZvMemoStrings::GetUnwrappedLinePos(int& y) {
+void TZvMemoStrings::GetUnwrappedLinePos(int& y) const {
     y = GetWrapIndex(GetRealLine(y));
 }
 
@@ -167,42 +121,52 @@ std::u16string TZvMemoStrings::GetMainLineIndentString(int row) const {
     return std::u16string(s.substr(0, n));
 }
 
+// The index sums, per row, its units and the line end before it, so the units and line
+// ends before row y plus y's own units is the index's width up to and including row y.
 std::int64_t TZvMemoStrings::GetCharPosFromXY(int x, int y) const {
     if (FCount == 0)
         return 0;
     y = std::clamp(y, 0, Count() - 1);
-    const bool binary = Memo().FBinaryMode;
-    std::int64_t pos = 0;
-    for (int r = 0; r < y; ++r) {
-        pos += Item(r)->FString.Length();
-        if (!binary && !Item(r + 1)->FObject.Wrapped())
-            pos += 2;
-    }
-    return pos + std::clamp<std::int64_t>(x, 0, Item(y)->FString.Length());
+    RefreshIndex();
+    const std::int64_t length = Item(y)->FString.Length();
+    const std::int64_t start = FIndex.WidthBefore(static_cast<std::size_t>(y) + 1) - length;
+    return start + std::clamp<std::int64_t>(x, 0, length);
 }
 
 void TZvMemoStrings::GetXYFromCharPos(std::int64_t pos, int& x, int& y, bool fromStart) const {
-    const bool binary = Memo().FBinaryMode;
-    int r = fromStart ? std::clamp(y, 0, std::max(Count() - 1, 0)) : 0;
-    for (; r < Count(); ++r) {
-        const std::int64_t len = Item(r)->FString.Length();
-        const bool lineEnd = !binary && r + 1 < Count() && !Item(r + 1)->FObject.Wrapped();
-        if (pos <= len || r + 1 == Count()) {
-            if (pos > len)
-                break;
-            x = static_cast<int>(pos);
-            y = r;
-            return;
-        }
-        pos -= len + (lineEnd ? 2 : 0);
-        if (pos < 0) { // inside a line end: the end of the row
-            x = static_cast<int>(len);
-            y = r;
-            return;
-        }
+    if (FCount == 0) {
+        x = y = 0;
+        return;
     }
-    y = std::max(Count() - 1, 0);
-    x = std::max(GetLineLength(y) - 1, 0);
+    const int first = fromStart ? std::clamp(y, 0, Count() - 1) : 0;
+    const std::int64_t firstLength = Item(first)->FString.Length();
+    if (pos <= firstLength) {
+        x = static_cast<int>(pos);
+        y = first;
+        return;
+    }
+    RefreshIndex();
+    // The offset from the start of the text (row 0 starts at 0: no line end before it);
+    // the first row whose end reaches it holds it.
+    const std::int64_t firstStart =
+        first == 0 ? 0 : FIndex.WidthBefore(static_cast<std::size_t>(first) + 1) - firstLength;
+    const std::int64_t target = firstStart + pos;
+    std::int64_t end = 0;
+    const std::size_t reached = FIndex.RowReaching(target, &end);
+    if (reached > FCount) { // past the end
+        y = Count() - 1;
+        x = std::max(GetLineLength(y) - 1, 0);
+        return;
+    }
+    const auto row = static_cast<int>(reached - 1);
+    const std::int64_t start = end - Item(row)->FString.Length();
+    if (target < start) { // inside the line end before the row
+        y = row - 1;
+        x = GetLineLength(y);
+        return;
+    }
+    x = static_cast<int>(target - start);
+    y = row;
 }
 
 // ---- Wrapped rows -----------------------------------------------------------------------

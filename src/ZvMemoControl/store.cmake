@@ -5,6 +5,7 @@ zv_engine_library(zv_memo_store
     ${CMAKE_CURRENT_LIST_DIR}/Converter.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FileType.cpp
     ${CMAKE_CURRENT_LIST_DIR}/OpenTextFile.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/RowIndex.cpp
     ${CMAKE_CURRENT_LIST_DIR}/RowSplitter.cpp
     ${CMAKE_CURRENT_LIST_DIR}/RowText.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Streams.cpp
