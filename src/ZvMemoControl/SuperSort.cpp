@@ -225,10 +225,10 @@ std::vector<std::uint32_t> TSuperSort::SortStrings(const std::vector<std::u16str
                 throw TSortSwitchError("Invalid -f Switch");
             FIsDelimited = true;
         } else if (letter == u'k') {
-            const auto spec = std::u16string_view(sw).substr(2);
-            const std::size_t comma = spec.find(u',');
-            if (comma == spec.npos || !ReadInt(spec.substr(0, comma), FStartPos) ||
-                !ReadInt(spec.substr(comma + 1), FEndPos))
+            const auto columns = std::u16string_view(sw).substr(2);
+            const std::size_t comma = columns.find(u',');
+            if (comma == columns.npos || !ReadInt(columns.substr(0, comma), FStartPos) ||
+                !ReadInt(columns.substr(comma + 1), FEndPos))
                 throw TSortSwitchError("Invalid -k Switch: Make sure the keys have both start "
                                        "and end column values.");
             FIsPositional = true;

@@ -51,12 +51,7 @@ protected:
         settings.WriteInteger("EditorMisc", "DefaultEncoding", 65001);
         helper.SetCustomize(settings);
         window = zvtest::ShownWindow(helper);
-        zvtest::WriteAll(file, kText);
-        zv::TLoadFileArgs args;
-        args.FileName = file.string();
-        ASSERT_TRUE(helper.LoadFile(args));
-        editor = window->ActiveEditor();
-        editor->setFocus();
+        editor = &zvtest::OpenInWindow(helper, *window, file, kText);
     }
     std::pair<TZvPos, TZvPos> Selection() const {
         TZvPos s, e;
