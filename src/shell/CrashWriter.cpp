@@ -14,14 +14,12 @@
 namespace zv {
 namespace fs = std::filesystem;
 
-bool WriteExactText(const fs::path& file, const TZvMemoStrings& lines) {
-    TZvMemoStrings copy;
-    copy.Assign(lines); // rows are shared, not copied
-    copy.SetCodePage(cpUTF16LE);
-    copy.SetUseBOM(true);
-    const auto write = [&copy](int fd) {
+bool WriteExactText(const fs::path& file, TZvMemoStrings& lines) {
+    lines.SetCodePage(cpUTF16LE);
+    lines.SetUseBOM(true);
+    const auto write = [&lines](int fd) {
         TZvFdOutStream out(fd);
-        copy.SaveTextToStream(out);
+        lines.SaveTextToStream(out);
         out.Flush();
         return true;
     };

@@ -64,7 +64,8 @@ private:
 void RemoveTextsBut(const std::filesystem::path& folder, const std::set<std::string>& kept);
 
 // Writes the rows as UTF-16LE with a BOM and each line end as it stands (exact, whatever
-// the document's own encoding can hold), atomically, mode 0600, streaming.
-bool WriteExactText(const std::filesystem::path& file, const TZvMemoStrings& lines);
+// the document's own encoding can hold), atomically, mode 0600, streaming. `lines` is a copy
+// owned by the caller: its code page becomes UTF-16LE with a BOM (no second copy is made).
+bool WriteExactText(const std::filesystem::path& file, TZvMemoStrings& lines);
 
 } // namespace zv
