@@ -3,6 +3,7 @@
 
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "ZvMemoControl/ZvTextDocument.h"
+#include "shell/FileQue.h"
 
 #include <cstdint>
 #include <memory>
@@ -65,8 +66,10 @@ public:
     std::int32_t FTopLine = 0;
     std::int32_t FSelStartX = 0, FSelStartY = 0, FSelEndX = 0, FSelEndY = 0;
     bool FRestoreView = false; // the view takes caret, selection and top row from here
-    std::string FHighlighter;  // syntax type in force; empty: chosen by the extension
-    bool FAddToMRU = false;    // goes to the recent files (not when reopened by the program)
+    // Marks remembered from a former opening, put on the rows by the next read of the file.
+    std::optional<TMarksInfo> FRememberedMarks;
+    std::string FHighlighter; // syntax type in force; empty: chosen by the extension
+    bool FAddToMRU = false;   // goes to the recent files (not when reopened by the program)
     TOpenAs FOpenAs = oaNone;
     // The tab group (0..5) whose tab shows the document; its other views may stand anywhere.
     int FTabGroup = 0;

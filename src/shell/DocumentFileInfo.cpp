@@ -1,6 +1,8 @@
 // From a document to its entry in the memory per file, and back.
 #include "shell/DocumentMemory.h"
 
+#include "ZvMemoControl/LineMarks.h"
+#include "ZvMemoControl/TextAttribute.h"
 #include "shell/MainFormHelper.h"
 
 #include <ctime>
@@ -19,6 +21,8 @@ TFileInfo FileInfoOf(const TDocument& doc) {
         info.Highlighter = doc.FHighlighter;
     // Read-only by the user's choice: a file's own permissions are read again each time.
     info.ReadOnly = doc.FReadOnly && !IsReadOnlyFile(doc.FFilePath);
+    // A deferred tab never read keeps what it was given.
+    info.Marks = doc.FRememberedMarks ? doc.FRememberedMarks : MarksOf(doc.Lines());
     return info;
 }
 
@@ -43,7 +47,40 @@ void RecallFileData(const TFileQue& fileQ, TDocument& doc, bool detect, bool cur
     }
     if (info->Highlighter)
         doc.FHighlighter = *info->Highlighter;
+    doc.FRememberedMarks = info->Marks;
     doc.FReadOnly = doc.FReadOnly || info->ReadOnly.value_or(false);
+}
+
+std::optional<TMarksInfo> MarksOf(const TZvMemoStrings& lines) {
+    TMarksInfo marks;
+    bool any = false;
+    for (int row = 0; row < lines.Count(); ++row) {
+        const TAttribute& a = lines.GetLineAttribute(row);
+        const bool linemark = a.GetValue(abLinemark);
+        if (a.Bookmark < 0 && !linemark)
+            continue;
+        any = true;
+        const int line = lines.GetRealLine(row);
+        if (a.Bookmark >= 0 && a.Bookmark < kBookmarkCount)
+            marks.Bookmarks[static_cast<size_t>(a.Bookmark)] = line;
+        else if (linemark)
+            marks.Linemarks.push_back(line);
+    }
+    return any ? std::optional(marks) : std::nullopt;
+}
+
+void ApplyMarks(TZvMemoStrings& lines, const TMarksInfo& marks) {
+    const auto rowOf = [&lines](int line) {
+        const int row = lines.GetWrapIndex(line);
+        return row < lines.Count() ? row : -1;
+    };
+    for (const int line : marks.Linemarks)
+        if (const int row = rowOf(line); row >= 0 && !HasLinemark(lines, row))
+            ToggleLinemark(lines, row);
+    for (int number = 0; number < kBookmarkCount; ++number)
+        if (const int line = marks.Bookmarks[static_cast<size_t>(number)]; line >= 0)
+            if (const int row = rowOf(line); row >= 0 && GetBookmark(lines, row) != number)
+                SetBookmark(lines, row, number);
 }
 
 } // namespace zv

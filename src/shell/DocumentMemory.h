@@ -103,6 +103,11 @@ private:
 void RecallFileData(const TFileQue& fileQ, TDocument& doc, bool detect, bool cursor);
 // The entry for a document with a file (its views have noted their state in it).
 TFileInfo FileInfoOf(const TDocument& doc);
+// The bookmarks and plain marks on `lines`, by real line; null when there are none.
+std::optional<TMarksInfo> MarksOf(const TZvMemoStrings& lines);
+// Puts remembered marks on the rows of `lines` (the first row of each line); lines past the
+// end (the file shrank meanwhile) are skipped.
+void ApplyMarks(TZvMemoStrings& lines, const TMarksInfo& marks);
 
 // True when the last documents are to be reopened at start: the option is on, no
 // "NOREOPEN" switch is given and "SILENT" does not come first.

@@ -61,6 +61,20 @@ void WriteCursor(pugi::xml_node entry, const TCursorInfo& c) {
     AddKey(entry, "SelEndY", c.SelEndY);
 }
 
+std::string JoinNumbers(const std::int32_t* first, const std::int32_t* last) {
+    std::string text;
+    for (const std::int32_t* n = first; n != last; ++n)
+        text += (text.empty() ? "" : ",") + std::to_string(*n);
+    return text;
+}
+
+void WriteMarks(pugi::xml_node entry, const TMarksInfo& marks) {
+    AddKey(entry, "BookmarkLines",
+           JoinNumbers(marks.Bookmarks.data(), marks.Bookmarks.data() + marks.Bookmarks.size()));
+    AddKey(entry, "LinemarkLines",
+           JoinNumbers(marks.Linemarks.data(), marks.Linemarks.data() + marks.Linemarks.size()));
+}
+
 void WriteEntry(pugi::xml_node files, const TFileInfo& info) {
     pugi::xml_node entry = files.append_child("File");
     AddKey(entry, "LocalFile", info.LocalFile);
@@ -75,6 +89,8 @@ void WriteEntry(pugi::xml_node files, const TFileInfo& info) {
         AddKey(entry, "Enc", *info.Enc);
     if (info.BOM)
         AddKey(entry, "BOM", *info.BOM ? 1 : 0);
+    if (info.Marks)
+        WriteMarks(entry, *info.Marks);
 }
 
 template <typename T> std::optional<T> Key(pugi::xml_node entry, const char* key) {
@@ -107,6 +123,38 @@ std::optional<TCursorInfo> ReadCursor(pugi::xml_node entry) {
     return c;
 }
 
+// Numbers separated by ","; an empty text is an empty list. Null for anything else, or for a
+// number below `least`.
+std::optional<std::vector<std::int32_t>> SplitNumbers(std::string_view text, std::int32_t least) {
+    std::vector<std::int32_t> numbers;
+    while (!text.empty()) {
+        const size_t comma = text.find(',');
+        const auto number = ParseNumber<std::int32_t>(text.substr(0, comma));
+        if (!number || *number < least)
+            return std::nullopt;
+        numbers.push_back(*number);
+        text = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
+    }
+    return numbers;
+}
+
+// Both lists or none, as with the cursor; line numbers below 0 (or -1 for a bookmark) and a
+// bookmark list of another length are damage.
+std::optional<TMarksInfo> ReadMarks(pugi::xml_node entry) {
+    const pugi::xml_node bookmarks = entry.child("BookmarkLines");
+    const pugi::xml_node linemarks = entry.child("LinemarkLines");
+    if (!bookmarks || !linemarks)
+        return std::nullopt;
+    const auto numbered = SplitNumbers(bookmarks.text().as_string(), -1);
+    auto plain = SplitNumbers(linemarks.text().as_string(), 0);
+    if (!numbered || !plain || numbered->size() != 10)
+        return std::nullopt;
+    TMarksInfo marks;
+    std::copy(numbered->begin(), numbered->end(), marks.Bookmarks.begin());
+    marks.Linemarks = std::move(*plain);
+    return marks;
+}
+
 TFileInfo ReadEntry(pugi::xml_node entry) {
     TFileInfo info;
     info.LocalFile = entry.child("LocalFile").text().as_string();
@@ -117,6 +165,7 @@ TFileInfo ReadEntry(pugi::xml_node entry) {
     info.Cursor = ReadCursor(entry);
     info.Enc = Key<std::uint32_t>(entry, "Enc");
     info.BOM = BoolKey(entry, "BOM");
+    info.Marks = ReadMarks(entry);
     return info;
 }
 
@@ -147,6 +196,7 @@ TFileQueOptions ReadFileQueOptions(const TCustomIniFile& settings) {
     o.StoreEncoding = settings.ReadBool("FileInfo", "StoreEncoding", o.StoreEncoding);
     o.StoreHighlighter = settings.ReadBool("FileInfo", "StoreHighlighter", o.StoreHighlighter);
     o.StoreReadOnly = settings.ReadBool("FileInfo", "StoreReadOnly", o.StoreReadOnly);
+    o.StoreBookmarks = settings.ReadBool("FileInfo", "StoreBookmarks", o.StoreBookmarks);
     o.MaxIndex = std::max(1, settings.ReadInteger("FileInfo", "MaxIndex", o.MaxIndex));
     return o;
 }
@@ -237,6 +287,8 @@ TFileInfo TFileQue::Filtered(TFileInfo info) const {
         info.Highlighter.reset();
     if (!FOptions.StoreReadOnly)
         info.ReadOnly.reset();
+    if (!FOptions.StoreBookmarks)
+        info.Marks.reset();
     return info;
 }
 

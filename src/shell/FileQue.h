@@ -1,7 +1,8 @@
 // What the program remembers per file between runs ("Data/FileInfo.xml"): caret, top row,
-// selection, encoding, syntax and read-only state, newest first, at most FMaxIndex entries.
+// selection, encoding, syntax, read-only state and line marks, newest first, at most FMaxIndex entries.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -19,6 +20,14 @@ struct TCursorInfo {
     bool operator==(const TCursorInfo&) const = default;
 };
 
+// Bookmarks and plain line marks, by real (logical) line so that a wrap width of the next
+// opening does not move them. Bookmarks[n] is the line of bookmark n, -1 when unset.
+struct TMarksInfo {
+    std::array<std::int32_t, 10> Bookmarks{-1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+    std::vector<std::int32_t> Linemarks; // ascending
+    bool operator==(const TMarksInfo&) const = default;
+};
+
 // One file's entry. A group that is not set is neither written nor restored.
 struct TFileInfo {
     std::string LocalFile;     // absolute path
@@ -28,6 +37,7 @@ struct TFileInfo {
     std::optional<bool> BOM;
     std::optional<std::string> Highlighter; // syntax type name
     std::optional<bool> ReadOnly;
+    std::optional<TMarksInfo> Marks; // "BookmarkLines", "LinemarkLines"
     bool operator==(const TFileInfo&) const = default;
 };
 
@@ -38,6 +48,7 @@ struct TFileQueOptions {
     bool StoreEncoding = true;
     bool StoreHighlighter = true;
     bool StoreReadOnly = true;
+    bool StoreBookmarks = true;
     std::int32_t MaxIndex = 500; // below 1 counts as 1
     bool operator==(const TFileQueOptions&) const = default;
 };

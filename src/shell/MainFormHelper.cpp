@@ -17,6 +17,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <unistd.h>
+#include <utility>
 
 namespace zv {
 namespace fs = std::filesystem;
@@ -193,6 +194,8 @@ bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage) {
                             doc.FFilePath + "\"\n" + error);
         return false;
     }
+    if (doc.FRememberedMarks) // the first read of a file opened again
+        ApplyMarks(*lines, *std::exchange(doc.FRememberedMarks, std::nullopt));
     // Every view of the document takes the new rows before the old ones go.
     doc.Text->ReplaceLines(std::move(lines));
     TakeFileState(doc);

@@ -57,6 +57,14 @@ zv::TFileInfo RandomEntry(std::mt19937& random) {
         info.Highlighter = coin() ? "C++" : "HTML & <XML>";
     if (coin())
         info.ReadOnly = coin();
+    if (coin()) {
+        zv::TMarksInfo marks;
+        for (auto& line : marks.Bookmarks)
+            line = coin() ? -1 : number();
+        for (int i = static_cast<int>(random() % 4); i > 0; --i)
+            marks.Linemarks.push_back(number());
+        info.Marks = marks;
+    }
     return info;
 }
 
@@ -127,7 +135,7 @@ TEST_F(FileQueStore, KeepsTheNewestEntriesUpToItsCapacity) {
 
 TEST_F(FileQueStore, WritesOnlyWhatItStores) {
     zv::TFileQueOptions options;
-    options.StoreCursor = options.StoreEncoding = false;
+    options.StoreCursor = options.StoreEncoding = options.StoreBookmarks = false;
     zv::TFileQue store(file, options);
     zv::TFileInfo info = RandomEntry(random);
     info.Cursor = zv::TCursorInfo{1, 2, 3, 4, 5, 6, 7};
@@ -135,6 +143,7 @@ TEST_F(FileQueStore, WritesOnlyWhatItStores) {
     info.BOM = true;
     info.Highlighter = "C";
     info.ReadOnly = false;
+    info.Marks = zv::TMarksInfo{};
     ASSERT_TRUE(store.AddFiledata(info));
     ASSERT_TRUE(store.SaveFile());
     const std::string bytes = zvtest::ReadAll(file);

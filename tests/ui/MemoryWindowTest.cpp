@@ -4,6 +4,7 @@
 // start unless -NOREOPEN; recent and recently closed files open from the File menu; named
 // sessions open and close documents; a damaged memory is said once and starts empty.
 #include "UiFixtures.h"
+#include "ZvMemoControl/LineMarks.h"
 #include "common/Utf.h"
 #include "shell/DocumentMemory.h"
 #include "shell/MainForm.h"
@@ -141,6 +142,61 @@ TEST_F(MemoryWindowTest, AFileOpenedAgainGetsItsCaretSelectionTopRowAndEncodingB
         EXPECT_TRUE(second.Exit());
         EXPECT_EQ(zvtest::ReadAll(file), bytes) << "remembering never writes the file";
     }
+}
+
+// Marks set with the keys come back on their lines, whether the file opens at once or in a
+// tab read only when shown (the last documents at start); a file that shrank meanwhile
+// keeps the marks that still have a line.
+TEST_F(MemoryWindowTest, BookmarksAndLineMarksComeBackOnTheirLines) {
+    zv::SettingsIni().WriteBool("EditorMisc", "ReopenLastDoc", true);
+    std::string text;
+    for (int i = 0; i < 40; ++i)
+        text += "line " + std::to_string(i) + "\n";
+    const fs::path file = Write("marks.txt", text);
+    const fs::path other = Write("other.txt", "other\n");
+    // The marks of the document in tab 0, once its tab shows: row, number (-2: plain mark).
+    const auto marksOf = [](TRun& run) {
+        run.window->TabGroup()->setCurrentIndex(0);
+        const zv::TZvMemoStrings& lines = run.helper.Documents()[0]->Lines();
+        std::vector<std::pair<int, int>> marks;
+        for (int row = 0; row < lines.Count(); ++row)
+            if (zv::HasLinemark(lines, row))
+                marks.emplace_back(row, -2);
+            else if (const int n = zv::GetBookmark(lines, row); n >= 0)
+                marks.emplace_back(row, n);
+        return marks;
+    };
+    const std::vector<std::pair<int, int>> expected = {{5, 3}, {12, -2}, {30, 0}};
+    {
+        TRun first;
+        ASSERT_TRUE(first.Open(file));
+        zv::TEditorWidget& editor = *first.window->ActiveEditor();
+        for (const auto& [row, number] : expected) {
+            editor.Memo().SetTextCursor(2, row);
+            if (number == -2)
+                QTest::keyClick(&editor, Qt::Key_F2, Qt::ControlModifier);
+            else
+                QTest::keyClick(&editor, static_cast<Qt::Key>(Qt::Key_0 + number),
+                                Qt::ControlModifier | Qt::ShiftModifier);
+        }
+        ASSERT_EQ(marksOf(first), expected);
+        ASSERT_TRUE(first.Open(other)); // the active one: the marked tab reopens deferred
+        ASSERT_TRUE(first.Exit());
+    }
+    {
+        TRun second;
+        ASSERT_EQ(second.Paths(), (std::vector<std::string>{file.string(), other.string()}));
+        EXPECT_TRUE(second.helper.Documents()[0]->FDeferred);
+        EXPECT_EQ(marksOf(second), expected);
+        EXPECT_FALSE(second.helper.Documents()[0]->Modified());
+        ASSERT_TRUE(second.Exit());
+    }
+    const std::string shrunk = text.substr(0, text.find("line 20"));
+    Write("marks.txt", shrunk);
+    TRun third;
+    EXPECT_EQ(marksOf(third), (std::vector<std::pair<int, int>>{{5, 3}, {12, -2}}));
+    EXPECT_TRUE(third.Exit());
+    EXPECT_EQ(zvtest::ReadAll(file), shrunk) << "remembering never writes the file";
 }
 
 TEST_F(MemoryWindowTest, ACodePageGivenForTheOpeningWinsOverTheRememberedOne) {
