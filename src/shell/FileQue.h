@@ -1,5 +1,6 @@
 // What the program remembers per file between runs ("Data/FileInfo.xml"): caret, top row,
-// selection, encoding, syntax, read-only state and line marks, newest first, at most FMaxIndex entries.
+// selection, encoding, syntax, read-only state and line marks, newest first, at most
+// FMaxIndex entries.
 #pragma once
 
 #include <array>
