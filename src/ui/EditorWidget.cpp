@@ -408,6 +408,7 @@ void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
     markTag(FTags.StartY, FTags.StartX, FTags.StartLen);
     markTag(FTags.StartEndY, FTags.StartEndX, FTags.StartEndLen);
     markTag(FTags.EndY, FTags.EndX, FTags.EndLen);
+    PaintHighlightMarks(painter, row, y, text, runs);
     if (FLines->InvalidBytesKept() > 0) // only such documents pay for the look
         MarkInvalidBytes(painter, runPainter, text, y);
     if (FOnRowPainted)
@@ -437,6 +438,9 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
                                 FVisibleHits.push_back(hit);
                                 return true;
                             });
+    FVisibleMarks.clear();
+    if (FLines)
+        FHighlights.Collect(*FLines, first, last - 1, FVisibleMarks);
     // One walk up to the first row's state; each row then starts from the one above it.
     TStyle state;
     if (FScan)

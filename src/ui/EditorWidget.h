@@ -4,6 +4,7 @@
 // each has its own caret and scroll, and all share the text, undo and scanner.
 #pragma once
 
+#include "ZvMemoControl/HighlightLists.h"
 #include "ZvMemoControl/TextSearch.h"
 #include "ZvMemoControl/ZvMemo.h"
 #include "syntax/BraceMatch.h"
@@ -73,6 +74,10 @@ public:
     void SetHighlight(std::shared_ptr<const TTextSearch> search);
     const std::shared_ptr<const TTextSearch>& Highlight() const { return FHighlight; }
     static const QColor kHitBack; // the colour behind a highlighted hit
+    // Words, selections, finds and expressions the user marked in this view: their hits are
+    // painted in their lists' colours over the syntax colours. Call viewport()->update()
+    // after a change.
+    THighlightLists& Highlights() { return FHighlights; }
     // Gutter marks: a bookmark's box (its digit on it), a plain line mark, and the change bar
     // of a line changed since the last save or changed and saved.
     static const QColor kBookmarkBack;
@@ -223,6 +228,12 @@ private:
     QFont FBaseFont;  // the font at zoom 100
     std::shared_ptr<const TTextSearch> FHighlight;
     std::vector<TSearchHit> FVisibleHits; // FHighlight's hits in the rows being painted
+    THighlightLists FHighlights;
+    std::vector<THighlightMark> FVisibleMarks; // FHighlights' marks in the rows being painted
+    // Paints the marks of FVisibleMarks on `row` over its text: the row again in each mark's
+    // colours, clipped to the mark.
+    void PaintHighlightMarks(QPainter& painter, int row, int y, std::u16string_view text,
+                             const std::vector<TColourRun>& runs);
     // The selection last offered as the primary selection (start == end: none).
     TZvPos FOfferedStart, FOfferedEnd;
 };

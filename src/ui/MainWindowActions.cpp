@@ -209,6 +209,7 @@ void TMainWindow::CreateActions() {
     CreateGroupActions();
     CreateTextActions();
     CreateBookmarkActions();
+    CreateHighlightActions();
     FSearch = new TWindowSearch(*this, FHelper);
     FSearch->AddActions(list);
     list.FOnCloseAllInGroup = [this] {
@@ -236,10 +237,12 @@ void TMainWindow::CreateMenuBar() {
     a.AddTo(*edit, {"UndoAction", "RedoAction", "-", "CutAction", "CopyAction", "PasteAction",
                     "DeleteAction", "-", "SelectAllAction", "-", "DupLineAction", "DelLineAction",
                     "DeleteWordAction", "DeletePrevWordAction", "-", "InsertModeAction"});
-    a.AddTo(*a.AddMenu(bar, "m02", "&Search", "SearchMenu"),
+    QMenu* search = a.AddMenu(bar, "m02", "&Search", "SearchMenu");
+    a.AddTo(*search,
             {"FindInTextAction", "ReplaceInTextAction", "SearchDialogAction", "-", "FindNextAction",
              "FindPreviousAction", "FindAllAction", "UnHighlightFindAction", "-",
-             "GotoSelectLineAction", "MatchingBraceAction"});
+             "GotoSelectLineAction", "MatchingBraceAction", "-"});
+    FillHighlightMenu(*a.AddSubMenu(*search, "117", "Highligh&t", "HighlightMenu"));
     QMenu* view = a.AddMenu(bar, "m03", "&View", "ViewMenu");
     a.AddTo(*view, {"ZoomInAction", "ZoomOutAction", "ZoomResetAction", "-", "ToggleToolbarAction",
                     "StatusbarAction", "ToggleFullScreenAction", "-", "SplitWindowHorzAction",

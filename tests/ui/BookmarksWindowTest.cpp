@@ -1,10 +1,16 @@
 // Bookmarks, line marks and change bars in the real window: set with the keys, kept on their
 // line through edits above, painted in the gutter, and the change bar turning saved on save.
+// Highlighted words and selections painted in their colours from the Search menu.
 #include "UiFixtures.h"
 
 #include "support/ZvTestSupport.h"
+#include "ui/Actions.h"
+#include "ui/RunPainter.h"
 
+#include <QAction>
 #include <QImage>
+#include <QMenu>
+#include <QMenuBar>
 
 namespace {
 
@@ -57,6 +63,60 @@ TEST_F(BookmarksWindowTest, BookmarkFollowsItsLineAndTheGutterShowsMarksAndChang
     EXPECT_TRUE(GutterShows(editor, 0, zv::TEditorWidget::kLineChangedSavedColor));
     EXPECT_FALSE(GutterShows(editor, 0, zv::TEditorWidget::kLineChangedColor));
     EXPECT_FALSE(GutterShows(editor, 3, zv::TEditorWidget::kLineChangedSavedColor));
+}
+
+// Pixels near `colour` (antialiased glyphs blend into their background) in columns
+// [from, to) of `row`, measured where the caret stands there.
+int PixelsIn(zv::TEditorWidget& editor, int row, int from, int to, const QColor& colour,
+             int tolerance = 0) {
+    zv::TZvMemo& memo = editor.Memo();
+    memo.SetTextCursor(from, row);
+    const QRect a = editor.CaretRect();
+    memo.SetTextCursor(to, row);
+    const QRect b = editor.CaretRect();
+    memo.SetTextCursor(0, 2); // away, so that no caret or current-row colour stands there
+    const QImage image = editor.viewport()->grab().toImage();
+    int count = 0;
+    for (int y = a.top(); y <= a.bottom(); ++y)
+        for (int x = a.left() + 1; x < b.left(); ++x)
+            count += std::abs(image.pixelColor(x, y).red() - colour.red()) +
+                         std::abs(image.pixelColor(x, y).green() - colour.green()) +
+                         std::abs(image.pixelColor(x, y).blue() - colour.blue()) <=
+                     tolerance;
+    return count;
+}
+
+TEST_F(BookmarksWindowTest, HighlightedWordsAndSelectionsArePaintedInTheirListsColours) {
+    zv::TEditorWidget& editor = Open("hl.txt", "cat concatenate Cat cat\nthe cat sat\nend\n");
+    QMenu* menu = window->menuBar()->findChild<QMenu*>(QStringLiteral("HighlightMenu"));
+    ASSERT_NE(menu, nullptr);
+    const auto run = [&](const char* name) {
+        QAction* item = window->Actions().Get(name);
+        ASSERT_TRUE(menu->actions().contains(item)) << name;
+        window->Actions().UpdateActions();
+        item->trigger();
+    };
+    const auto colours = zv::DefaultHighlightColours(zv::THighlightList::Words);
+    const QColor back = zv::ToQColor(colours.Back), text = zv::ToQColor(colours.Text);
+    editor.Memo().SetTextCursor(1, 0); // in the first "cat"
+    run("HighlightWholeWordAction");
+    for (const auto& [row, from] : {std::pair{0, 0}, {0, 20}, {1, 4}}) {
+        EXPECT_GT(PixelsIn(editor, row, from, from + 3, back), 20) << row << ":" << from;
+        EXPECT_GT(PixelsIn(editor, row, from, from + 3, text, 120), 0) << "the word's colour";
+    }
+    EXPECT_EQ(PixelsIn(editor, 0, 4, 15, back), 0) << "not inside concatenate";
+    EXPECT_EQ(PixelsIn(editor, 0, 16, 19, back), 0) << "Cat differs in case";
+
+    editor.Memo().SetSelection({4, 0}, {7, 0}); // "con"
+    run("HighlightSelectionAction");
+    const QColor selection =
+        zv::ToQColor(zv::DefaultHighlightColours(zv::THighlightList::Selections).Back);
+    EXPECT_GT(PixelsIn(editor, 0, 4, 7, selection), 20);
+    EXPECT_EQ(PixelsIn(editor, 1, 0, 11, selection), 0);
+
+    run("UnHighlightAllAction");
+    EXPECT_EQ(PixelsIn(editor, 0, 0, 3, back), 0);
+    EXPECT_EQ(PixelsIn(editor, 0, 4, 7, selection), 0);
 }
 
 } // namespace
