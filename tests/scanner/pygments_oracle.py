@@ -10,7 +10,7 @@ called so by both. The same share for numbers and keywords is printed per langua
 information only: the keyword lists of the two tools differ by design. Exit 77 (skipped)
 without Pygments.
 
-usage: pygments_oracle.py ZVTOOL
+usage: pygments_oracle.py ZVTOOL [SYNTAX...]   (names limit the run to those syntaxes)
 """
 import glob
 import os
@@ -92,6 +92,8 @@ CASES += [(syntax, lexer, [os.path.join(SAMPLES, name)]) for syntax, lexer, name
     ("graphql", "graphql", "sample.graphql"),
     ("powershell", "powershell", "sample.ps1"),
     ("batch", "batch", "sample.bat"),
+    ("scala", "scala", "sample.scala"),
+    ("dart", "dart", "sample.dart"),
 ]]
 FILES_PER_SYNTAX = 3
 MAX_BYTES = 200_000
@@ -221,6 +223,10 @@ def triple_quoted_rows(lines):
 RUBY_PERCENT_AFTER_OPERATOR = re.compile(r"[-+*/|&<>]=?\s*%[iwIWqQ]?[\[({<]")
 
 
+# Lexers whose single-quoted strings interpolate ($name, ${expr}) as double-quoted ones do.
+SINGLE_QUOTES_INTERPOLATE = ("dart", "groovy")
+
+
 STRING_PREFIX = re.compile(r"[$@A-Za-z0-9]{1,3}(?=[\"'`#])")
 
 
@@ -240,6 +246,7 @@ def py_classes(lexer, text, lines):
         skipped = cmake_rows(lines)
     row, col = 0, 0
     quote = None  # the open interpolating string's delimiter
+    quotes = "\"`'" if lexer in SINGLE_QUOTES_INTERPOLATE else "\"`"
     code = 0  # depth of "#{...}" code inside a string, part of the string here
     for tok, value in lex(text, get_lexer_by_name(lexer, stripnl=False, ensurenl=False)):
         cls = pygments_class(tok, lexer)
@@ -253,10 +260,13 @@ def py_classes(lexer, text, lines):
             code += 1 if value in ("#{", "${", "\\(") else -1 if code else 0
         elif code:
             cls = None
-        if tok in String and value[:1] in "\"`":
-            if quote is None and value.count(value[0]) % 2 == 1:
-                quote = value[0]
-            elif quote == value[0] and value.count(quote) % 2 == 1:
+        # a string opened behind a prefix (Scala's s"...") interpolates too
+        opener = value[STRING_PREFIX.match(value).end():] if tok in String and \
+            STRING_PREFIX.match(value) and quote is None else value
+        if tok in String and opener[:1] in quotes:
+            if quote is None and opener.count(opener[0]) % 2 == 1:
+                quote = opener[0]
+            elif quote == opener[0] and opener.count(quote) % 2 == 1:
                 quote = None
         elif quote and tok in String and value.count(quote) % 2 == 1 and value.endswith(quote):
             quote = None
@@ -308,13 +318,15 @@ def compare(zv, py, lines):
 
 
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) < 2:
         print(__doc__)
         return 2
-    zvtool = sys.argv[1]
+    zvtool, only = sys.argv[1], set(sys.argv[2:])
     failures, checked = 0, 0
     totals = {}  # (syntax, class) -> [either, both] over the files of a syntax
     for syntax, lexer, globs in CASES:
+        if only and syntax not in only:
+            continue
         files = pick(globs)
         try:
             get_lexer_by_name(lexer)
@@ -348,7 +360,7 @@ def main():
                         print("       " + s)
     print("per language, share of the characters either tool puts in a class that both do:")
     print(f"{'':10} " + " ".join(f"{c:>17}" for c in CLASSES))
-    for syntax in [s for s in dict.fromkeys(s for s, _ in totals) if s != "all"] + ["all"]:
+    for syntax in [s for s in dict.fromkeys(s for s, _ in totals) if s != "all"] + ["all"] * bool(totals):
         cells = []
         for cls in CLASSES:
             either, both = totals[(syntax, cls)]
