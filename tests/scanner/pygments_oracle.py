@@ -68,6 +68,19 @@ CASES = [
     ("yaml", "yaml", ["/usr/share/doc/python3-yaml/examples/pygments-lexer/example.yaml",
                       "/usr/share/perl/5*/CPAN/Kwalify/distroprefs.yml", "/usr/share/doc/*/*/*.yml"]),
     ("ini", "ini", ["/lib/systemd/system/apt-daily.service", "/lib/systemd/system/*.service"]),
+    ("nim", "nim", ["/usr/lib/nim/lib/pure/options.nim", "/usr/lib/nim/lib/pure/parseutils.nim",
+                  "/usr/lib/nim/lib/pure/math.nim", "/usr/lib/nim/lib/pure/*.nim"]),
+    ("r", "r", ["/usr/lib/R/library/base/demo/is.things.R", "/usr/lib/R/library/stats/demo/lm.glm.R",
+              "/usr/lib/R/library/graphics/demo/graphics.R", "/usr/lib/R/library/*/demo/*.R"]),
+    ("objectivec", "objective-c", [os.path.join(os.path.dirname(os.path.abspath(__file__)),
+                                               "samples", "sample.m"),
+                                  "/usr/include/GNUstep/Foundation/NSArray.h",
+                                  "/usr/share/go-*/src/cmd/link/internal/ld/testdata/*/lib/ObjC.m",
+                                  "/usr/include/GNUstep/Foundation/*.h"]),
+    ("erlang", "erlang", ["/usr/lib/erlang/lib/stdlib-*/src/queue.erl",
+                        "/usr/lib/erlang/lib/stdlib-*/src/proplists.erl",
+                        "/usr/lib/erlang/lib/stdlib-*/src/gen_server.erl",
+                        "/usr/lib/erlang/lib/*/src/*.erl"]),
     ("makefile", "make", ["/usr/share/doc/git/contrib/subtree/Makefile",
                           "/usr/share/doc/git/contrib/contacts/Makefile"]),
 ]
@@ -94,6 +107,9 @@ CASES += [(syntax, lexer, [os.path.join(SAMPLES, name)]) for syntax, lexer, name
     ("batch", "batch", "sample.bat"),
     ("scala", "scala", "sample.scala"),
     ("dart", "dart", "sample.dart"),
+    ("elixir", "elixir", "sample.ex"),
+    ("zig", "zig", "sample.zig"),
+    ("julia", "julia", "sample.jl"),
 ]]
 FILES_PER_SYNTAX = 3
 MAX_BYTES = 200_000
@@ -122,13 +138,15 @@ def pygments_class(tok, lexer):
         return None  # what this Pygments cannot read (older ones: CMake bracket comments)
     if lexer in ("cmake", "docker") and tok is String:
         return None  # unquoted arguments are plain text here
-    if lexer in ("ruby", "rhtml") and tok in String.Symbol:
+    if lexer in ("ruby", "rhtml", "elixir", "julia") and tok in String.Symbol:
         return None  # symbols are plain text here
+    if lexer == "nim" and tok in String.Other:
+        return None  # pragmas ({. .}) are a block here; Pygments' rule runs on past their end
     if lexer == "markdown" and tok in Generic.Heading:
         return None  # headings are a block of their own
     if lexer == "ini" and (tok in String or tok in Keyword):
         return None  # values are plain text, section headers a block here
-    if tok in String.Doc and lexer in ("html+php", "rust", "powershell"):
+    if tok in String.Doc and lexer in ("html+php", "rust", "powershell", "nim"):
         return "comment"  # documentation comments (/** */ in PHP, /// in Rust) are comments
     if tok in Comment.Preproc or tok in Comment.PreprocFile:
         return None  # preprocessor lines are a block, not a comment
@@ -248,12 +266,17 @@ def py_classes(lexer, text, lines):
     quote = None  # the open interpolating string's delimiter
     quotes = "\"`'" if lexer in SINGLE_QUOTES_INTERPOLATE else "\"`"
     code = 0  # depth of "#{...}" code inside a string, part of the string here
+    pragma = False  # inside a Nim pragma as Pygments reads it
     for tok, value in lex(text, get_lexer_by_name(lexer, stripnl=False, ensurenl=False)):
         cls = pygments_class(tok, lexer)
         if lexer == "json" and tok in Name.Tag:
             cls = None  # object keys are strings here
         if lexer == "css" and tok in String.Other:
             cls = None  # an unquoted url(...) argument is plain text here
+        if lexer == "nim" and tok in String.Other:  # a pragma: all of it is left out
+            pragma = not value.rstrip().endswith(".}")
+        elif pragma:
+            cls = None
         if quote and tok not in String:
             cls = None  # inside an interpolating string: its parts stay string here
         if tok in String.Interpol and value in ("#{", "${", "\\(", "}", ")"):
