@@ -77,6 +77,17 @@ CASES = [
                                   "/usr/include/GNUstep/Foundation/NSArray.h",
                                   "/usr/share/go-*/src/cmd/link/internal/ld/testdata/*/lib/ObjC.m",
                                   "/usr/include/GNUstep/Foundation/*.h"]),
+    ("fortran", "fortran", ["/usr/lib/gcc/x86_64-linux-gnu/*/finclude/omp_lib.f90",
+                          "/usr/lib/gcc/x86_64-linux-gnu/*/finclude/openacc.f90",
+                          "/usr/share/cmake*/Modules/FortranCInterface/*.f90"]),
+    ("pascal", "pascal", ["/usr/share/doc/fp-units-fcl/*/examples/fcl-base/htdump.pp",
+                        "/usr/share/doc/fp-units-fcl/*/examples/fcl-base/cachetest.pp",
+                        "/usr/share/doc/fp-units-fcl/*/examples/fcl-base/poolmm2.pp",
+                        "/usr/share/doc/fp-units-fcl/*/examples/*/*.pp"]),
+    ("latex", "tex", ["/usr/share/texlive/texmf-dist/tex/latex/base/article.cls",
+                      "/usr/share/texlive/texmf-dist/tex/latex/base/fix-cm.sty",
+                      "/usr/share/texlive/texmf-dist/tex/latex/base/testpage.tex",
+                      "/usr/share/texlive/texmf-dist/tex/latex/base/*.cls"]),
     ("erlang", "erlang", ["/usr/lib/erlang/lib/stdlib-*/src/queue.erl",
                         "/usr/lib/erlang/lib/stdlib-*/src/proplists.erl",
                         "/usr/lib/erlang/lib/stdlib-*/src/gen_server.erl",
@@ -110,6 +121,7 @@ CASES += [(syntax, lexer, [os.path.join(SAMPLES, name)]) for syntax, lexer, name
     ("elixir", "elixir", "sample.ex"),
     ("zig", "zig", "sample.zig"),
     ("julia", "julia", "sample.jl"),
+    ("groovy", "groovy", "sample.groovy"),
 ]]
 FILES_PER_SYNTAX = 3
 MAX_BYTES = 200_000
@@ -142,6 +154,8 @@ def pygments_class(tok, lexer):
         return None  # symbols are plain text here
     if lexer == "nim" and tok in String.Other:
         return None  # pragmas ({. .}) are a block here; Pygments' rule runs on past their end
+    if lexer == "tex" and tok in String:
+        return None  # math delimiters: math is a block here, and TeX has no strings
     if lexer == "markdown" and tok in Generic.Heading:
         return None  # headings are a block of their own
     if lexer == "ini" and (tok in String or tok in Keyword):
@@ -242,7 +256,7 @@ RUBY_PERCENT_AFTER_OPERATOR = re.compile(r"[-+*/|&<>]=?\s*%[iwIWqQ]?[\[({<]")
 
 
 # Lexers whose single-quoted strings interpolate ($name, ${expr}) as double-quoted ones do.
-SINGLE_QUOTES_INTERPOLATE = ("dart", "groovy")
+SINGLE_QUOTES_INTERPOLATE = ("dart",)
 
 
 STRING_PREFIX = re.compile(r"[$@A-Za-z0-9]{1,3}(?=[\"'`#])")
