@@ -709,8 +709,9 @@ private:
     // ---- Blocks
     int BlockStartLength(const TBlock& b) const {
         if (b.IsRegEx())
-            return b.StartRegEx ? std::max(0, b.StartRegEx->MatchAt(T.substr(0, N), p, X.Match))
-                                : 0;
+            return b.StartRegEx && b.StartRegEx->MayStartWith(T[p])
+                       ? std::max(0, b.StartRegEx->MatchAt(T.substr(0, N), p, X.Match))
+                       : 0;
         return StartsAt(T, p, b.Start, Case()) ? int(b.Start.size()) : 0;
     }
 

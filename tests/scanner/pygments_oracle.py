@@ -285,6 +285,8 @@ def py_classes(lexer, text, lines):
         cls = pygments_class(tok, lexer)
         if lexer == "json" and tok in Name.Tag:
             cls = None  # object keys are strings here
+        if lexer in ("erlang", "r") and tok in Name and value[:1] in "'`":
+            cls = None  # quoted atoms and names are blocks of one colour here
         if lexer == "css" and tok in String.Other:
             cls = None  # an unquoted url(...) argument is plain text here
         if lexer == "nim" and tok in String.Other:  # a pragma: all of it is left out
