@@ -20,8 +20,10 @@ const TCase kCases[] = {
     // Raw and line strings, sigils, character literals and quoted names.
     {"a.dart", "var p = r'C:\\'; var n = 1;\n", {{"var n", "var", "Keyword:var"}}},
     {"a.ex",
-     "r = ~r/\"#/\nx = 1 # c\n",
-     {{"~r/\"#/", nullptr, "Block:#Sigil in slashes"}, {"# c", nullptr, "Comment"}}},
+     "r = ~r/\"#/ <> ?\" <> to_string(match?(1))\nx = 1 # c\n",
+     {{"~r/\"#/", nullptr, "Block:#Sigil in slashes"},
+      {"?\"", nullptr, "Block:#Character"},
+      {"# c", nullptr, "Comment"}}},
     {"a.erl",
      "f() -> {'a%b', $\"}. % c\n",
      {{"'a%b'", nullptr, "Block:Quoted atom"},
