@@ -380,6 +380,16 @@ TEST(LanguageOracle, RReservedWordsAreThoseRRenames) {
     EXPECT_EQ(Missing(ours, *renamed), "");
 }
 
+TEST(LanguageOracle, NimReservedWordsAreTheCompilersList) {
+    // The list the nim package ships beside its compiler.
+    auto keywords = WordsOf("cat /usr/lib/nim/doc/keywords.txt");
+    if (!keywords)
+        GTEST_SKIP() << "nim is not installed";
+    const std::set<std::string> ours = ShippedWords("nim.syx", u"Reserved");
+    EXPECT_EQ(Missing(*keywords, ours), "");
+    EXPECT_EQ(Missing(ours, *keywords), "");
+}
+
 TEST(LanguageOracle, GoGroupsAreTheKeywordsAndPredeclaredNames) {
     test::TTempDir dir;
     const auto program = test::WriteFile(dir.Path() / "words.go", kGoPredeclared);
