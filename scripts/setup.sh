@@ -22,7 +22,7 @@ test_pkgs=(
   xvfb xauth icu-devtools dos2unix file diffutils xxd attr libxml2-utils pcre2-utils
   python3 python3-pygments libpython3.11-testsuite
   nodejs rustc default-jdk-headless perl lua5.4 ruby php-cli golang-go
-  erlang-src nim r-base-core libgnustep-base-dev gfortran fp-units-fcl texlive-latex-base
+  erlang-src nim r-base-core libgnustep-base-dev gfortran fp-compiler fp-units-fcl texlive-latex-base
 )
 # Reference tools the benchmark scripts under bench/ run side by side with zvtool.
 bench_pkgs=(

@@ -390,6 +390,29 @@ TEST(LanguageOracle, NimReservedWordsAreTheCompilersList) {
     EXPECT_EQ(Missing(ours, *keywords), "");
 }
 
+// The words Free Pascal (in its Object Pascal mode) refuses as the name of a variable.
+std::optional<std::set<std::string>> PascalRefusedNames(const std::set<std::string>& words) {
+    if (!WordsOf("command -v fpc"))
+        return std::nullopt;
+    // One folder a word, eight compilers at a time.
+    return WordsOf("d=$(mktemp -d) && printf '%s\\n'" + Arguments(words) +
+                   " | xargs -P 8 -I W sh -c 'mkdir \"$0/W\" && cd \"$0/W\" && printf "
+                   "\"program p;\\nvar W: integer;\\nbegin\\nend.\\n\" > w.pas && "
+                   "{ fpc -Mobjfpc -s w.pas >/dev/null 2>&1 || echo W; }' \"$d\"; echo .; "
+                   "rm -rf \"$d\"");
+}
+
+TEST(LanguageOracle, PascalReservedWordsCannotNameAVariableAndDirectivesCan) {
+    const std::set<std::string> reserved = ShippedWords("pascal.syx", u"Reserved");
+    const std::set<std::string> directives = ShippedWords("pascal.syx", u"Directives");
+    auto refusedReserved = PascalRefusedNames(reserved);
+    auto refusedDirectives = PascalRefusedNames(directives);
+    if (!refusedReserved || !refusedDirectives)
+        GTEST_SKIP() << "fpc is not installed";
+    EXPECT_EQ(Missing(reserved, *refusedReserved), "");
+    EXPECT_EQ(Missing(*refusedDirectives, {}), "");
+}
+
 TEST(LanguageOracle, GoGroupsAreTheKeywordsAndPredeclaredNames) {
     test::TTempDir dir;
     const auto program = test::WriteFile(dir.Path() / "words.go", kGoPredeclared);
