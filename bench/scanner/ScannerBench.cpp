@@ -135,6 +135,7 @@ constexpr TLanguageFile kLanguageFiles[] = {
     {"r", "/usr/lib/R/library/stats/demo/lm.glm.R"},
     {"objectivec", "tests/scanner/samples/sample.m"},
     {"fortran", "/usr/lib/gcc/x86_64-linux-gnu/12/finclude/openacc.f90"},
+    {"fortranfixed", "tests/scanner/samples/sample.f"},
     {"pascal", "/usr/share/doc/fp-units-fcl/3.2.2/examples/fcl-base/htdump.pp"},
     {"groovy", "tests/scanner/samples/sample.groovy"},
     {"latex", "/usr/share/texlive/texmf-dist/tex/latex/base/article.cls"},
