@@ -19,6 +19,16 @@ const TCase kCases[] = {
      {{" c =#", nullptr, "Comment"}, {"1", nullptr, "Number"}}},
     // Raw and line strings, sigils, character literals and quoted names.
     {"a.dart", "var p = r'C:\\'; var n = 1;\n", {{"var n", "var", "Keyword:var"}}},
+    // Quotes inside an interpolation do not end its string.
+    {"b.dart",
+     "var s = 'a ${m['k']} b'; var n = 1;\n",
+     {{"'a ${m['k']} b'", nullptr, "String"}, {"var n", "var", "Keyword:var"}}},
+    {"a.scala",
+     "val s = s\"a ${m(\"k\")} b\"; val n = 1\n",
+     {{"\"a ${m(\"k\")} b\"", nullptr, "String"}, {"val n", "val", "Keyword:val"}}},
+    {"a.groovy",
+     "def s = \"a ${m[\"k\"]} b\"; def n = 1\n",
+     {{"\"a ${m[\"k\"]} b\"", nullptr, "String"}, {"def n", "def", "Keyword:def"}}},
     {"a.ex",
      "r = ~r/\"#/ <> ?\" <> to_string(match?(1))\nx = 1 # c\n",
      {{"~r/\"#/", nullptr, "Block:#Sigil in slashes"},
