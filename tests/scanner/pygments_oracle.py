@@ -273,6 +273,8 @@ def py_classes(lexer, text, lines):
         skipped = {row for row, line in enumerate(lines) if SERVER_TAG_IN_VALUE.search(line)}
     if lexer in ("toml", "swift"):
         skipped = triple_quoted_rows(lines)
+    if lexer == "nim":  # the values of a case branch ("of 'a'..'f':") are labels to Pygments
+        skipped = {row for row, line in enumerate(lines) if line.lstrip().startswith("of ")}
     if lexer == "batch":  # "::" comments are labels to Pygments
         skipped = {row for row, line in enumerate(lines) if line.lstrip().startswith("::")}
     if lexer == "ruby":
