@@ -125,6 +125,20 @@ constexpr TLanguageFile kLanguageFiles[] = {
     {"haskell", "tests/scanner/samples/sample.hs"},
     {"powershell", "tests/scanner/samples/sample.ps1"},
     {"batch", "tests/scanner/samples/sample.bat"},
+    {"scala", "tests/scanner/samples/sample.scala"},
+    {"dart", "tests/scanner/samples/sample.dart"},
+    {"elixir", "tests/scanner/samples/sample.ex"},
+    {"erlang", "/usr/lib/erlang/lib/stdlib-4.2/src/gen_server.erl"},
+    {"zig", "tests/scanner/samples/sample.zig"},
+    {"nim", "/usr/lib/nim/lib/pure/parseutils.nim"},
+    {"julia", "tests/scanner/samples/sample.jl"},
+    {"r", "/usr/lib/R/library/stats/demo/lm.glm.R"},
+    {"objectivec", "tests/scanner/samples/sample.m"},
+    {"fortran", "/usr/lib/gcc/x86_64-linux-gnu/12/finclude/openacc.f90"},
+    {"fortranfixed", "tests/scanner/samples/sample.f"},
+    {"pascal", "/usr/share/doc/fp-units-fcl/3.2.2/examples/fcl-base/htdump.pp"},
+    {"groovy", "tests/scanner/samples/sample.groovy"},
+    {"latex", "/usr/share/texlive/texmf-dist/tex/latex/base/article.cls"},
 };
 
 void BM_ColourRunsByLanguage(benchmark::State& state) {

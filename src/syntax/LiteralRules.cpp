@@ -55,12 +55,15 @@ int InterpolationEndAt(std::u16string_view t, int from, const TZvCustomMemoStyle
     const int n = int(t.size());
     if (depth > kMaxInterpolationDepth)
         return n;
+    // An opener ending in "(" (Julia's "$(") closes at its parenthesis, any other at "}".
+    const bool paren = !s.FInterpolation.empty() && s.FInterpolation.back() == u'(';
+    const char16_t open = paren ? u'(' : u'{', close = paren ? u')' : u'}';
     int braces = 1;
     for (int q = from; q < n;) {
         const char16_t c = t[q];
-        if (c == u'{')
+        if (c == open)
             ++braces, ++q;
-        else if (c == u'}') {
+        else if (c == close) {
             if (--braces == 0)
                 return q + 1;
             ++q;

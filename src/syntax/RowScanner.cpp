@@ -226,7 +226,8 @@ private:
         if (S.Block.Id >= 0 && BlockStop())
             return;
         const TBlock* open = OpenBlock();
-        if (open && open->ForceColor && !open->Stop.empty())
+        if (open && open->ForceColor &&
+            (!open->Stop.empty() || (open->LineBlock && Set->FEndOpenBlockAt.empty())))
             return StringBlockText(*open);
         if (NumberStart(c))
             return Number();
@@ -708,8 +709,9 @@ private:
     // ---- Blocks
     int BlockStartLength(const TBlock& b) const {
         if (b.IsRegEx())
-            return b.StartRegEx ? std::max(0, b.StartRegEx->MatchAt(T.substr(0, N), p, X.Match))
-                                : 0;
+            return b.StartRegEx && b.StartRegEx->MayStartWith(T[p])
+                       ? std::max(0, b.StartRegEx->MatchAt(T.substr(0, N), p, X.Match))
+                       : 0;
         return StartsAt(T, p, b.Start, Case()) ? int(b.Start.size()) : 0;
     }
 
@@ -724,7 +726,7 @@ private:
     }
 
     bool OpenBlock(char16_t) {
-        if (S.Block.Id >= 0 && S.Block.Force)
+        if (S.Block.Id >= 0 && (S.Block.Force || !S.Block.HighlightBlocks))
             return false;
         const int first = FirstNonBlank();
         for (int i = 0; i < int(Set->FBlocks.size()) && i < 127; ++i) {
@@ -795,7 +797,9 @@ private:
     // A block coloured as a string: nothing opens inside it; only its end is looked for.
     void StringBlockText(const TBlock& b) {
         int q = p + 1;
-        if (!b.IsRegEx())
+        if (b.Stop.empty() && !b.IsRegEx()) // a line block without closer: the rest of the row
+            q = N;
+        else if (!b.IsRegEx())
             while (q < N && T[q] != b.Stop[0])
                 ++q;
         Emit(p, q, TTokenKind::Block, S.Block.Id);

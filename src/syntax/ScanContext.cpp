@@ -20,6 +20,16 @@ void AddAlternatives(TStarterTable& t, std::u16string_view list) {
     }
 }
 
+// The characters an expression's match may begin with; one that may begin anywhere (or did
+// not compile) sends every character to the full round.
+void AddRegexFirsts(TStarterTable& t, const TStyleRegex* re) {
+    int firsts = 0;
+    for (char16_t c = 0; c < 128; ++c)
+        if (!re || re->MayStartWith(c))
+            t.Starts.set(c), ++firsts;
+    t.AnyRegexBlock |= firsts == 128;
+}
+
 bool IsCssFamily(const TZvCustomMemoStyles& s) {
     std::u16string stem = s.FSyntaxPathName;
     const auto slash = stem.find_last_of(u"/\\");
@@ -44,7 +54,7 @@ TStarterTable BuildStarters(const TZvCustomMemoStyles& s, bool tagMode) {
             t.Starts.set(c == u'1' ? u'"' : c);
     for (const TBlock& b : s.FBlocks) {
         if (b.IsRegEx())
-            t.AnyRegexBlock = true;
+            AddRegexFirsts(t, b.StartRegEx.get());
         else
             AddFirst(t, b.Start);
     }

@@ -111,4 +111,46 @@ inline TColor ExpectedColour(const TZvCustomMemoStyles& s, std::string_view key)
     return kNoColor;
 }
 
+// A file's name and text, and the colours some of its characters must be painted in.
+struct TCheck {
+    const char* Find;   // text whose first occurrence holds the characters to check
+    const char* Part;   // the characters inside it to check; null: all of Find
+    const char* Colour; // key of ExpectedColour
+};
+
+struct TCase {
+    const char* File;
+    const char* Text;
+    std::vector<TCheck> Checks;
+};
+
+// Opens each case's file from a temporary folder with the shipped syntax set and expects
+// every checked character in its colour.
+template <std::size_t N> void ExpectPaintedColours(const TCase (&cases)[N]) {
+    const std::filesystem::path root = ShippedSyntaxFolder().parent_path();
+    TTempDir temp;
+    for (const TCase& c : cases) {
+        TPaintedFile file(root, temp.Path(), c.File, c.Text);
+        ASSERT_TRUE(file.Host().FStyles) << c.File << " has a syntax";
+        for (const TCheck& check : c.Checks) {
+            const std::u16string find = Utf8ToUtf16(check.Find);
+            const std::u16string part = Utf8ToUtf16(check.Part ? check.Part : check.Find);
+            const auto all = file.RunsOf(find);
+            ASSERT_FALSE(all.empty()) << c.File << ": " << check.Find;
+            const std::size_t from = find.find(part);
+            for (std::size_t i = from; i < from + part.size(); ++i) {
+                const TColourRun& run = all[i];
+                const TZvCustomMemoStyles& set =
+                    run.Info.Set ? *run.Info.Set : *file.Host().FStyles;
+                const TColor expected = ExpectedColour(set, check.Colour);
+                ASSERT_NE(expected, kNoColor) << c.File << ": no colour for " << check.Colour;
+                EXPECT_EQ(RunStyle(run, {}).FTextColor, expected)
+                    << c.File << " (" << Utf16ToUtf8(file.Type) << "): character " << i << " of \""
+                    << check.Find << "\" should be " << check.Colour << ", is "
+                    << TokenKindName(run.Info.Kind);
+            }
+        }
+    }
+}
+
 } // namespace zv::test

@@ -6,18 +6,6 @@
 namespace zv::test {
 namespace {
 
-struct TCheck {
-    const char* Find;   // text whose first occurrence holds the characters to check
-    const char* Part;   // the characters inside it to check; null: all of Find
-    const char* Colour; // key of ExpectedColour
-};
-
-struct TCase {
-    const char* File;
-    const char* Text;
-    std::vector<TCheck> Checks;
-};
-
 const TCase kCases[] = {
     // Here-documents only where they can stand.
     {"a.rb", "a << b\nputs 1\n", {{"puts", nullptr, "Keyword:puts"}, {"1", nullptr, "Number"}}},
@@ -129,30 +117,7 @@ const TCase kCases[] = {
 };
 
 TEST(PaintedColours, TheSmallestInputsOfErrorsSeenOnRealFiles) {
-    const std::filesystem::path root = ShippedSyntaxFolder().parent_path();
-    TTempDir temp;
-    for (const TCase& c : kCases) {
-        TPaintedFile file(root, temp.Path(), c.File, c.Text);
-        ASSERT_TRUE(file.Host().FStyles) << c.File << " has a syntax";
-        for (const TCheck& check : c.Checks) {
-            const std::u16string find = Utf8ToUtf16(check.Find);
-            const std::u16string part = Utf8ToUtf16(check.Part ? check.Part : check.Find);
-            const auto all = file.RunsOf(find);
-            ASSERT_FALSE(all.empty()) << c.File << ": " << check.Find;
-            const std::size_t from = find.find(part);
-            for (std::size_t i = from; i < from + part.size(); ++i) {
-                const TColourRun& run = all[i];
-                const TZvCustomMemoStyles& set =
-                    run.Info.Set ? *run.Info.Set : *file.Host().FStyles;
-                const TColor expected = ExpectedColour(set, check.Colour);
-                ASSERT_NE(expected, kNoColor) << c.File << ": no colour for " << check.Colour;
-                EXPECT_EQ(RunStyle(run, {}).FTextColor, expected)
-                    << c.File << " (" << Utf16ToUtf8(file.Type) << "): character " << i << " of \""
-                    << check.Find << "\" should be " << check.Colour << ", is "
-                    << TokenKindName(run.Info.Kind);
-            }
-        }
-    }
+    ExpectPaintedColours(kCases);
 }
 
 } // namespace

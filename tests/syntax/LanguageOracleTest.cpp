@@ -346,6 +346,73 @@ func main() {
 }
 )";
 
+TEST(LanguageOracle, ErlangReservedWordsAreTheScannersOwn) {
+    const std::set<std::string> ours = ShippedWords("erlang.syx", u"Reserved");
+    // The words erl's own scanner reserves, or a language feature (maybe ... else) adds.
+    auto reserved = WordsOf(
+        "WORDS='" + Arguments(ours) +
+        "' erl -noshell -eval 'F = lists:append([erl_features:keywords(X) || X <- "
+        "erl_features:all()]), Ws = [list_to_atom(W) || W <- string:tokens(os:getenv(\"WORDS\"), "
+        "\" \\x27\")], io:format(\". ~s~n\", [lists:join(\" \", [atom_to_list(W) || W <- Ws, "
+        "erl_scan:reserved_word(W) orelse lists:member(W, F)])]), halt().'");
+    if (!reserved)
+        GTEST_SKIP() << "erl is not installed";
+    EXPECT_EQ(Missing(ours, *reserved), "");
+    // Every word of the scanner's fixed table (its source, from erlang-src) is ours.
+    auto table = WordsOf("sed -n \"s/^f_reserved_word('\\([a-z]*\\)') -> true;/\\1/p\" "
+                         "/usr/lib/erlang/lib/stdlib-*/src/erl_scan.erl");
+    if (table) {
+        EXPECT_EQ(Missing(*table, ours), "");
+    }
+}
+
+TEST(LanguageOracle, RReservedWordsAreThoseRRenames) {
+    // make.names appends "." to exactly the reserved words; T and F are ordinary variables.
+    std::set<std::string> ours = ShippedWords("r.syx", u"Reserved");
+    for (const std::string& w : ShippedWords("r.syx", u"Constants"))
+        if (w != "T" && w != "F")
+            ours.insert(w);
+    auto renamed =
+        WordsOf("Rscript -e 'w <- commandArgs(TRUE); cat(\". \", w[make.names(w) != w])'" +
+                Arguments(ours));
+    if (!renamed)
+        GTEST_SKIP() << "Rscript is not installed";
+    EXPECT_EQ(Missing(ours, *renamed), "");
+}
+
+TEST(LanguageOracle, NimReservedWordsAreTheCompilersList) {
+    // The list the nim package ships beside its compiler.
+    auto keywords = WordsOf("cat /usr/lib/nim/doc/keywords.txt");
+    if (!keywords)
+        GTEST_SKIP() << "nim is not installed";
+    const std::set<std::string> ours = ShippedWords("nim.syx", u"Reserved");
+    EXPECT_EQ(Missing(*keywords, ours), "");
+    EXPECT_EQ(Missing(ours, *keywords), "");
+}
+
+// The words Free Pascal (in its Object Pascal mode) refuses as the name of a variable.
+std::optional<std::set<std::string>> PascalRefusedNames(const std::set<std::string>& words) {
+    if (!WordsOf("command -v fpc"))
+        return std::nullopt;
+    // One folder a word, eight compilers at a time.
+    return WordsOf("d=$(mktemp -d) && printf '%s\\n'" + Arguments(words) +
+                   " | xargs -P 8 -I W sh -c 'mkdir \"$0/W\" && cd \"$0/W\" && printf "
+                   "\"program p;\\nvar W: integer;\\nbegin\\nend.\\n\" > w.pas && "
+                   "{ fpc -Mobjfpc -s w.pas >/dev/null 2>&1 || echo W; }' \"$d\"; echo .; "
+                   "rm -rf \"$d\"");
+}
+
+TEST(LanguageOracle, PascalReservedWordsCannotNameAVariableAndDirectivesCan) {
+    const std::set<std::string> reserved = ShippedWords("pascal.syx", u"Reserved");
+    const std::set<std::string> directives = ShippedWords("pascal.syx", u"Directives");
+    auto refusedReserved = PascalRefusedNames(reserved);
+    auto refusedDirectives = PascalRefusedNames(directives);
+    if (!refusedReserved || !refusedDirectives)
+        GTEST_SKIP() << "fpc is not installed";
+    EXPECT_EQ(Missing(reserved, *refusedReserved), "");
+    EXPECT_EQ(Missing(*refusedDirectives, {}), "");
+}
+
 TEST(LanguageOracle, GoGroupsAreTheKeywordsAndPredeclaredNames) {
     test::TTempDir dir;
     const auto program = test::WriteFile(dir.Path() / "words.go", kGoPredeclared);

@@ -148,6 +148,18 @@ TEST_F(SyxReader, BlockFaultsWarnAndRegularExpressionBlocksCompile) {
         EXPECT_TRUE(HasWarning(w)) << w;
 }
 
+TEST_F(SyxReader, BlockExpressionsIgnoreCaseAndTheirFirstCharacterTestAgrees) {
+    auto s = Load("[Block]\nB_Name=#Word\nB_Start=Begin\\b\nB_End=End\\b\n");
+    ASSERT_TRUE(s && s->FBlocks.size() == 1u && s->FBlocks[0].StartRegEx);
+    const TStyleRegex& start = *s->FBlocks[0].StartRegEx;
+    TRegexMatch scratch;
+    for (const std::u16string row : {u"Begin x", u"begin x", u"BEGIN x"}) {
+        EXPECT_EQ(start.MatchAt(row, 0, scratch), 5) << Utf16ToUtf8(row);
+        EXPECT_TRUE(start.MayStartWith(row[0])) << Utf16ToUtf8(row);
+    }
+    EXPECT_FALSE(start.MayStartWith(u'x')); // the quick test still rules characters out
+}
+
 TEST_F(SyxReader, UnknownFoldLevelWarnsAndFoldsNothing) {
     auto s = Load("[Fold]\nF_Id=sub\nF_Level=deep\n");
     ASSERT_TRUE(s);
