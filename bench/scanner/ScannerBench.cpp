@@ -125,6 +125,19 @@ constexpr TLanguageFile kLanguageFiles[] = {
     {"haskell", "tests/scanner/samples/sample.hs"},
     {"powershell", "tests/scanner/samples/sample.ps1"},
     {"batch", "tests/scanner/samples/sample.bat"},
+    {"scss", "/usr/share/nodejs/bootstrap/scss/mixins/_grid.scss"},
+    {"less", "/usr/share/javascript/bootstrap/less/buttons.less"},
+    {"gas", "/usr/share/go-1.19/src/runtime/cgo/gcc_amd64.S"},
+    {"nasm", "tests/scanner/samples/sample.asm"},
+    {"hcl", "tests/scanner/samples/sample.tf"},
+    {"nginx", "/etc/nginx/sites-available/default"},
+    {"apache", "tests/scanner/samples/apache2.sample.conf"},
+    {"editorconfig", "tests/scanner/samples/sample.editorconfig"},
+    {"tsx", "tests/scanner/samples/sample.tsx"},
+    {"jsx", "tests/scanner/samples/sample.jsx"},
+    {"jinja", "tests/scanner/samples/sample.j2"},
+    {"twig", "tests/scanner/samples/sample.twig"},
+    {"aspx", "tests/scanner/samples/sample.aspx"},
 };
 
 void BM_ColourRunsByLanguage(benchmark::State& state) {

@@ -41,10 +41,12 @@ TStyleRegex::TStyleRegex(std::u16string_view pattern, bool caseless) {
     std::uint32_t type = 0, unit = 0;
     const std::uint8_t* bitmap = nullptr;
     pcre2_pattern_info(FCode, PCRE2_INFO_FIRSTCODETYPE, &type);
-    if (type == 1 && pcre2_pattern_info(FCode, PCRE2_INFO_FIRSTCODEUNIT, &unit) == 0 && !caseless &&
-        unit < 255) {
+    if (type == 1 && pcre2_pattern_info(FCode, PCRE2_INFO_FIRSTCODEUNIT, &unit) == 0 &&
+        unit < 255 && (!caseless || unit < 128)) {
         FAnyStart = false;
         FStarts.set(unit);
+        if (caseless && ((unit | 0x20) >= 'a' && (unit | 0x20) <= 'z'))
+            FStarts.set(unit ^ 0x20); // the other case of an ASCII letter
     } else if (type == 0 && pcre2_pattern_info(FCode, PCRE2_INFO_FIRSTBITMAP, &bitmap) == 0 &&
                bitmap) {
         FAnyStart = false;

@@ -1061,7 +1061,8 @@ private:
     bool KeywordsAllowed(const TBlock* open) const {
         if (S.Block.Id == -2 || (open && (!open->HighlightKeywords || S.Block.Force)))
             return false;
-        return !C.TagMode() || InScript() || Set->FAllowHighlightBetweenTags;
+        // A block of a tag-mode syntax is template code ({% if %}): its keywords count.
+        return !C.TagMode() || InScript() || Set->FAllowHighlightBetweenTags || open;
     }
 
     // Colours the word [p, q) and returns where the walk goes on: behind the word, or behind

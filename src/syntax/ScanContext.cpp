@@ -20,6 +20,20 @@ void AddAlternatives(TStarterTable& t, std::u16string_view list) {
     }
 }
 
+// The characters an expression's match may begin with; false when it can begin with any
+// (then every character has to try it).
+bool AddRegexFirsts(TStarterTable& t, const TStyleRegex* re) {
+    if (!re)
+        return true;
+    std::bitset<128> firsts;
+    for (char16_t c = 0; c < 128; ++c)
+        firsts.set(c, re->MayStartWith(c));
+    if (firsts.all())
+        return false;
+    t.Starts |= firsts;
+    return true;
+}
+
 bool IsCssFamily(const TZvCustomMemoStyles& s) {
     std::u16string stem = s.FSyntaxPathName;
     const auto slash = stem.find_last_of(u"/\\");
@@ -43,10 +57,10 @@ TStarterTable BuildStarters(const TZvCustomMemoStyles& s, bool tagMode) {
         if (c && c < 128)
             t.Starts.set(c == u'1' ? u'"' : c);
     for (const TBlock& b : s.FBlocks) {
-        if (b.IsRegEx())
-            t.AnyRegexBlock = true;
-        else
+        if (!b.IsRegEx())
             AddFirst(t, b.Start);
+        else if (!AddRegexFirsts(t, b.StartRegEx.get()))
+            t.AnyRegexBlock = true;
     }
     for (char16_t c : {u'(', u')', u'{', u'}', u'[', u']'})
         t.Starts.set(c);
