@@ -192,6 +192,12 @@ const TCase kCases[] = {
     {".editorconfig",
      "[*.py]\nindent_size = 4\n",
      {{"indent_size", nullptr, "Keyword:indent_size"}}},
+    {"site",
+     "# vim: set ft=nginx:\nserver { listen 80; }\n",
+     {{"listen", nullptr, "Keyword:listen"}}},
+    {"orders",
+     "<%@ Page Language=\"C#\" %>\n<p>Don't</p><% int x; %>\n",
+     {{"Don't", nullptr, "Text"}, {"int", nullptr, "Keyword:int"}}},
 };
 
 TEST(PaintedColours, TheSmallestInputsOfErrorsSeenOnRealFiles) {
