@@ -138,6 +138,7 @@ constexpr TLanguageFile kLanguageFiles[] = {
     {"jinja", "tests/scanner/samples/sample.j2"},
     {"twig", "tests/scanner/samples/sample.twig"},
     {"aspx", "tests/scanner/samples/sample.aspx"},
+    {"vbscript", "tests/scanner/samples/sample.vbs"},
 };
 
 void BM_ColourRunsByLanguage(benchmark::State& state) {

@@ -114,6 +114,8 @@ CASES += [(syntax, lexer, [os.path.join(SAMPLES, name)]) for syntax, lexer, name
     ("jinja", "html+jinja", "sample.j2"),
     ("twig", "html+twig", "sample.twig"),
     ("aspx", "aspx-cs", "sample.aspx"),
+    ("vbscript", "vbscript", "sample.vbs"),
+    ("vue", "vue", "sample.vue"),
 ]]
 FILES_PER_SYNTAX = 3
 MAX_BYTES = 200_000
