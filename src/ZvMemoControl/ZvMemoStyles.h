@@ -175,6 +175,7 @@ public:
     bool FCharVerbatim = false; // strings of FCharSymbol know no escapes (shell single quotes)
     bool FCharShort = false;    // a character literal opens only when it closes within 12 units
                                 // of its row (Rust's lifetime 'a is none)
+    bool FQuoteStringsOnLine = false; // Char and String strings end with their row; String2 not
     // When set, a string opens only where the last non-blank in front of it on the row is one
     // of these characters, or there is none (YAML: a quote inside a plain scalar is text).
     std::u16string FStringOnlyAfter;

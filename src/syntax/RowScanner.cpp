@@ -849,7 +849,7 @@ private:
                 P.Set(spVerbatim, true);
             P.BracketId = std::int8_t(k);
             P.Set(spStringStart, true);
-            P.Set(spStringOnLine, Set->FStringLine);
+            P.Set(spStringOnLine, Set->FStringLine || (k < 2 && Set->FQuoteStringsOnLine));
             ContinueString(p + 1, p);
             return true;
         }

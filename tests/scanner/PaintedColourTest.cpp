@@ -172,6 +172,9 @@ const TCase kCases[] = {
      {{"It's", nullptr, "Block:#JSX element"},
       {"let", nullptr, "Keyword:let"},
       {"'z'", nullptr, "String"}}},
+    {"b.tsx", // a start tag over rows opens no element: the quote ends with its row
+     "const x = (\n  <p\n    id=\"a\">Don't</p>\n);\nlet y = 1;\n",
+     {{"let", nullptr, "Keyword:let"}}},
     // Languages known by extension or name.
     {"a.scss",
      "$a: 1px; // c\n.b { font-size: $a; }\n",
