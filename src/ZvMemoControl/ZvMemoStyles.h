@@ -121,7 +121,8 @@ public:
 
     // The hint while a CSS value is typed (TCssHelp::Hint); empty outside a CSS-family syntax.
     std::u16string LoadCSSHint(std::u16string_view property, std::u16string_view value);
-    // The CSS help file (the definition's path with ".xml"), parsed on first use.
+    // The CSS help file (the definition's path with ".xml", else "css.xml" beside it), parsed
+    // on first use.
     const TCssHelp& CssHelp();
 
     // Identity
