@@ -139,6 +139,20 @@ constexpr TLanguageFile kLanguageFiles[] = {
     {"pascal", "/usr/share/doc/fp-units-fcl/3.2.2/examples/fcl-base/htdump.pp"},
     {"groovy", "tests/scanner/samples/sample.groovy"},
     {"latex", "/usr/share/texlive/texmf-dist/tex/latex/base/article.cls"},
+    {"scss", "/usr/share/nodejs/bootstrap/scss/mixins/_grid.scss"},
+    {"less", "/usr/share/javascript/bootstrap/less/buttons.less"},
+    {"gas", "/usr/share/go-1.19/src/runtime/cgo/gcc_amd64.S"},
+    {"nasm", "tests/scanner/samples/sample.asm"},
+    {"hcl", "tests/scanner/samples/sample.tf"},
+    {"nginx", "/etc/nginx/sites-available/default"},
+    {"apache", "tests/scanner/samples/apache2.sample.conf"},
+    {"editorconfig", "tests/scanner/samples/sample.editorconfig"},
+    {"tsx", "tests/scanner/samples/sample.tsx"},
+    {"jsx", "tests/scanner/samples/sample.jsx"},
+    {"jinja", "tests/scanner/samples/sample.j2"},
+    {"twig", "tests/scanner/samples/sample.twig"},
+    {"aspx", "tests/scanner/samples/sample.aspx"},
+    {"vbscript", "tests/scanner/samples/sample.vbs"},
 };
 
 void BM_ColourRunsByLanguage(benchmark::State& state) {

@@ -228,6 +228,8 @@ const TCssHelp& TZvCustomMemoStyles::CssHelp() {
         std::filesystem::path path(Utf16ToUtf8(FSyntaxPathName));
         path.replace_extension(".xml");
         std::error_code ec;
+        if (!std::filesystem::exists(path, ec)) // SCSS and Less take the values of CSS
+            path.replace_filename("css.xml");
         FCSSFileDate = std::filesystem::last_write_time(path, ec);
         if (ec)
             FCSSFileDate = {};

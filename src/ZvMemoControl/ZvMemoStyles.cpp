@@ -82,7 +82,7 @@ int TZvCustomMemoStyles::FindTag(std::u16string_view name, bool caseSensitive) c
 
 bool TZvCustomMemoStyles::IsCssFamily() const {
     return EqualsAsciiNoCase(FSyntaxName, u"css") || EqualsAsciiNoCase(FSyntaxName, u"sass") ||
-           EqualsAsciiNoCase(FSyntaxName, u"less");
+           EqualsAsciiNoCase(FSyntaxName, u"scss") || EqualsAsciiNoCase(FSyntaxName, u"less");
 }
 
 } // namespace zv

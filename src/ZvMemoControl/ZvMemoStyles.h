@@ -121,7 +121,8 @@ public:
 
     // The hint while a CSS value is typed (TCssHelp::Hint); empty outside a CSS-family syntax.
     std::u16string LoadCSSHint(std::u16string_view property, std::u16string_view value);
-    // The CSS help file (the definition's path with ".xml"), parsed on first use.
+    // The CSS help file (the definition's path with ".xml", else "css.xml" beside it), parsed
+    // on first use.
     const TCssHelp& CssHelp();
 
     // Identity
@@ -175,6 +176,7 @@ public:
     bool FCharVerbatim = false; // strings of FCharSymbol know no escapes (shell single quotes)
     bool FCharShort = false;    // a character literal opens only when it closes within 12 units
                                 // of its row (Rust's lifetime 'a is none)
+    bool FQuoteStringsOnLine = false; // Char and String strings end with their row; String2 not
     // When set, a string opens only where the last non-blank in front of it on the row is one
     // of these characters, or there is none (YAML: a quote inside a plain scalar is text).
     std::u16string FStringOnlyAfter;

@@ -167,7 +167,7 @@ std::u16string GetColorAtXY(std::u16string_view row, int x, std::u16string_view 
     std::u16string lower;
     for (char16_t c : syntax)
         lower.push_back(Lower(c));
-    const bool css = lower == u"css" || lower == u"sass" || lower == u"less";
+    const bool css = lower == u"css" || lower == u"sass" || lower == u"scss" || lower == u"less";
     const bool full = css || lower == u"html";
     int start = std::min(x, int(row.size()) - 1), end = start;
     while (start > 0 && IsWordPart(row[start - 1]))

@@ -15,7 +15,7 @@ using TNamedColour = std::function<std::optional<std::u16string>(std::u16string_
 
 // The colour written around 0-based column `x` of `row`, as "#rrggbb" (the alpha of an
 // eight-digit or rgba/hsla form is dropped). `syntax` is the syntax name: outside "Html" and
-// the CSS family ("css", "sass", "less") only "#" forms and rgb() are recognised. Returns
+// the CSS family ("css", "sass", "scss", "less") only "#" forms and rgb() are recognised. Returns
 // "#ffffff" when nothing is recognised.
 std::u16string GetColorAtXY(std::u16string_view row, int x, std::u16string_view syntax,
                             const TNamedColour& named = {});

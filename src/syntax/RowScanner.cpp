@@ -853,7 +853,7 @@ private:
                 P.Set(spVerbatim, true);
             P.BracketId = std::int8_t(k);
             P.Set(spStringStart, true);
-            P.Set(spStringOnLine, Set->FStringLine);
+            P.Set(spStringOnLine, Set->FStringLine || (k < 2 && Set->FQuoteStringsOnLine));
             ContinueString(p + 1, p);
             return true;
         }
@@ -1065,7 +1065,8 @@ private:
     bool KeywordsAllowed(const TBlock* open) const {
         if (S.Block.Id == -2 || (open && (!open->HighlightKeywords || S.Block.Force)))
             return false;
-        return !C.TagMode() || InScript() || Set->FAllowHighlightBetweenTags;
+        // A block of a tag-mode syntax is template code ({% if %}): its keywords count.
+        return !C.TagMode() || InScript() || Set->FAllowHighlightBetweenTags || open;
     }
 
     // Colours the word [p, q) and returns where the walk goes on: behind the word, or behind

@@ -84,7 +84,7 @@ struct TOptionKey {
     TOptionFn Set;
 };
 
-constexpr std::array<TOptionKey, 63> kOptionKeys{{
+constexpr std::array<TOptionKey, 64> kOptionKeys{{
     {u"LineCommentA", SetText<&TStyles::FLineCommentA>},
     {u"LineCommentB", SetText<&TStyles::FLineCommentB>},
     {u"CommentStartA", SetText<&TStyles::FCommentStartA>},
@@ -104,6 +104,7 @@ constexpr std::array<TOptionKey, 63> kOptionKeys{{
     {u"VerbatimStringStart", SetChar<&TStyles::FVerbatimStringStart>},
     {u"CharVerbatim", SetFlag<&TStyles::FCharVerbatim>},
     {u"CharShort", SetFlag<&TStyles::FCharShort>},
+    {u"QuoteStringsOnLine", SetFlag<&TStyles::FQuoteStringsOnLine>},
     {u"StringOnlyAfter", SetText<&TStyles::FStringOnlyAfter>},
     {u"HexIdentifier", SetText<&TStyles::FHexIdentifier>},
     {u"Escape", SetText<&TStyles::FEscape>},

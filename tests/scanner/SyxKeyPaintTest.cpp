@@ -75,6 +75,7 @@ const TKeyCase kKeys[] = {
     {"PercentLiterals", "", "PercentLiterals=1\n", "", "", "x = %w[int if]"},
     {"StringOnlyAfter", "String=\"\n", "StringOnlyAfter=:\n", "", "", "a: b \"int\""},
     {"CharShort", "Char='\n", "CharShort=1\n", "", "", "f<'a> int 'x'"},
+    {"QuoteStringsOnLine", "String=\"\n", "QuoteStringsOnLine=1\n", "", "", "a \"b\nint"},
     {"WordChars", "", "WordChars=-\n", "[Keywords]\nProperties=font-size\n", "", "font-size"},
     {"BlockEsc", "", "BlockEsc=\\\n", "[Block]\nB_Name=B\nB_Start=<%\nB_End=%>\n", "", "\\<% int"},
     {"CommentEsc", "CommentStartA=/*\nCommentEndA=*/\n", "CommentEsc=\\\n", "", "", "\\/* int"},

@@ -22,7 +22,8 @@ try:
     from pygments import lex
     from pygments.lexers import get_lexer_by_name
     from pygments.util import ClassNotFound
-    from pygments.token import Comment, Error, Generic, Keyword, Name, Number, String, Text, Whitespace
+    from pygments.token import (Comment, Error, Generic, Keyword, Name, Number, Operator,
+                                Punctuation, String, Text, Whitespace)
 except ImportError:
     print("skipped: Pygments is not installed (Debian package python3-pygments)")
     sys.exit(77)
@@ -98,6 +99,19 @@ CASES = [
                         "/usr/lib/erlang/lib/*/src/*.erl"]),
     ("makefile", "make", ["/usr/share/doc/git/contrib/subtree/Makefile",
                           "/usr/share/doc/git/contrib/contacts/Makefile"]),
+    ("scss", "scss", ["/usr/share/sass/font-awesome/_mixins.scss",
+                      "/usr/share/nodejs/bootstrap/scss/_buttons.scss",
+                      "/usr/share/nodejs/bootstrap/scss/mixins/_grid.scss"]),
+    ("less", "less", ["/usr/share/fonts-font-awesome/less/mixins.less",
+                      "/usr/share/javascript/bootstrap/less/mixins/grid-framework.less",
+                      "/usr/share/javascript/bootstrap/less/buttons.less"]),
+    ("gas", "gas", ["/usr/share/go-1*/src/runtime/cgo/gcc_amd64.S",
+                    "/usr/share/go-1*/src/runtime/cgo/gcc_386.S"]),
+    ("nginx", "nginx", ["/etc/nginx/nginx.conf", "/etc/nginx/sites-available/default",
+                        "/etc/nginx/snippets/fastcgi-php.conf"]),
+    ("apache", "apacheconf", ["/etc/apache2/conf-available/*.conf",
+                              os.path.join(os.path.dirname(os.path.abspath(__file__)),
+                                           "samples", "apache2.sample.conf")]),
 ]
 # Languages without files from Debian packages on the machine: files of our own, written
 # from the languages' references.
@@ -126,6 +140,16 @@ CASES += [(syntax, lexer, [os.path.join(SAMPLES, name)]) for syntax, lexer, name
     ("zig", "zig", "sample.zig"),
     ("julia", "julia", "sample.jl"),
     ("groovy", "groovy", "sample.groovy"),
+    ("nasm", "nasm", "sample.asm"),
+    ("hcl", "terraform", "sample.tf"),
+    ("editorconfig", "ini", "sample.editorconfig"),
+    ("tsx", "tsx", "sample.tsx"),
+    ("jsx", "jsx", "sample.jsx"),
+    ("jinja", "html+jinja", "sample.j2"),
+    ("twig", "html+twig", "sample.twig"),
+    ("aspx", "aspx-cs", "sample.aspx"),
+    ("vbscript", "vbscript", "sample.vbs"),
+    ("vue", "vue", "sample.vue"),
 ]]
 FILES_PER_SYNTAX = 3
 MAX_BYTES = 200_000
@@ -152,8 +176,10 @@ def pygments_class(tok, lexer):
     """The class of a Pygments token; None for the parts left out on purpose."""
     if tok in Error:
         return None  # what this Pygments cannot read (older ones: CMake bracket comments)
-    if lexer in ("cmake", "docker") and tok is String:
-        return None  # unquoted arguments are plain text here
+    if lexer in ("cmake", "docker", "nginx", "apacheconf") and tok is String:
+        return None  # unquoted arguments are plain text here (nginx: all arguments to Pygments)
+    if lexer == "apacheconf" and tok in String.Other:
+        return None  # unquoted paths, as above
     if lexer in ("ruby", "rhtml", "elixir", "julia") and tok in String.Symbol:
         return None  # symbols are plain text here
     if lexer == "nim" and tok in String.Other:
@@ -261,6 +287,57 @@ RUBY_PERCENT_AFTER_OPERATOR = re.compile(r"[-+*/|&<>]=?\s*%[iwIWqQ]?[\[({<]")
 
 # Lexers whose single-quoted strings interpolate ($name, ${expr}) as double-quoted ones do.
 SINGLE_QUOTES_INTERPOLATE = ("dart",)
+class JsxElements:
+    """Follows Pygments' JSX tokens: inside() is true for those of an element (tags,
+    attributes, the text and expressions inside), which this design colours as one block.
+    A "<" right behind a name is a type's generic arguments (Array<T>), which Pygments reads
+    as a tag."""
+
+    def __init__(self):
+        self.in_tag = self.closing = self.generic = self.word_before = False
+        self.depth, self.last = 0, None
+
+    def inside(self, tok, value):
+        inside = self.in_tag or self.depth > 0
+        blank = tok in Text and not value.strip()
+        if tok in Name.Tag and not self.generic:
+            self.in_tag, self.closing, inside = True, self.last == "</", True
+        elif tok in Punctuation and value == ">" and self.in_tag:
+            self.in_tag = False
+            self.depth += -1 if self.closing or self.last == "/" else 1
+        elif tok in Punctuation and value in ("<>", "</>"):
+            self.depth, inside = self.depth + (1 if value == "<>" else -1), True
+        self.depth = max(self.depth, 0)
+        if tok in Punctuation and value == "<":
+            self.generic = self.word_before
+        elif not blank and tok not in Name.Tag:
+            self.generic = False
+        if tok in Punctuation:
+            self.last = value
+        if not blank:
+            self.word_before = (tok in Name or tok in Keyword.Type) and not inside
+        return inside
+
+
+def delimited_rows(lines, opener, closer):
+    """Rows of the regions from `opener` to `closer`."""
+    rows, inside = set(), False
+    for row, line in enumerate(lines):
+        at = line.find(opener)
+        if inside or at >= 0:
+            rows.add(row)
+            inside = closer not in line[at + len(opener) if not inside else 0:]
+    return rows
+
+
+def error_rows(lexer, text):
+    """Rows holding a token Pygments could not read."""
+    rows, row = set(), 0
+    for tok, value in lex(text, get_lexer_by_name(lexer, stripnl=False, ensurenl=False)):
+        if tok in Error:
+            rows.add(row)
+        row += value.count("\n")
+    return rows
 
 
 STRING_PREFIX = re.compile(r"[$@A-Za-z0-9]{1,3}(?=[\"'`#])")
@@ -282,17 +359,37 @@ def py_classes(lexer, text, lines):
                    if RUBY_PERCENT_AFTER_OPERATOR.search(line)}
     if lexer == "cmake":
         skipped = cmake_rows(lines)
+    if lexer.startswith("aspx"):  # server comments are code to Pygments, styles text
+        skipped = delimited_rows(lines, "<%--", "--%>") | delimited_rows(lines, "<style", "</style>")
+    if lexer in ("scss", "less"):  # rows where this Pygments lost its way (mixin calls)
+        skipped = error_rows(lexer, text)
     row, col = 0, 0
     quote = None  # the open interpolating string's delimiter
     quotes = "\"`'" if lexer in SINGLE_QUOTES_INTERPOLATE else "\"`"
     code = 0  # depth of "#{...}" code inside a string, part of the string here
     pragma = False  # inside a Nim pragma as Pygments reads it
+    slash_at, unread_row = None, -1  # a "/" operator's position; a row left out from there
+    jsx = JsxElements()
     for tok, value in lex(text, get_lexer_by_name(lexer, stripnl=False, ensurenl=False)):
         cls = pygments_class(tok, lexer)
+        if lexer in ("tsx", "jsx") and jsx.inside(tok, value):
+            cls = None  # JSX elements are a block of their own here
+        if lexer in ("scss", "less") and tok in Operator and value == "/":
+            # Pygments 2.14 reads a "//" comment as two operators in Less, and in SCSS
+            # behind a value or an interpolation: the row is left out from there on.
+            if slash_at == (row, col - 1):
+                classes[row][col - 1], unread_row = None, row
+            slash_at = (row, col)
+        if row == unread_row:
+            cls = None
         if lexer == "json" and tok in Name.Tag:
             cls = None  # object keys are strings here
         if lexer in ("erlang", "r") and tok in Name and value[:1] in "'`":
             cls = None  # quoted atoms and names are blocks of one colour here
+        if lexer == "terraform" and tok in Name and value.startswith('"'):
+            cls = "string"  # a block's quoted labels are strings here
+        if lexer == "terraform" and tok in String and '", "' in value:
+            cls = None  # Pygments 2.14 runs the strings of a list into one
         if lexer == "css" and tok in String.Other:
             cls = None  # an unquoted url(...) argument is plain text here
         if lexer == "nim" and tok in String.Other:  # a pragma: all of it is left out

@@ -151,7 +151,7 @@ TEST_F(RegionSwitch, EnteringAndLeavingAScriptRegion) {
 
 TEST_F(RegionSwitch, EmptySlotsAndSwitchedOffMultiSyntaxChangeNothing) {
     const TStylesPtr html = FMemo.FStyles;
-    FMemo.SetHtmlStylePointer(scVB, FState, true, false); // no VBScript syntax shipped
+    FMemo.SetHtmlStylePointer(scCF, FState, true, false); // no ColdFusion syntax shipped
     EXPECT_EQ(FMemo.FStyles, html);
     FMemo.FHtmlMultiSyntax = false;
     FMemo.SetHtmlStylePointer(scCSS, FState, true, true);

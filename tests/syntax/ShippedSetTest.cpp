@@ -82,5 +82,21 @@ TEST(ShippedSet, CssHelpKnowsEveryColouredPropertyAndEachHasValues) {
     EXPECT_NE(css.LoadCSSHint(u"color", u"oklch()").find(u"lightness"), std::u16string::npos);
 }
 
+TEST(ShippedSet, ScssAndLessCompleteTheValuesOfCss) {
+    for (const auto& [file, type] :
+         {std::pair{"scss.syx", u"SCSS"}, std::pair{"less.syx", u"Less"}}) {
+        TZvSyntax syntax;
+        TMemoStyleHost memo;
+        ASSERT_TRUE(
+            syntax.LoadStyleFromFile(&memo, U16(ShippedSyntaxFolder() / file), type, 1, u""));
+        TCompletionList display;
+        memo.FStyles->LoadKeyList(u"AutoComplete", u"display:", display);
+        EXPECT_TRUE(std::any_of(display.begin(), display.end(), [](const TCompletionItem& i) {
+            return i.Insert == u"flex";
+        })) << file;
+        EXPECT_FALSE(memo.FStyles->LoadCSSHint(u"color", u"oklch()").empty()) << file;
+    }
+}
+
 } // namespace
 } // namespace zv
