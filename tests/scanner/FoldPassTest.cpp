@@ -4,6 +4,8 @@
 // Folding all and unfolding all restores every row.
 #include "FoldSupport.h"
 
+#include "ZvMemoControl/ZvMemo.h"
+
 #include <algorithm>
 #include <random>
 #include <set>
@@ -240,6 +242,98 @@ TEST(FoldPass, ClosingHidesTheBodyAndOpeningAnOuterFoldOpensTheInnerOnes) {
     EXPECT_EQ(doc.Store.VisibleCount(), doc.Store.Count());
     EXPECT_FALSE(IsFoldClosed(doc.Store, 1));
     EXPECT_FALSE(ToggleNode(doc.Store, 4, false)); // no head
+}
+
+} // namespace
+} // namespace zv::test
+
+namespace zv::test {
+namespace {
+
+// A control over a scanned C document with its folds built.
+struct TFoldedMemo {
+    explicit TFoldedMemo(std::u16string_view text) : Doc("c", text) {
+        Memo.SetLines(&Doc.Store);
+        Rebuild();
+    }
+    void Rebuild() {
+        Doc.Scanner->ClearLineStylesFrom(0);
+        Doc.SweepAll();
+        TFoldTemp temp;
+        EXPECT_TRUE(RunFoldPass(*Doc.Scanner, {}, temp, false));
+        UpdateFoldData(Doc.Store, temp);
+    }
+    TScanDoc Doc;
+    TZvMemo Memo;
+};
+
+TEST(FoldCommands, FoldAllAndUnfoldAllKeepTextRowsAndACaretThatStaysShown) {
+    for (unsigned seed = 1; seed <= 10; ++seed) {
+        TCWriter w;
+        w.Rng.seed(seed);
+        for (int n = 0; n < 4; ++n)
+            w.Block(0, false);
+        w.Line(0, u"int end;");
+        TFoldedMemo m(w.Text);
+        const int row = int(w.Rng() % unsigned(m.Doc.Store.Count()));
+        m.Memo.SetTextCursor(0, row);
+        // Where the caret goes: the head of the outermost fold that hides its row.
+        int expected = row;
+        for (const auto& [first, last, level, item] : w.Folds)
+            if (level == 1 && row > first && row <= last)
+                expected = first;
+        const std::u16string text = m.Doc.Store.GetText();
+        const int rows = m.Doc.Store.Count();
+        ASSERT_TRUE(m.Memo.acnFoldAll());
+        EXPECT_EQ(m.Memo.Caret().Y, expected) << "seed " << seed;
+        EXPECT_FALSE(m.Doc.Store.GetHiddenLine(m.Memo.Caret().Y));
+        ASSERT_TRUE(m.Memo.acnUnfoldAll());
+        EXPECT_EQ(m.Memo.Caret().Y, expected);
+        EXPECT_EQ(m.Doc.Store.GetText(), text);
+        EXPECT_EQ(m.Doc.Store.Count(), rows);
+        EXPECT_EQ(m.Doc.Store.VisibleCount(), rows);
+    }
+}
+
+TEST(FoldCommands, CaretCopySearchAndEditsAroundAClosedFold) {
+    const std::u16string_view text = u"int a;\nvoid f() {\n    x();\n    y();\n}\nint b;";
+    TFoldedMemo m(text);
+    ASSERT_TRUE(m.Memo.ToggleFoldAt(1));
+    // The caret steps over the hidden rows, both ways.
+    m.Memo.SetTextCursor(0, 1);
+    m.Memo.MoveCursor(0, 1, 0);
+    EXPECT_EQ(m.Memo.Caret().Y, 5);
+    m.Memo.MoveCursor(0, -1, 0);
+    EXPECT_EQ(m.Memo.Caret().Y, 1);
+    // A copy across the fold holds the hidden lines.
+    m.Memo.SetSelection({0, 1}, {0, 5});
+    EXPECT_EQ(m.Memo.GetSelection(), u"void f() {\n    x();\n    y();\n}\n");
+    EXPECT_TRUE(IsFoldClosed(m.Doc.Store, 1));
+    // Typing on the head keeps the fold closed; a line end there opens it.
+    m.Memo.SetTextCursor(4, 1);
+    ASSERT_TRUE(m.Memo.InsertText(u"z"));
+    EXPECT_TRUE(IsFoldClosed(m.Doc.Store, 1));
+    m.Memo.SetTextCursor(m.Memo.RowLength(1), 1);
+    ASSERT_TRUE(m.Memo.InsertText(u"\n"));
+    EXPECT_FALSE(IsFoldClosed(m.Doc.Store, 1));
+    EXPECT_EQ(m.Doc.Store.VisibleCount(), m.Doc.Store.Count());
+    // Backspace at the start of the row below a closed fold opens it.
+    m.Rebuild();
+    ASSERT_TRUE(m.Memo.ToggleFoldAt(1));
+    m.Memo.SetTextCursor(0, 6);
+    ASSERT_TRUE(m.Memo.Backspace());
+    EXPECT_EQ(m.Doc.Store.VisibleCount(), m.Doc.Store.Count());
+    // A search hit or a go-to inside a closed fold shows it.
+    m.Rebuild();
+    ASSERT_TRUE(m.Memo.ToggleFoldAt(1));
+    m.Memo.SetSelection({4, 3}, {6, 3});
+    EXPECT_FALSE(m.Doc.Store.GetHiddenLine(3));
+    EXPECT_EQ(m.Memo.Caret(), (TZvPos{6, 3}));
+    // Fold start and end from inside the body.
+    EXPECT_TRUE(m.Memo.acnGoToFoldEnd());
+    EXPECT_EQ(m.Memo.Caret().Y, 5);
+    EXPECT_TRUE(m.Memo.acnGoToFoldStart());
+    EXPECT_EQ(m.Memo.Caret().Y, 1);
 }
 
 } // namespace
