@@ -50,7 +50,11 @@ public:
     TDocumentScan(const TDocumentScan&) = delete;
     TDocumentScan& operator=(const TDocumentScan&) = delete;
 
-    void Start() { FThread.SuspendThread(false); }
+    // Starts the thread; its first folds come once the rows are swept.
+    void Start() {
+        FThread.RequestFolds();
+        FThread.SuspendThread(false);
+    }
     // Any thread. An observer must be removed before it goes; once RemoveObserver returns,
     // the thread calls it no more.
     void AddObserver(IScanObserver* observer);

@@ -184,6 +184,8 @@ private:
     EditHandlers(TMemoCommand command, bool (*can)(const TZvMemo&) = nullptr);
     void CreateBookmarkActions();
     void FillBookmarksMenu(QMenu& menu);
+    void CreateFoldActions();
+    void FillFoldMenu(QMenu& menu); // the View menu's Folding submenu
     // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
     // the groups showing are written back at exit.
     void LoadTabGroupLayout();
