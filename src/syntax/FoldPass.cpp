@@ -21,7 +21,8 @@ enum class TRowKind : std::uint8_t {
 };
 
 struct TRowClass {
-    std::int32_t Indent = -1; // columns of leading blanks; -1 for a blank row
+    const TZvCustomMemoStyles* Set = nullptr; // the set in force at the row's start
+    std::int32_t Indent = -1;                 // columns of leading blanks; -1 for a blank row
     TRowKind Kind = TRowKind::Blank;
 };
 
@@ -164,7 +165,7 @@ TStyle TFoldWalk::StateBefore(int row) const {
 }
 
 const TZvCustomMemoStyles* TFoldWalk::SetAt(int row) const {
-    return FScanner.Context().SetFor(StateBefore(row).Properties);
+    return FRows[static_cast<std::size_t>(row)].Set;
 }
 
 bool InCommentOrString(const TStyle& s) {
@@ -194,6 +195,7 @@ bool TFoldWalk::ClassifyRows() {
             c.Indent = indent;
             c.Kind = TRowKind::Code;
             const TZvCustomMemoStyles* set = FScanner.Context().SetFor(before.Properties);
+            c.Set = set;
             const std::u16string_view rest = text.substr(i);
             if (before.Properties.Get(spInComment))
                 c.Kind = TRowKind::InComment;
@@ -219,8 +221,12 @@ std::size_t TFoldWalk::FindWord(std::u16string_view text, const TWordMarks& m, b
         return std::u16string_view::npos;
     const std::size_t first = FirstNonBlank(text);
     std::size_t found = std::u16string_view::npos;
-    for (std::size_t x = std::max(from, first); x + w.size() <= text.size(); ++x) {
-        if (!SameText(text.substr(x, w.size()), w, caseSensitive))
+    const char16_t head = caseSensitive ? w[0] : AsciiLower(w[0]);
+    // A word that must begin the row is tried there only.
+    const std::size_t stop = m.LineStart ? std::min(first + 1, text.size()) : text.size();
+    for (std::size_t x = std::max(from, first); x < stop && x + w.size() <= text.size(); ++x) {
+        if ((caseSensitive ? text[x] : AsciiLower(text[x])) != head ||
+            !SameText(text.substr(x, w.size()), w, caseSensitive))
             continue;
         const bool wordStart = IsWordChar(w.front()), wordEnd = IsWordChar(w.back());
         if (wordStart && x > 0 && IsWordChar(text[x - 1]))
