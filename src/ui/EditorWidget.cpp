@@ -167,6 +167,9 @@ void TEditorWidget::AttachScan() {
         document.SetReader(FScan);
     }
     FScan->AddObserver(this);
+    TFoldPassOptions folds; // indents compare in columns of the document's tab size
+    folds.TabSize = std::max(FMemo.DocState().FTabSize, 1);
+    FScan->Folds().SetOptions(folds);
     const TZvCustomMemoStyles& set = *host->FStyles;
     FMemo.FHasSyntax = true;
     FMemo.FAutoCloseBraceStart = set.FAutoCloseBraceStart;
