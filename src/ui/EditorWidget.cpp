@@ -489,7 +489,9 @@ void TEditorWidget::resizeEvent(QResizeEvent* event) {
     UpdateScrollBars();
 }
 
-void TEditorWidget::scrollContentsBy(int, int) {
+void TEditorWidget::scrollContentsBy(int, int dy) {
+    if (SkipHiddenTop(dy))
+        return; // the scroll bar moved on to a shown row, which came back here
     FMemo.FTopLine = TopRow();
     viewport()->update();
 }

@@ -170,6 +170,9 @@ private:
     int ShownIndex(int row) const;
     int FirstShownRow(int row) const;
     int TopRowShowing(int row) const;
+    // A scroll that put a hidden row on top goes on to the next shown row in its direction
+    // (dy > 0: up); true when it moved the scroll bar.
+    bool SkipHiddenTop(int dy);
     int FoldMarginWidth() const; // 0 without a syntax
     void PaintFoldMargin(QPainter& painter, const std::vector<int>& rows, int gutter);
     bool FoldMarginPress(const QPoint& at); // true when the press hit the fold margin

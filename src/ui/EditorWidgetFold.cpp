@@ -65,6 +65,18 @@ int TEditorWidget::TopRowShowing(int row) const {
     return top;
 }
 
+bool TEditorWidget::SkipHiddenTop(int dy) {
+    const int top = TopRow();
+    if (!FLines || top >= RowCount() || !FLines->GetHiddenLine(top))
+        return false;
+    int target = dy > 0 ? top : FirstShownRow(top);
+    if (dy > 0 || target >= RowCount()) // up, or nothing shows below: the head above
+        while (target > 0 && FLines->GetHiddenLine(target))
+            --target;
+    verticalScrollBar()->setValue(target);
+    return true;
+}
+
 void TEditorWidget::PaintFoldMargin(QPainter& painter, const std::vector<int>& rows, int gutter) {
     const int width = FoldMarginWidth();
     if (!width || !FLines)

@@ -14,6 +14,7 @@
 #include <QImage>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScrollBar>
 
 #include <gtest/gtest.h>
 
@@ -106,6 +107,13 @@ TEST_F(FoldsWindowTest, MarginClicksMenuCommandsAndTheCaretOverFolds) {
     EXPECT_TRUE(zv::IsFoldClosed(lines, 2));
     EXPECT_FALSE(zv::IsFoldClosed(lines, 0));
     EXPECT_EQ(editor.CaretRow(), 2) << "the caret leaves the hidden rows for their head";
+
+    // A scroll onto a hidden row (3 and 4 are) goes on to the next shown one its way.
+    editor.resize(editor.width(), editor.height() - editor.viewport()->height() + 3 * h);
+    editor.verticalScrollBar()->setValue(3);
+    EXPECT_EQ(editor.TopRow(), 5);
+    editor.verticalScrollBar()->setValue(4);
+    EXPECT_EQ(editor.TopRow(), 2);
 }
 
 } // namespace
