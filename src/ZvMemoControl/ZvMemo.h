@@ -154,6 +154,21 @@ public:
     std::u16string NumberAtCursor() const;
     char16_t CharValueAtCursor() const;
 
+    // ---- Folds (the document's, shared by its views). Each returns false when nothing
+    // changed; the caret moves to the head of a fold that hides its row.
+    bool acnFoldAll();   // closes every outermost fold
+    bool acnUnfoldAll(); // opens every fold
+    bool acnFoldLevel(int level); // closes the folds of nesting `level` (1 outermost)
+    // Closes the fold around the caret, or opens it when the caret's row heads a closed one.
+    bool acnToggleCurrentFold();
+    bool ToggleFoldAt(int row); // opens or closes the fold headed by `row`
+    // Caret to the head of the fold around it (on a head: the enclosing fold's head), or to
+    // the end of the fold around it.
+    bool acnGoToFoldStart();
+    bool acnGoToFoldEnd();
+    // Opens the closed folds that hide `row` (a go-to or a search hit there); true if any.
+    bool RevealRow(int row);
+
     // ---- Undo.
     TZvUndoList& UndoList() { return FDoc->UndoList(); }
     bool Undo();
@@ -311,6 +326,11 @@ private:
     std::u16string TokenAt(TZvPos p) const;
     void WordBounds(std::u16string_view row, int col, int& from, int& to) const;
     std::u16string ReindentForPaste(std::u16string_view text, int target) const;
+    // Fold flags change with the reader paused; then the caret leaves hidden rows and the
+    // view repaints. Returns what `work` returned.
+    bool WithFolds(const std::function<bool(TZvMemoStrings&)>& work);
+    // Before an edit of [from, to], `breaks` when it adds line ends: see the file.
+    void OpenFoldsForEdit(TZvPos from, TZvPos to, bool breaks);
 
     std::shared_ptr<TZvTextDocument> FDoc; // Invariant: never null; this view listens to it
     TZvMemoStrings* FLines;                // FDoc's store, kept at hand

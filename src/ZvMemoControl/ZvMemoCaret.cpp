@@ -26,6 +26,8 @@ void TZvCustomMemo::SetSelection(TZvPos start, TZvPos end) {
     end.Y = std::clamp(end.Y, 0, RowCount() - 1);
     start.X = std::max(start.X, 0);
     end.X = std::max(end.X, 0);
+    RevealRow(start.Y);
+    RevealRow(end.Y);
     FSelStartX = start.X;
     FSelStartY = start.Y;
     FSelEndX = FPrevSelX = FCurX = end.X;
@@ -70,6 +72,7 @@ std::int64_t TZvCustomMemo::GetSelectionLength() const {
 void TZvCustomMemo::SetTextCursor(int x, int y, bool keepSelection) {
     y = std::clamp(y, 0, RowCount() - 1);
     x = std::max(x, 0);
+    RevealRow(y);
     if (FNotepadCursor || DocState().FWordWrap)
         x = std::min(x, RowLength(y));
     FCurX = x;
@@ -86,6 +89,10 @@ void TZvCustomMemo::SetTextCursor(int x, int y, bool keepSelection) {
 }
 
 void TZvCustomMemo::SetCaretKeepSelection(TZvPos p) {
+    if (FLines->GetHiddenLine(p.Y)) { // a move never stops inside a closed fold
+        p.Y = PrevVisibleRow(p.Y);
+        p.X = std::min(p.X, RowLength(p.Y));
+    }
     FCurX = p.X;
     FCurY = p.Y;
 }

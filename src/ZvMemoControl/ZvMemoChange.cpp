@@ -110,6 +110,7 @@ void CheckInText(const TZvMemoStrings& lines, TZvPos p) {
 
 TZvPos TZvCustomMemo::Change(TZvPos from, TZvPos to, const TEditText& text,
                              std::unique_ptr<TUndo> record, TZvPos caretBefore) {
+    OpenFoldsForEdit(from, to, text.BreakCount() > 0);
     const bool hide = FHideCaret, refresh = FLetRefresh;
     FHideCaret = true;
     FLetRefresh = false;

@@ -18,6 +18,7 @@ zv_engine_library(zv_memo_store
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsText.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsTail.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsWrap.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoFolds.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvUniUtils.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvWideStrings.cpp
   DEPS ICU::uc ICU::i18n zv_common)

@@ -71,6 +71,12 @@ void TBackgroundThread::Update(const TBackgroundRequests& requests) {
         FSchedule.CodeExplorerRequested();
 }
 
+void TBackgroundThread::RequestFolds() {
+    std::lock_guard lock(FMutex);
+    FRequests.UpdateFolding = true;
+    FSchedule.FoldingRequested();
+}
+
 bool TBackgroundThread::WaitComplete(std::chrono::milliseconds limit) {
     std::unique_lock lock(FMutex);
     return FWake.wait_for(lock, limit, [&] { return FScanner.Complete() && !FReading; });
@@ -143,8 +149,19 @@ void TBackgroundThread::RunDueTask() {
         FRequests.UpdateSyntax = FRequests.UpdateFolding = true;
         return;
     }
-    if (task != TBackgroundTask::None)
-        FHost.RunTask(task, full);
+    if (task == TBackgroundTask::None)
+        return;
+    // The host's tasks read rows, so they run with the read permission; a pause that came
+    // meanwhile puts a fold rebuild back for later.
+    if (!BeginReading()) {
+        if (task == TBackgroundTask::Folds || task == TBackgroundTask::FullScan) {
+            std::lock_guard lock(FMutex);
+            FRequests.UpdateFolding = true;
+        }
+        return;
+    }
+    FHost.RunTask(task, full);
+    EndReading();
 }
 
 void TBackgroundThread::Execute() {

@@ -84,6 +84,10 @@ public:
     // Requests; any thread. Each sets the flag and zeroes the counter it defers.
     void RequestFullScan(int fromRow); // ClearLineStylesFrom + UpdateSyntax + UpdateFolding
     void Update(const TBackgroundRequests& requests);
+    // Asks for a fold pass about 0.6 s from now (typing defers it).
+    void RequestFolds();
+    // Set while the thread must stop reading rows: long tasks test it between rows.
+    const std::atomic<bool>& HaltFlag() const { return FHalt; }
 
     bool Running() const { return FRunning.load(); }
     bool Started() const { return FThread.joinable(); }

@@ -9,7 +9,9 @@ TDocumentScan::TDocumentScan(const TZvMemoStrings& store,
                              std::shared_ptr<const TMemoStyleHost> host, TScanOptions options,
                              TBackgroundTiming timing)
     : FHost(std::move(host)), FCtx(*FHost, options), FScanner(store, FCtx),
-      FThread(FScanner, FObservers, timing) {}
+      FThread(FScanner, FObservers, timing) {
+    FObservers.Owner = this;
+}
 
 TDocumentScan::~TDocumentScan() {
     FThread.StopBackgroundThread(true);
@@ -43,7 +45,32 @@ void TDocumentScan::TObservers::RowsScanned(int first, int) {
         o->RowsScanned(first);
 }
 
+void TDocumentScan::TObservers::RunTask(TBackgroundTask task, bool) {
+    if (task == TBackgroundTask::Folds || task == TBackgroundTask::FullScan)
+        Owner->RunFoldPass();
+}
+
+void TDocumentScan::RunFoldPass() {
+    // The pass needs every row's state; an unfinished sweep or a pause asks again.
+    if (!FScanner.Complete() || !FFolds.RunPass(FScanner, FThread.HaltFlag())) {
+        FThread.RequestFolds();
+        return;
+    }
+    std::lock_guard lock(FObservers.Lock);
+    for (IScanObserver* o : FObservers.List)
+        o->FoldsReady();
+}
+
+bool TDocumentScan::ApplyFolds(TZvMemoStrings& lines) {
+    PauseReading();
+    const bool applied = FFolds.Apply(lines);
+    ResumeReading();
+    return applied;
+}
+
 TRowRange TDocumentScan::RowsChanged(const TTextChange& change) {
+    FFolds.Edited();
+    FThread.RequestFolds();
     // The states of rows above the first row touched stay right unless a wrapped row
     // continues into it.
     const int first = change.From.Y;

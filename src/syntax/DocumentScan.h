@@ -18,6 +18,7 @@
 #include "ZvMemoControl/TextChange.h"
 #include "syntax/BackgroundThread.h"
 #include "syntax/ColourWalk.h"
+#include "syntax/FoldKeeper.h"
 
 #include <memory>
 #include <mutex>
@@ -34,6 +35,8 @@ public:
     virtual bool ScanBusy() const = 0;    // a key is held down in it
     // Rows from `first` on got new end states.
     virtual void RowsScanned(int first) = 0;
+    // A fold pass is done: post a call of TDocumentScan::ApplyFolds to the main thread.
+    virtual void FoldsReady() {}
 };
 
 class TDocumentScan final : public ITextReader {
@@ -47,7 +50,11 @@ public:
     TDocumentScan(const TDocumentScan&) = delete;
     TDocumentScan& operator=(const TDocumentScan&) = delete;
 
-    void Start() { FThread.SuspendThread(false); }
+    // Starts the thread; its first folds come once the rows are swept.
+    void Start() {
+        FThread.RequestFolds();
+        FThread.SuspendThread(false);
+    }
     // Any thread. An observer must be removed before it goes; once RemoveObserver returns,
     // the thread calls it no more.
     void AddObserver(IScanObserver* observer);
@@ -65,6 +72,10 @@ public:
     const TScanContext& Context() const { return FCtx; }
     const TMemoStyleHost& Host() const { return *FHost; }
     const std::shared_ptr<const TMemoStyleHost>& SharedHost() const { return FHost; }
+    // Main thread: hands a finished fold pass to the rows (the reader paused meanwhile);
+    // true when the rows' folds changed.
+    bool ApplyFolds(TZvMemoStrings& lines);
+    TFoldKeeper& Folds() { return FFolds; }
     // The document's own style set (null for plain text).
     const TZvCustomMemoStyles* Styles() const { return FHost->FStyles.get(); }
 
@@ -74,6 +85,8 @@ private:
         bool Visible() const override;
         bool Busy() const override;
         void RowsScanned(int first, int last) override;
+        void RunTask(TBackgroundTask task, bool fullScan) override;
+        TDocumentScan* Owner = nullptr;
         mutable std::mutex Lock;
         std::vector<IScanObserver*> List; // guarded by Lock
     };
@@ -81,6 +94,8 @@ private:
     std::shared_ptr<const TMemoStyleHost> FHost;
     TScanContext FCtx;
     mutable TLineScanner FScanner; // token queries cache in it
+    void RunFoldPass();            // background thread
+    TFoldKeeper FFolds;
     TObservers FObservers;
     TBackgroundThread FThread; // last: it goes first
 };

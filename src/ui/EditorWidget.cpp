@@ -167,6 +167,9 @@ void TEditorWidget::AttachScan() {
         document.SetReader(FScan);
     }
     FScan->AddObserver(this);
+    TFoldPassOptions folds; // indents compare in columns of the document's tab size
+    folds.TabSize = std::max(FMemo.DocState().FTabSize, 1);
+    FScan->Folds().SetOptions(folds);
     const TZvCustomMemoStyles& set = *host->FStyles;
     FMemo.FHasSyntax = true;
     FMemo.FAutoCloseBraceStart = set.FAutoCloseBraceStart;
@@ -270,7 +273,7 @@ int TEditorWidget::VisibleRowCount() const {
 
 int TEditorWidget::GutterWidth() const {
     const int digits = static_cast<int>(std::to_string(std::max(1, RowCount())).size());
-    return fontMetrics().horizontalAdvance(QLatin1Char('9')) * (digits + 2);
+    return fontMetrics().horizontalAdvance(QLatin1Char('9')) * (digits + 2) + FoldMarginWidth();
 }
 
 int TEditorWidget::TextLeft() const {
@@ -294,15 +297,15 @@ void TEditorWidget::ShowRow(int row, bool jump) {
     FMemo.SetTextCursor(FMemo.FCurX, row);
     const int top = TopRow();
     const int visible = VisibleRowCount();
-    if (row < top || row >= top + visible)
+    if (row < top || ShownIndex(row) >= visible)
         verticalScrollBar()->setValue(jump        ? std::max(0, row - visible / 3)
                                       : row < top ? row
-                                                  : row - visible + 1);
+                                                  : TopRowShowing(row));
     viewport()->update();
 }
 
 QRect TEditorWidget::CaretRect() const {
-    const int y = (FMemo.FCurY - TopRow()) * LineHeight();
+    const int y = ShownIndex(FMemo.FCurY) * LineHeight();
     const int x =
         TextLeft() + static_cast<int>(std::lround(FMemo.TextLength(FMemo.FCurY, FMemo.FCurX)));
     const int width =
@@ -311,8 +314,7 @@ QRect TEditorWidget::CaretRect() const {
 }
 
 TZvPos TEditorWidget::PosAt(const QPoint& point) const {
-    const int row =
-        std::clamp(TopRow() + point.y() / LineHeight(), 0, std::max(0, FMemo.RowCount() - 1));
+    const int row = std::clamp(ShownRowAt(point.y()), 0, std::max(0, FMemo.RowCount() - 1));
     return {FMemo.ColumnAtPixel(row, point.x() - TextLeft()), row};
 }
 
@@ -320,8 +322,8 @@ void TEditorWidget::EnsureCaretVisible() {
     const int row = FMemo.FCurY, top = TopRow(), visible = VisibleRowCount();
     if (row < top)
         verticalScrollBar()->setValue(row);
-    else if (row >= top + visible)
-        verticalScrollBar()->setValue(row - visible + 1);
+    else if (row >= top + visible && ShownIndex(row) >= visible)
+        verticalScrollBar()->setValue(TopRowShowing(row));
     const int px = static_cast<int>(std::lround(FMemo.TextLength(row, FMemo.FCurX)));
     const int textWidth = viewport()->width() - GutterWidth() - 4;
     if (px + 4 > FWidestSeen) {
@@ -422,8 +424,9 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
     QPainter painter(viewport());
     const int lineHeight = LineHeight();
     const int gutter = GutterWidth();
-    const int first = TopRow();
-    const int last = std::min(RowCount(), first + VisibleRowCount() + 1);
+    const std::vector<int> rows = ShownRows();
+    const int first = rows.empty() ? TopRow() : rows.front();
+    const int last = rows.empty() ? first : rows.back() + 1;
     const QColor gutterText = palette().color(QPalette::Disabled, QPalette::Text);
     const int widest = FWidestSeen;
     if (FScan) {
@@ -445,8 +448,10 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
     TStyle state;
     if (FScan)
         state = FScan->Scanner().GetUpStyle(first - 1);
-    for (int row = first; row < last; ++row) {
-        const int y = (row - first) * lineHeight;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const int row = rows[i], y = static_cast<int>(i) * lineHeight;
+        if (i > 0 && rows[i - 1] != row - 1) // rows were skipped: walk up to this one
+            state = FScan ? FScan->Scanner().GetUpStyle(row - 1) : state;
         if (row == FMemo.FCurY)
             painter.fillRect(gutter, y, viewport()->width(), lineHeight,
                              palette().color(QPalette::AlternateBase));
@@ -456,10 +461,12 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
     painter.setClipping(false);
     painter.fillRect(0, 0, gutter - 4, viewport()->height(), palette().color(QPalette::Window));
     painter.setPen(gutterText);
-    for (int row = first; row < last; ++row)
-        painter.drawText(QRect(0, (row - first) * lineHeight, gutter - 8, lineHeight),
-                         Qt::AlignRight | Qt::AlignVCenter, QString::number(row + 1));
-    PaintGutterMarks(painter, first, last, gutter);
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        painter.drawText(QRect(0, static_cast<int>(i) * lineHeight,
+                               gutter - 8 - FoldMarginWidth(), lineHeight),
+                         Qt::AlignRight | Qt::AlignVCenter, QString::number(rows[i] + 1));
+    PaintGutterMarks(painter, rows, gutter);
+    PaintFoldMargin(painter, rows, gutter);
     const QRect caret = CaretRect();
     if (!FPreedit.isEmpty()) {
         QFont underlined = font();
@@ -486,7 +493,9 @@ void TEditorWidget::resizeEvent(QResizeEvent* event) {
     UpdateScrollBars();
 }
 
-void TEditorWidget::scrollContentsBy(int, int) {
+void TEditorWidget::scrollContentsBy(int, int dy) {
+    if (SkipHiddenTop(dy))
+        return; // the scroll bar moved on to a shown row, which came back here
     FMemo.FTopLine = TopRow();
     viewport()->update();
 }

@@ -84,6 +84,7 @@ public:
     static const QColor kLinemarkColor;
     static const QColor kLineChangedColor;
     static const QColor kLineChangedSavedColor;
+    static const QColor kFoldMarkColor; // the fold margin's markers
     // Puts the caret on the 0-based row and scrolls it into view: by the least amount, or
     // with jump to the upper third of the view (as for a line given on the command line).
     void ShowRow(int row, bool jump = true);
@@ -163,8 +164,23 @@ protected:
 private:
     void UpdateScrollBars();
     int GutterWidth() const;
-    // Bookmarks, line marks and change bars of rows [first, last) in the gutter.
-    void PaintGutterMarks(QPainter& painter, int first, int last, int gutter);
+    // Bookmarks, line marks and change bars of the painted rows in the gutter.
+    void PaintGutterMarks(QPainter& painter, const std::vector<int>& rows, int gutter);
+    // Folds: rows hidden by a closed fold are not painted. The rows painted from the top
+    // row down; the row painted at viewport y; how many painted rows lie above `row` (at
+    // most the view's rows plus 2; negative above the top); the first shown row at or
+    // below `row`; the top row that shows `row` as the view's last.
+    std::vector<int> ShownRows() const;
+    int ShownRowAt(int y) const;
+    int ShownIndex(int row) const;
+    int FirstShownRow(int row) const;
+    int TopRowShowing(int row) const;
+    // A scroll that put a hidden row on top goes on to the next shown row in its direction
+    // (dy > 0: up); true when it moved the scroll bar.
+    bool SkipHiddenTop(int dy);
+    int FoldMarginWidth() const; // 0 without a syntax
+    void PaintFoldMargin(QPainter& painter, const std::vector<int>& rows, int gutter);
+    bool FoldMarginPress(const QPoint& at); // true when the press hit the fold margin
     int RowCount() const;
     int LineHeight() const;
     int TextLeft() const; // viewport x of column 0
@@ -189,6 +205,7 @@ private:
     bool ScanVisible() const override { return FShown.load(); }
     bool ScanBusy() const override { return FKeyDown.load(); }
     void RowsScanned(int first) override { RowsScannedFromThread(first); }
+    void FoldsReady() override; // background thread: post the hand-over
     void RowsScannedFromThread(int first); // background thread: post a repaint
     void RowsScanned();                    // main thread: repaint what the sweep reached
     void UpdateMarks();                    // brace and tag pair at the caret

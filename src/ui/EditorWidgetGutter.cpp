@@ -13,14 +13,15 @@ const QColor TEditorWidget::kLinemarkColor(40, 160, 200);
 const QColor TEditorWidget::kLineChangedColor(255, 255, 0);    // yellow
 const QColor TEditorWidget::kLineChangedSavedColor(0, 255, 0); // green
 
-void TEditorWidget::PaintGutterMarks(QPainter& painter, int first, int last, int gutter) {
+void TEditorWidget::PaintGutterMarks(QPainter& painter, const std::vector<int>& rows,
+                                      int gutter) {
     if (!FLines)
         return;
     const int lineHeight = LineHeight();
     const int box = std::min(lineHeight, fontMetrics().horizontalAdvance(QLatin1Char('9')) * 2);
-    for (int row = first; row < last; ++row) {
-        const TAttribute& a = FLines->GetLineAttribute(row);
-        const int y = (row - first) * lineHeight;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const TAttribute& a = FLines->GetLineAttribute(rows[i]);
+        const int y = static_cast<int>(i) * lineHeight;
         // A save keeps `Changed` and adds `ChangeSaved`; a later edit clears `ChangeSaved`.
         if (a.GetValue(abChanged) || a.GetValue(abChangeSaved))
             painter.fillRect(gutter - 4, y, 3, lineHeight,

@@ -128,6 +128,8 @@ void TEditorWidget::mousePressEvent(QMouseEvent* event) {
         return PastePrimarySelection(event->position().toPoint());
     if (event->button() != Qt::LeftButton)
         return QAbstractScrollArea::mousePressEvent(event);
+    if (FoldMarginPress(event->position().toPoint()))
+        return;
     const TZvPos pos = PosAt(event->position().toPoint());
     if (event->position().x() < GutterWidth() - 4) { // the line numbers: a line mark
         ToggleLinemark(FMemo.Lines(), pos.Y);

@@ -186,6 +186,8 @@ private:
     void FillBookmarksMenu(QMenu& menu);
     void CreateHighlightActions();
     void FillHighlightMenu(QMenu& menu);
+    void CreateFoldActions();
+    void FillFoldMenu(QMenu& menu); // the View menu's Folding submenu
     // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
     // the groups showing are written back at exit.
     void LoadTabGroupLayout();

@@ -210,6 +210,7 @@ void TMainWindow::CreateActions() {
     CreateTextActions();
     CreateBookmarkActions();
     CreateHighlightActions();
+    CreateFoldActions();
     FSearch = new TWindowSearch(*this, FHelper);
     FSearch->AddActions(list);
     list.FOnCloseAllInGroup = [this] {
@@ -252,6 +253,7 @@ void TMainWindow::CreateMenuBar() {
     a.AddTo(*a.AddSubMenu(*view, "104", "T&ab groups", "TabGroupsMenu"),
             {"ToggleTabGroup1Action", "ToggleTabGroup2Action", "ToggleTabGroup3Action",
              "ToggleTabGroup4Action", "ToggleTabGroup5Action"});
+    FillFoldMenu(*a.AddSubMenu(*view, "112", "Fol&ding", "FoldingMenu"));
     QMenu* format = a.AddMenu(bar, "m04", "F&ormat", "FormatMenu");
     a.AddTo(*format, {"IndentAction", "UnIndentAction"});
     AddTextMenus(*edit, *format);

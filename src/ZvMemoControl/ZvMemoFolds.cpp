@@ -1,0 +1,292 @@
+// Hand-over of a fold pass to the rows, and folding and unfolding by number.
+#include "ZvMemoControl/ZvMemoFolds.h"
+
+#include "ZvMemoControl/ZvMemoStrings.h"
+
+#include <algorithm>
+#include <atomic>
+
+namespace zv {
+namespace {
+
+constexpr std::uint32_t Bit(int b) {
+    return 1u << b;
+}
+constexpr std::uint32_t kFoldBits = Bit(abNodeHead) | Bit(abNodeEnd) | Bit(abNodeComment) |
+                                    Bit(abNodeBegin) | Bit(abRgn_Begin) | Bit(abRgn_End);
+constexpr std::uint32_t kClosedBits = Bit(abNodeClosed) | Bit(abRgn_Closed) | Bit(abSelNodeClosed);
+constexpr std::uint32_t kHeadBits = Bit(abNodeHead) | Bit(abRgn_Begin) | Bit(abSelNodeHead);
+constexpr std::uint32_t kEndBits = Bit(abNodeEnd) | Bit(abRgn_End) | Bit(abSelNodeEnd);
+
+// Fold numbers are unique within the process rather than random: among a hundred thousand
+// folds, random 31-bit numbers would collide, and a collision makes a head find a wrong end.
+std::int32_t NewFoldNumber() {
+    static std::atomic<std::int32_t> next{1};
+    std::int32_t n = next.fetch_add(1, std::memory_order_relaxed);
+    if (n >= 0x7FFFFFFD) { // after two thousand million folds: start again
+        next.store(2);
+        n = 1;
+    }
+    return n;
+}
+
+std::uint32_t Flags(const TZvMemoStrings& lines, int row) {
+    return lines.GetLineAttribute(row).FBooleanArray;
+}
+
+// The number a head row's fold goes by: the selection fold's own, else the row's number.
+std::int32_t HeadId(const TAttribute& a) {
+    if (a.GetValue(abSelNodeHead))
+        return a.Extra().SelNodeTopIdNr;
+    return a.Extra().NodeTopIdNr;
+}
+
+bool EndsFold(const TAttribute& a, std::int32_t id) {
+    if (!(a.FBooleanArray & kEndBits) || !a.Enabled())
+        return false;
+    if (a.GetValue(abSelNodeEnd) && a.Extra().SelNodeTopIdNr == id)
+        return true;
+    const auto& list = a.Extra().NodeTopIdNrList;
+    return std::find(list.begin(), list.end(), id) != list.end();
+}
+
+// The fold data a pass gives one row.
+struct TRowFold {
+    std::uint32_t Bits = 0;
+    bool EndBefore = false;
+    std::int32_t Nr = 0;
+    std::int8_t Level = -1, RgnLevel = -1;
+    TCEListItemType Item = ceNone;
+};
+
+void WriteRow(TAttribute& a, const TRowFold& f, const std::vector<std::int32_t>& ended) {
+    a.FBooleanArray = (a.FBooleanArray & ~kFoldBits) | f.Bits;
+    a.SetValue2(ab2NodeEndBefore, f.EndBefore);
+    const bool none =
+        f.Nr == 0 && ended.empty() && f.Level < 0 && f.RgnLevel < 0 && f.Item == ceNone;
+    if (none && !a.HasExtra())
+        return; // the common row: no side block is made
+    const TAttributeExtra& old = a.Extra();
+    if (old.NodeTopIdNr == f.Nr && old.NodeTopIdNrList == ended && old.NodeLevel == f.Level &&
+        old.Rgn_Level == f.RgnLevel && old.ceListItem == f.Item)
+        return;
+    TAttributeExtra& e = a.MutableExtra();
+    e.NodeTopIdNr = f.Nr;
+    e.NodeTopIdNrList = ended;
+    e.NodeLevel = f.Level;
+    e.Rgn_Level = f.RgnLevel;
+    e.ceListItem = f.Item;
+}
+
+} // namespace
+
+void UpdateFoldData(TZvMemoStrings& lines, const TFoldTemp& temp) {
+    const int count = lines.Count();
+    if (temp.RowCount != count)
+        return;
+    const std::vector<TFoldRange>& folds = temp.Folds;
+    // Numbers: a head keeps the number it had.
+    std::vector<std::int32_t> numbers(folds.size());
+    std::vector<std::pair<std::int32_t, std::int32_t>> ends; // (end row, fold)
+    ends.reserve(folds.size());
+    for (std::size_t k = 0; k < folds.size(); ++k) {
+        const TAttribute& head = lines.GetLineAttribute(folds[k].First);
+        const std::uint32_t bit = folds[k].Region ? Bit(abRgn_Begin) : Bit(abNodeHead);
+        const std::int32_t old = head.Extra().NodeTopIdNr;
+        numbers[k] = (head.FBooleanArray & bit) && old > 0 ? old : NewFoldNumber();
+        ends.emplace_back(folds[k].Last, static_cast<std::int32_t>(k));
+    }
+    std::sort(ends.begin(), ends.end());
+    std::size_t nextHead = 0, nextEnd = 0;
+    std::vector<std::int32_t> ended;
+    for (int row = 0; row < count; ++row) {
+        TRowFold f;
+        ended.clear();
+        for (; nextHead < folds.size() && folds[nextHead].First == row; ++nextHead) {
+            const TFoldRange& r = folds[nextHead];
+            if (f.Nr != 0)
+                continue; // a row heads one fold; the pass makes no second
+            f.Nr = numbers[nextHead];
+            f.Bits |= r.Region ? Bit(abRgn_Begin) : Bit(abNodeHead);
+            if (r.Comment)
+                f.Bits |= Bit(abNodeComment);
+            (r.Region ? f.RgnLevel : f.Level) = r.Level;
+            f.Item = r.Item;
+        }
+        for (; nextEnd < ends.size() && ends[nextEnd].first == row; ++nextEnd) {
+            const TFoldRange& r = folds[static_cast<std::size_t>(ends[nextEnd].second)];
+            f.Bits |= r.Region ? Bit(abRgn_End) : Bit(abNodeEnd);
+            f.EndBefore = f.EndBefore || r.EndBefore;
+            if (f.Level < 0 && !r.Region)
+                f.Level = r.Level;
+            ended.push_back(numbers[static_cast<std::size_t>(ends[nextEnd].second)]);
+        }
+        TAttribute* a = lines.LineAttribute(row);
+        if (!a || a->Hidden() || (a->FBooleanArray & (Bit(abNodeClosed) | Bit(abRgn_Closed))))
+            continue; // closed folds keep their flags and stay closed
+        WriteRow(*a, f, ended);
+    }
+}
+
+bool IsFoldHead(const TZvMemoStrings& lines, int row) {
+    return (Flags(lines, row) & kHeadBits) != 0;
+}
+
+bool IsFoldClosed(const TZvMemoStrings& lines, int row) {
+    return (Flags(lines, row) & kClosedBits) != 0;
+}
+
+int GetNodeEndFromTopLine(const TZvMemoStrings& lines, int line) {
+    const TAttribute& head = lines.GetLineAttribute(line);
+    if (!(head.FBooleanArray & kHeadBits))
+        return line;
+    const std::int32_t id = HeadId(head);
+    if (id <= 0)
+        return line;
+    if (EndsFold(head, id)) // a one-row fold
+        return line;
+    const int count = lines.Count();
+    for (int row = line + 1; row < count; ++row)
+        if (EndsFold(lines.GetLineAttribute(row), id))
+            return row;
+    return line;
+}
+
+int GetNodeTopFromEndLine(const TZvMemoStrings& lines, int line) {
+    const TAttribute& end = lines.GetLineAttribute(line);
+    if (!(end.FBooleanArray & kEndBits))
+        return line;
+    std::int32_t id = end.Extra().SelNodeTopIdNr;
+    if (!end.GetValue(abSelNodeEnd)) {
+        const auto& list = end.Extra().NodeTopIdNrList;
+        if (list.empty())
+            return line;
+        id = list.front();
+    }
+    for (int row = line; row >= 0; --row) {
+        const TAttribute& a = lines.GetLineAttribute(row);
+        if ((a.FBooleanArray & kHeadBits) && HeadId(a) == id)
+            return row;
+    }
+    return line;
+}
+
+int FoldHeadAround(const TZvMemoStrings& lines, int row) {
+    if (row < 0 || row >= lines.Count())
+        return -1;
+    if (IsFoldHead(lines, row) && GetNodeEndFromTopLine(lines, row) > row)
+        return row;
+    // Going up, each fold ended above `row` hides its head from the search: folds nest.
+    int depth = 0;
+    for (int r = row - 1; r >= 0; --r) {
+        const TAttribute& a = lines.GetLineAttribute(r);
+        if (a.FBooleanArray & kHeadBits) {
+            if (depth > 0)
+                --depth;
+            else if (GetNodeEndFromTopLine(lines, r) >= row)
+                return r;
+        }
+        if (a.FBooleanArray & kEndBits)
+            depth += std::max<int>(1, static_cast<int>(a.Extra().NodeTopIdNrList.size()));
+    }
+    return -1;
+}
+
+bool ToggleNode(TZvMemoStrings& lines, int line, bool open) {
+    TAttribute* head = lines.LineAttribute(line);
+    if (!head || !(head->FBooleanArray & kHeadBits))
+        return false;
+    const int end = GetNodeEndFromTopLine(lines, line);
+    if (end <= line)
+        return false;
+    const int bit = head->GetValue(abSelNodeHead) ? abSelNodeClosed
+                    : head->GetValue(abNodeHead)  ? abNodeClosed
+                                                  : abRgn_Closed;
+    head->SetValue(bit, !open);
+    for (int row = line + 1; row <= end; ++row) {
+        lines.SetHiddenLine(row, !open);
+        lines.LineAttribute(row)->FBooleanArray &= ~kClosedBits;
+    }
+    return true;
+}
+
+int CloseAllNodes(TZvMemoStrings& lines) {
+    int closed = 0;
+    const int count = lines.Count();
+    for (int row = 0; row < count; ++row) {
+        const std::uint32_t f = Flags(lines, row);
+        if (!(f & kHeadBits) || (f & kClosedBits) || (f & Bit(abHidden)))
+            continue;
+        const int end = GetNodeEndFromTopLine(lines, row);
+        if (end > row && ToggleNode(lines, row, false)) {
+            ++closed;
+            row = end; // inner folds stay open inside the closed one
+        }
+    }
+    return closed;
+}
+
+int OpenAllNodes(TZvMemoStrings& lines) {
+    int shown = 0;
+    const int count = lines.Count();
+    for (int row = 0; row < count; ++row) {
+        TAttribute* a = lines.LineAttribute(row);
+        a->FBooleanArray &= ~kClosedBits;
+        if (a->Hidden()) {
+            lines.SetHiddenLine(row, false);
+            ++shown;
+        }
+    }
+    return shown;
+}
+
+int CloseNodesOfLevel(TZvMemoStrings& lines, int level) {
+    int closed = 0;
+    const int count = lines.Count();
+    for (int row = 0; row < count; ++row) {
+        const TAttribute& a = lines.GetLineAttribute(row);
+        const std::uint32_t f = a.FBooleanArray;
+        if (!(f & kHeadBits) || (f & Bit(abHidden)))
+            continue;
+        if (f & kClosedBits) { // already closed: nothing inside shows
+            row = std::max(row, GetNodeEndFromTopLine(lines, row));
+            continue;
+        }
+        const int depth = (f & Bit(abRgn_Begin)) ? a.Extra().Rgn_Level : a.Extra().NodeLevel;
+        if (depth != level)
+            continue;
+        const int end = GetNodeEndFromTopLine(lines, row);
+        if (end > row && ToggleNode(lines, row, false)) {
+            ++closed;
+            row = end;
+        }
+    }
+    return closed;
+}
+
+bool OpenNearestNode(TZvMemoStrings& lines, int row) {
+    row = std::min(row, lines.Count() - 1);
+    while (row >= 0 && (!IsFoldHead(lines, row) || lines.GetHiddenLine(row)))
+        --row;
+    return row >= 0 && IsFoldClosed(lines, row) && ToggleNode(lines, row, true);
+}
+
+bool CloseNearestNode(TZvMemoStrings& lines, int row) {
+    const int head = FoldHeadAround(lines, row);
+    return head >= 0 && !IsFoldClosed(lines, head) && ToggleNode(lines, head, false);
+}
+
+bool OpenNodesOnHiddenLine(TZvMemoStrings& lines, int row) {
+    bool opened = false;
+    while (row >= 0 && row < lines.Count() && lines.GetHiddenLine(row)) {
+        int above = row - 1;
+        while (above >= 0 && lines.GetHiddenLine(above))
+            --above;
+        if (above < 0 || !IsFoldClosed(lines, above) || !ToggleNode(lines, above, true))
+            break;
+        opened = true;
+    }
+    return opened;
+}
+
+} // namespace zv

@@ -1,0 +1,44 @@
+// TFoldKeeper: the fold pass of one document between its two threads. The background thread
+// runs the pass and leaves the result here; the main thread takes it and hands it to the
+// rows in one step (UpdateFoldData), unless the text changed since the pass began: then the
+// result is dropped and the next pass, which every edit asks for, brings the right one.
+#pragma once
+
+#include "syntax/FoldPass.h"
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+
+namespace zv {
+
+class TZvMemoStrings;
+
+class TFoldKeeper {
+public:
+    // Main thread, inside the edit path (the reader paused): the rows changed.
+    void Edited() { FEdits.fetch_add(1, std::memory_order_acq_rel); }
+    // Any thread: the options of the passes from now on.
+    void SetOptions(const TFoldPassOptions& options);
+
+    // Background thread, with its read permission, every row state valid: runs the pass.
+    // False when `halt` stopped it (nothing is kept; ask for another pass).
+    bool RunPass(TLineScanner& scanner, const std::atomic<bool>& halt);
+
+    // Main thread, with the reader paused: hands the waiting result, if it is still about
+    // this text, to the rows of `lines`. True when it did.
+    bool Apply(TZvMemoStrings& lines);
+    // True when a result waits.
+    bool Pending() const;
+
+private:
+    mutable std::mutex FMutex;
+    TFoldPassOptions FOptions;       // guarded by FMutex
+    TFoldTemp FPending;              // guarded by FMutex
+    std::uint64_t FPendingEdits = 0; // guarded by FMutex: FEdits when the pass began
+    bool FHasPending = false;        // guarded by FMutex
+    std::atomic<std::uint64_t> FEdits{0};
+    TFoldTemp FWork; // the thread's own: the pass being made
+};
+
+} // namespace zv
