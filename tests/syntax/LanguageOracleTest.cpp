@@ -162,26 +162,44 @@ TEST(LanguageOracle, RustReservedWordsCannotNameAFunction) {
     EXPECT_EQ(Missing(ours, *keywords), "");
 }
 
-TEST(LanguageOracle, CppReservedWordsCannotNameAVariable) {
-    const std::set<std::string> ours = ShippedWords("cpp.syx", u"Reserved");
-    ASSERT_GT(ours.size(), 60u);
+// The words of `file`'s "Reserved" group (more than `atLeast` of them) that `compiler` takes
+// as a variable's name in a source of one `declaration` a line (its "W" the word); nullopt
+// when there is no compiler.
+std::optional<std::set<std::string>> ReservedWordsAccepted(const std::string& file,
+                                                           std::size_t atLeast,
+                                                           const std::string& declaration,
+                                                           const std::string& compiler) {
+    const std::set<std::string> ours = ShippedWords(file, u"Reserved");
+    EXPECT_GT(ours.size(), atLeast) << file;
     test::TTempDir dir;
     std::string source; // line n declares a variable named by the n-th word
     for (const std::string& w : ours)
-        source += "int " + w + ";\n";
-    const auto file = test::WriteFile(dir.Path() / "words.cpp", source);
-    auto refused =
-        WordsOf("c++ -std=c++20 -fsyntax-only -fmax-errors=0 '" + file.string() +
-                "' 2>&1 | sed -n 's/^.*words\\.cpp:\\([0-9]*\\):[0-9]*: error:.*/\\1/p'");
+        source += declaration.substr(0, declaration.find('W')) + w +
+                  declaration.substr(declaration.find('W') + 1) + "\n";
+    const auto path = test::WriteFile(dir.Path() / "words", source);
+    auto refused = WordsOf(compiler + " -fsyntax-only -fmax-errors=0 '" + path.string() +
+                           "' 2>&1 | sed -n 's/^.*words:\\([0-9]*\\):[0-9]*: error:.*/\\1/p'");
     if (!refused)
-        GTEST_SKIP() << "no C++ compiler";
+        return std::nullopt;
     std::set<std::string> accepted;
     int line = 0;
     for (const std::string& w : ours)
         if (!refused->count(std::to_string(++line)))
             accepted.insert(w);
+    return accepted;
+}
+
+TEST(LanguageOracle, CAndCppReservedWordsCannotNameAVariable) {
+    const auto cpp = ReservedWordsAccepted("cpp.syx", 60, "int W;", "c++ -x c++ -std=c++20");
+    const auto c = ReservedWordsAccepted("c.syx", 30, "int W = 0;", "cc -x c -std=c2x");
+    if (!cpp || !c)
+        GTEST_SKIP() << "no C or C++ compiler";
     // Identifiers with a special meaning only in their place.
-    EXPECT_EQ(Missing(accepted, {"final", "override", "import", "module"}), "");
+    EXPECT_EQ(Missing(*cpp, {"final", "override", "import", "module"}), "");
+    // The keywords C23 adds, which a compiler older than C23 still takes as names.
+    EXPECT_EQ(Missing(*c, {"alignas", "alignof", "constexpr", "static_assert", "thread_local",
+                           "typeof", "typeof_unqual"}),
+              "");
 }
 
 TEST(LanguageOracle, PerlWordsWeColourAreCoreKeywordsOrFunctions) {
@@ -222,29 +240,6 @@ TEST(LanguageOracle, JavaReservedWordsAreKeywordsAndContextualOnesAreNot) {
     EXPECT_EQ(Missing(*keywords, expected), ""); // no contextual word is
     EXPECT_GT(reserved.size(), 30u);             // the groups are still there under these names
     EXPECT_FALSE(contextual.empty());
-}
-
-TEST(LanguageOracle, CReservedWordsCannotNameAVariable) {
-    const std::set<std::string> ours = ShippedWords("c.syx", u"Reserved");
-    ASSERT_GT(ours.size(), 30u);
-    test::TTempDir dir;
-    std::string source; // line n defines a variable named by the n-th word
-    for (const std::string& w : ours)
-        source += "int " + w + " = 0;\n";
-    const auto file = test::WriteFile(dir.Path() / "words.c", source);
-    auto refused = WordsOf("cc -x c -std=c2x -fsyntax-only -fmax-errors=0 '" + file.string() +
-                           "' 2>&1 | sed -n 's/^.*words\\.c:\\([0-9]*\\):[0-9]*: error:.*/\\1/p'");
-    if (!refused)
-        GTEST_SKIP() << "no C compiler";
-    std::set<std::string> accepted;
-    int line = 0;
-    for (const std::string& w : ours)
-        if (!refused->count(std::to_string(++line)))
-            accepted.insert(w);
-    // The keywords C23 adds, which a compiler older than C23 still takes as names.
-    EXPECT_EQ(Missing(accepted, {"alignas", "alignof", "constexpr", "static_assert", "thread_local",
-                                 "typeof", "typeof_unqual"}),
-              "");
 }
 
 TEST(LanguageOracle, LuaReservedWordsAndLibraryNames) {
