@@ -103,7 +103,7 @@ class TRowWalk {
 public:
     TRowWalk(const TScanContext& ctx, const TScanRequest& r, TStyle& state, TScanScratch& x)
         : C(ctx), T(r.Text), S(state), P(state.Properties), X(x), Sink(r.Sink), Halt(r.Halt),
-          FNext(r.NextRowIsWrapped), FFull(r.Limit < 0) {
+          Facts(r.Limit < 0 ? r.Facts : nullptr), FNext(r.NextRowIsWrapped), FFull(r.Limit < 0) {
         N = FFull ? int(T.size()) : std::min<int>(r.Limit, int(T.size()));
         T = T.substr(0, N); // a partial scan sees nothing behind its limit
     }
@@ -111,6 +111,8 @@ public:
     bool Run() {
         if (!FFull && N == 0)
             return true;
+        if (Facts)
+            *Facts = {}, Facts->Indent = RowIndent(T, C.Options().FTabSize);
         SelectSet();
         if (!Set) {
             Emit(0, N, TTokenKind::Text);
@@ -278,7 +280,14 @@ private:
             P.NestedCommentIndex = 1;
         Emit(p, p + len, CommentKind());
         p += len;
+        TodoAt(p);
         return true;
+    }
+
+    // A to-do word that opens the comment text at `at` makes the row a to-do item.
+    void TodoAt(int at) {
+        if (Facts && !Facts->TodoItem() && TodoWordAt(T, at, C.Options().FTodoWords))
+            Facts->TodoId = TRowFacts::kTodoNew;
     }
 
     bool IsDocComment() const {
@@ -318,6 +327,8 @@ private:
     }
 
     void ContinueComment() {
+        if (p == 0) // a row inside the comment: its first text may be the word
+            TodoAt(0);
         const bool styleB = P.CommentStyle == 2;
         const std::u16string& closer = styleB ? Set->FCommentEndB : Set->FCommentEndA;
         int end = -1; // position of the closer that ends the comment
@@ -402,6 +413,7 @@ private:
             RawString(open, end, TTokenKind::Comment);
             return true;
         }
+        TodoAt(p + len);
         const int tag = ScriptCloseFrom(p + len);
         if (tag >= 0) {
             EmitText(p, tag, TTokenKind::LineComment);
@@ -1003,6 +1015,8 @@ private:
         else
             colourLevel = *level = std::int8_t(std::max(*level - 1, -127));
         Emit(p, p + 1, TTokenKind::Brace, colourLevel);
+        if (Facts)
+            Facts->AddBrace(c);
         ++p;
     }
 
@@ -1150,6 +1164,7 @@ private:
     TScanScratch& X;
     IRunSink* Sink;
     const std::atomic<bool>* Halt;
+    TRowFacts* Facts;
     const TZvCustomMemoStyles* Set = nullptr;
     const TStarterTable* Starters = nullptr;
     bool FNext, FFull;

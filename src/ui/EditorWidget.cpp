@@ -163,6 +163,7 @@ void TEditorWidget::AttachScan() {
         TScanOptions options;
         options.FWordWrap = FMemo.DocState().FWordWrap;
         options.FHtmlMultiSyntax = host->FHtmlMultiSyntax;
+        options.FTabSize = std::max(FMemo.DocState().FTabSize, 1);
         FScan = std::make_shared<TDocumentScan>(document.Lines(), host, options, FTiming);
         document.SetReader(FScan);
     }
