@@ -240,6 +240,10 @@ TTagPosData TEditorWidget::TagPair() {
     return FTags;
 }
 
+const TColourOptions& TEditorWidget::PaintColours() {
+    return Painter().Options().Colours;
+}
+
 void TEditorWidget::PasteText(const QString& text) {
     const std::u16string s(reinterpret_cast<const char16_t*>(text.utf16()),
                            static_cast<std::size_t>(text.size()));
