@@ -155,7 +155,15 @@ private:
                                 !Set->FFormatStringPrefix.empty() || !Set->FQuoteWords.empty() ||
                                 !Set->FSubstituteWords.empty());
     }
-    bool InScript() const { return P.Get(spInScript); }
+    // In an embedded language's code; an SVG region is markup, read as the HTML around it.
+    bool InScript() const { return P.Get(spInScript) && P.ScriptType != scSVG; }
+    bool InSvg() const { return P.Get(spInScript) && P.ScriptType == scSVG; }
+    // The end tag that closes the embedded language in force.
+    std::u16string_view ScriptEndTag() const {
+        return P.ScriptType == scCSS  ? u"</style"
+               : P.ScriptType == scCF ? u"</cfscript"
+                                      : u"</script";
+    }
     const TBlock* OpenBlock() const {
         return S.Block.Id >= 0 && S.Block.Id < int(Set->FBlocks.size()) ? &Set->FBlocks[S.Block.Id]
                                                                         : nullptr;
@@ -320,8 +328,7 @@ private:
             const auto q = T.substr(0, N).find(P.ScriptType == scPHP ? u"?>" : u"%>", from);
             take(q == std::u16string_view::npos ? -1 : int(q));
         } else {
-            take(FindCaseless(T.substr(0, N), from,
-                              P.ScriptType == scCSS ? u"</style" : u"</script"));
+            take(FindCaseless(T.substr(0, N), from, ScriptEndTag()));
         }
         return best;
     }
@@ -517,7 +524,7 @@ private:
         P.Set(spSavedInTag, P.Get(spInTag));
         P.Set(spInTag, false);
         P.BracketId = -1;
-        P.ScriptTypeOld = InScript() ? P.ScriptType : scHtml;
+        P.ScriptTypeOld = P.Get(spInScript) ? P.ScriptType : scHtml;
         P.ScriptType = type;
         P.Set(spInScript, true);
         SelectSet();
@@ -546,8 +553,7 @@ private:
 
     // In a script only the matching end tag is a tag; it returns the row to HTML.
     bool EndOfScriptTag() {
-        const std::u16string_view end = P.ScriptType == scCSS ? u"</style" : u"</script";
-        if (!StartsAt(T, p, end, false))
+        if (!StartsAt(T, p, ScriptEndTag(), false))
             return false;
         P.Set(spInScript, false);
         P.ScriptType = scHtml;
@@ -571,6 +577,11 @@ private:
         while (q < N && !IsBlank(T[q]) && T[q] != u'/' && T[q] != u'<' && T[q] != u'>')
             ++q;
         const std::u16string_view name = T.substr(nameStart, q - nameStart);
+        if (closing && InSvg() && name.size() == 3 && StartsAt(name, 0, u"svg", false)) {
+            P.Set(spInScript, false); // "</svg" is HTML's again
+            P.ScriptType = scHtml;
+            SelectSet();
+        }
         const int group = Set->FindTag(name, C.Host().FTagsCaseSensitive);
         Emit(p, q, TTokenKind::Tag, group);
         P.Set(spInTag, true);
@@ -581,15 +592,27 @@ private:
         return true;
     }
 
-    // A start tag of an embedded language: the language begins behind the tag's ">".
+    // A start tag of an embedded language: the language begins behind the tag's ">". A
+    // script's language is told by its attributes within 100 characters of the name.
     void PrepareScript(std::u16string_view name, int q) {
+        const auto is = [&](std::u16string_view tag) {
+            return name.size() == tag.size() && StartsAt(name, 0, tag, false);
+        };
         TScriptType type = scNone;
-        if (StartsAt(name, 0, u"script", false) && name.size() == 6) {
-            const auto head = T.substr(q, std::min(100, N - q));
-            type = C.Host().FASPXLanguage == 2 || FindCaseless(head, 0, u"vbscript") >= 0 ? scVB
-                                                                                          : scJS;
-        } else if (StartsAt(name, 0, u"style", false) && name.size() == 5)
+        if (is(u"script")) {
+            auto head = T.substr(q, std::min(100, N - q));
+            head = head.substr(0, head.find(u'>'));
+            type = FindCaseless(head, 0, u"vb") >= 0                 ? scVB
+                   : FindCaseless(head, 0, u"c#") >= 0               ? scJS
+                   : FindCaseless(head, 0, u"text/hyperscript") >= 0 ? scHyperscript
+                   : C.Host().FASPXLanguage == 2                     ? scVB
+                                                                     : scJS;
+        } else if (is(u"style"))
             type = scCSS;
+        else if (is(u"cfscript"))
+            type = scCF;
+        else if (is(u"svg"))
+            type = scSVG;
         if (type != scNone && C.Embedded(type))
             P.ScriptType = type;
     }
@@ -610,7 +633,7 @@ private:
             if (IsScriptType(P.ScriptType) && len == 1) {
                 P.Set(spInScript, true);
                 SelectSet();
-            } else
+            } else if (!InSvg())
                 P.ScriptType = scHtml;
             return true;
         }

@@ -123,6 +123,14 @@ const TCase kCases[] = {
     {"tool",
      "#!/usr/bin/env -S pwsh -NoProfile\nparam($a)\n",
      {{"param", nullptr, "Keyword:param"}}},
+    // Embedded regions: SVG takes the SVG set up to its end tag; a hyperscript body is no
+    // JavaScript.
+    {"s.html",
+     "<svg><a href=\"x\"><text>Don't</text></a></svg>\n<a>z</a>\n",
+     {{"<a href", "<a", "Tag"}, {"Don't", nullptr, "Text"}, {"<a>z", "<a", "TagGroup:a"}}},
+    {"h.html",
+     "<script type=\"text/hyperscript\">on click toggle .red</script>\n<script>let y;</script>\n",
+     {{"toggle .red", nullptr, "Text"}, {"let", nullptr, "Keyword:let"}}},
     {"a.vue",
      "<template><p>x</p></template>\n<script>\nlet a = 1;\n</script>\n",
      {{"let", nullptr, "Keyword:let"}}},
