@@ -166,6 +166,8 @@ TEST_F(EditorColoursTest, HtmlFileShowsTagsAndMarksTheTagPair) {
                       int(over.green() * a + under.green() * (1 - a)),
                       int(over.blue() * a + under.blue() * (1 - a)));
     EXPECT_GT(PixelsOf(editor, 2, mark), 10) << "the tag pair is painted";
+    editor->Memo().SetTextCursor(19, 2); // inside "</p": the same pair
+    EXPECT_EQ(editor->TagPair(), tags);
     editor->Memo().SetTextCursor(0, 5); // the empty last row: no tag
     EXPECT_EQ(editor->TagPair().StartY, -1);
     EXPECT_EQ(PixelsOf(editor, 2, mark), 0);
