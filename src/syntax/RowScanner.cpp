@@ -144,6 +144,7 @@ private:
         Set = C.SetFor(P);
         Starters = Set ? &C.Starters(Set) : nullptr;
         FCss = Starters && Starters->CssFamily;
+        FJsx = Set && Set->FJsxTags && !C.TagMode();
         FNumbers = Set && !Set->FNumericChars.empty();
         FHexStart = Set && !Set->FHexIdentifier.empty() && !IsDigit(Set->FHexIdentifier[0])
                         ? Set->FHexIdentifier[0]
@@ -225,6 +226,8 @@ private:
             return ContinueRawString();
         if (P.BracketId >= 0)
             return ContinueString(p);
+        if (FJsx && Jsx())
+            return;
         if (IsBlank(c) || c == 0x00A0) {
             int q = p;
             while (q < N && IsBlankish(T[q]))
@@ -651,6 +654,97 @@ private:
             --before;
         const bool value = before >= 0 && T[before] == u'=';
         Emit(p, q, value ? TTokenKind::AttributeValue : TTokenKind::AttributeName);
+        p = q;
+        return true;
+    }
+
+    // ---- JSX elements. The document is not in tag mode, so P.TagNr is free to count the
+    // open elements and spInTag marks the inside of a JSX tag. Code in braces within an
+    // element is code up to its closing brace, when that is on the same row.
+    bool Jsx() {
+        const char16_t c = T[p];
+        if (FJsxCodeLevel >= 0) {
+            if (c == u'}' && P.Brace2Level == FJsxCodeLevel) {
+                Brace(c);
+                FJsxCodeLevel = -1;
+                return true;
+            }
+            return c == u'<' && JsxTag();
+        }
+        if (P.Get(spInTag))
+            return JsxInsideTag();
+        if (c == u'<' && JsxTag())
+            return true;
+        if (P.TagNr <= 0)
+            return false;
+        if (c == u'{')
+            return JsxCode();
+        int q = p + 1; // the element's text
+        while (q < N && T[q] != u'<' && T[q] != u'{')
+            ++q;
+        Emit(p, q, TTokenKind::Text);
+        p = q;
+        return true;
+    }
+
+    bool JsxCode() {
+        Brace(u'{');
+        FJsxCodeLevel = P.Brace2Level;
+        return true;
+    }
+
+    // "<name", "</name", "<>" or "</>": in an element's text, or where an operand may begin.
+    bool JsxTag() {
+        if (P.TagNr <= 0 && !OperandStartsAt(T, p))
+            return false;
+        int q = p + 1;
+        const bool closing = q < N && T[q] == u'/';
+        if (closing)
+            ++q;
+        const int name = q;
+        if (q < N && IsLetter(T[q]))
+            while (q < N && (IsWordChar(T[q]) || T[q] == u'.' || T[q] == u'-' || T[q] == u':'))
+                ++q;
+        if (q == name && !(q < N && T[q] == u'>'))
+            return false; // "< b", "<=", "<1": no tag
+        Emit(p, q, TTokenKind::Tag);
+        P.TagNr = std::int8_t(std::clamp(P.TagNr + (closing ? -1 : 1), 0, 127));
+        P.Set(spInTag, true);
+        p = q;
+        return true;
+    }
+
+    bool JsxInsideTag() {
+        const char16_t c = T[p];
+        if (c == u'>' || (c == u'/' && p + 1 < N && T[p + 1] == u'>')) {
+            const int len = c == u'>' ? 1 : 2;
+            if (len == 2) // self-closed: the element is over
+                P.TagNr = std::int8_t(std::max(P.TagNr - 1, 0));
+            Emit(p, p + len, TTokenKind::Tag);
+            P.Set(spInTag, false);
+            p += len;
+            return true;
+        }
+        if (c == u'{')
+            return JsxCode();
+        if (c == u'"' || c == u'\'') {
+            int q = p + 1;
+            while (q < N && T[q] != c)
+                ++q;
+            q = std::min(q + 1, N);
+            Emit(p, q, TTokenKind::AttributeValue);
+            p = q;
+            return true;
+        }
+        if (IsBlank(c))
+            return false; // the round passes blanks
+        int q = p;
+        while (q < N && !IsBlank(T[q]) &&
+               std::u16string_view(u"=>/{\"'").find(T[q]) == std::u16string_view::npos)
+            ++q;
+        const bool name = q > p;
+        q = std::max(q, p + 1);
+        Emit(p, q, name ? TTokenKind::AttributeName : TTokenKind::Symbol);
         p = q;
         return true;
     }
@@ -1192,8 +1286,11 @@ private:
     const TStarterTable* Starters = nullptr;
     bool FNext, FFull;
     bool FHereDocPending = false;
-    bool FFormatString = false;   // the string being read holds {code} (a format prefix)
-    bool FCss = false;            // the set is of the CSS family: it has a value state
+    bool FFormatString = false; // the string being read holds {code} (a format prefix)
+    bool FCss = false;          // the set is of the CSS family: it has a value state
+    bool FJsx = false;          // the set reads JSX elements (a document not in tag mode)
+    int FJsxCodeLevel = -1;     // in {code} of a JSX element: Brace2Level behind its "{"
+
     bool FWordLiterals = false;   // a word can open a literal: raw, format or quote-like
     bool FNumbers = false;        // the set states Numbers
     bool FExtraWordChars = false; // the set has WordChars

@@ -84,7 +84,7 @@ struct TOptionKey {
     TOptionFn Set;
 };
 
-constexpr std::array<TOptionKey, 63> kOptionKeys{{
+constexpr std::array<TOptionKey, 64> kOptionKeys{{
     {u"LineCommentA", SetText<&TStyles::FLineCommentA>},
     {u"LineCommentB", SetText<&TStyles::FLineCommentB>},
     {u"CommentStartA", SetText<&TStyles::FCommentStartA>},
@@ -143,6 +143,7 @@ constexpr std::array<TOptionKey, 63> kOptionKeys{{
     {u"Interpolation", SetText<&TStyles::FInterpolation>},
     {u"FormatStringPrefix", SetText<&TStyles::FFormatStringPrefix>},
     {u"SlashRegex", SetFlag<&TStyles::FSlashRegex>},
+    {u"JsxTags", SetFlag<&TStyles::FJsxTags>},
     {u"LongBrackets", SetFlag<&TStyles::FLongBrackets>},
     {u"PercentLiterals", SetFlag<&TStyles::FPercentLiterals>},
     {u"QuoteWords", SetSymbolWords<&TStyles::FQuoteWords>},

@@ -123,6 +123,16 @@ const TCase kCases[] = {
     {"tool",
      "#!/usr/bin/env -S pwsh -NoProfile\nparam($a)\n",
      {{"param", nullptr, "Keyword:param"}}},
+    // JSX: an element's text is no code, its tags are tags, its braces hold code.
+    {"a.jsx",
+     "const a = (\n  <p class=\"x\">Don't {n > 1 ? 'b' : c} stop</p>\n);\nlet x = a < b;\n",
+     {{"<p", nullptr, "Tag"},
+      {"Don't", nullptr, "Text"},
+      {"'b'", nullptr, "String"},
+      {" stop", nullptr, "Text"},
+      {"</p", nullptr, "Tag"},
+      {"let", nullptr, "Keyword:let"},
+      {"a < b", "<", "Symbol"}}},
     // Embedded regions: SVG takes the SVG set up to its end tag; a hyperscript body is no
     // JavaScript.
     {"s.html",
