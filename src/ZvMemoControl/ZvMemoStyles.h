@@ -188,6 +188,7 @@ public:
     std::u16string FInterpolation;      // opens code inside String2 strings ("${")
     std::u16string FFormatStringPrefix; // letters of a prefix whose strings hold {code} ("fF")
     bool FSlashRegex = false;   // regular expressions between slashes where an operand begins
+    bool FJsxTags = false;      // JSX elements where an operand begins: tags, and text no code
     bool FLongBrackets = false; // [[...]] and [==[...]==] strings, and comments behind the
                                 // line comment opener (Lua, CMake)
     // Blank-separated words that quote with the delimiter behind them: FQuoteWords with two

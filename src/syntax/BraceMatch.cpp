@@ -1,27 +1,12 @@
-// Brace and tag-pair walks over the runs of rows.
+// Brace and tag-pair walks over the runs of rows; the brace walk crosses rows by their facts.
 #include "syntax/BraceMatch.h"
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace zv {
 namespace {
-
-int KindOf(char16_t c) {
-    switch (c) {
-    case u'(':
-    case u')':
-        return 0;
-    case u'{':
-    case u'}':
-        return 1;
-    default:
-        return 2;
-    }
-}
-bool Opens(char16_t c) {
-    return c == u'(' || c == u'{' || c == u'[';
-}
 
 struct TBraceAt {
     TBracePoint At;
@@ -38,27 +23,57 @@ std::vector<TBraceAt> RowBraces(TLineScanner& scanner, int row) {
     return out;
 }
 
-// Walks from the brace at `from` in `dir` (+1 right, -1 left) to its partner. With a
-// `kind` of -1 it looks for the first unbalanced brace of any kind instead.
-TBracePoint Walk(TLineScanner& scanner, TBracePoint from, int dir, int kind, int maxRows,
+// The counters of a walk in one direction: one per brace kind, or only `kind`'s when it is
+// not -1. Going right an opener nests and a closer unnests; going left the other way round.
+class TBraceWalk {
+public:
+    TBraceWalk(int dir, int kind) : FDir(dir), FKind(kind) {}
+
+    // Offers the next brace met; true when it is the partner looked for.
+    bool Offer(char16_t c) {
+        const int k = TRowFacts::BraceKind(c);
+        if (!Counts(k))
+            return false;
+        if (TRowFacts::Opens(c) == (FDir > 0)) {
+            ++FDepth[k];
+            return false;
+        }
+        return --FDepth[k] < 0;
+    }
+
+    // True when a row of these facts may hold the partner; otherwise passes over the row.
+    bool MayHold(const TRowFacts& f) {
+        for (int k = 0; k < 3; ++k)
+            if (Counts(k) && (f.Saturated(k) || (FDir < 0 ? f.Open[k] : f.Close[k]) > FDepth[k]))
+                return true;
+        for (int k = 0; k < 3; ++k)
+            FDepth[k] += FDir < 0 ? f.Close[k] - f.Open[k] : f.Open[k] - f.Close[k];
+        return false;
+    }
+
+private:
+    bool Counts(int k) const { return k >= 0 && (FKind < 0 || k == FKind); }
+    int FDir, FKind;
+    std::array<int, 3> FDepth{};
+};
+
+// Walks from the brace (or caret column) at `from` in `dir` (+1 right, -1 left) to its
+// partner of `kind`; with a `kind` of -1 to the first unbalanced brace of any kind.
+TBracePoint Walk(TLineScanner& scanner, TBracePoint from, int dir, int kind,
                  char16_t* found = nullptr) {
-    std::array<int, 3> depth{};
-    const int last = dir > 0 ? std::min(scanner.Store().Count() - 1, from.Y + maxRows)
-                             : std::max(0, from.Y - maxRows);
-    for (int row = from.Y; dir > 0 ? row <= last : row >= last; row += dir) {
+    TBraceWalk walk(dir, kind);
+    const int count = scanner.Store().Count();
+    for (int row = from.Y; row >= 0 && row < count; row += dir) {
+        TRowFacts facts;
+        if (row != from.Y && scanner.GetRowFacts(row, facts) && !walk.MayHold(facts))
+            continue;
         auto braces = RowBraces(scanner, row);
         if (dir < 0)
             std::reverse(braces.begin(), braces.end());
         for (const TBraceAt& b : braces) {
             if (row == from.Y && (dir > 0 ? b.At.x <= from.x : b.At.x >= from.x))
                 continue;
-            const int k = KindOf(b.C);
-            if (kind >= 0 && k != kind)
-                continue;
-            // Going right an opener nests; going left a closer does.
-            if (Opens(b.C) == (dir > 0)) {
-                ++depth[k];
-            } else if (--depth[k] < 0) {
+            if (walk.Offer(b.C)) {
                 if (found)
                     *found = b.C;
                 return b.At;
@@ -70,23 +85,26 @@ TBracePoint Walk(TLineScanner& scanner, TBracePoint from, int dir, int kind, int
 
 } // namespace
 
-TBracePair FindBracePair(TLineScanner& scanner, int x, int y, bool whenInside, int maxRows) {
+TBracePair FindBracePair(TLineScanner& scanner, int x, int y, bool whenInside) {
     TBracePair pair;
-    if (y < 0 || y >= scanner.Store().Count())
+    TRowFacts facts;
+    // The rows above the caret get exact stored states first, so the caret row is cut as
+    // the rows the walk crosses are.
+    if (!scanner.GetRowFacts(y, facts))
         return pair;
     const auto braces = RowBraces(scanner, y);
     for (const TBraceAt& b : braces) {
-        if (b.At.x == x && Opens(b.C)) {
+        if (b.At.x == x && TRowFacts::Opens(b.C)) {
             pair.Left = b.At;
-            pair.Right = Walk(scanner, b.At, +1, KindOf(b.C), maxRows);
+            pair.Right = Walk(scanner, b.At, +1, TRowFacts::BraceKind(b.C));
             pair.Matched = pair.Right.x >= 0;
             return pair;
         }
     }
     for (const TBraceAt& b : braces) {
-        if (b.At.x == x - 1 && !Opens(b.C)) {
+        if (b.At.x == x - 1 && !TRowFacts::Opens(b.C)) {
             pair.Right = b.At;
-            pair.Left = Walk(scanner, b.At, -1, KindOf(b.C), maxRows);
+            pair.Left = Walk(scanner, b.At, -1, TRowFacts::BraceKind(b.C));
             pair.Matched = pair.Left.x >= 0;
             std::swap(pair.Left, pair.Right); // Left: the brace at the caret
             return pair;
@@ -95,10 +113,10 @@ TBracePair FindBracePair(TLineScanner& scanner, int x, int y, bool whenInside, i
     if (!whenInside)
         return pair;
     char16_t opener = 0;
-    pair.Left = Walk(scanner, {x, y}, -1, -1, maxRows, &opener);
+    pair.Left = Walk(scanner, {x, y}, -1, -1, &opener);
     if (pair.Left.x < 0)
         return pair;
-    pair.Right = Walk(scanner, pair.Left, +1, KindOf(opener), maxRows);
+    pair.Right = Walk(scanner, pair.Left, +1, TRowFacts::BraceKind(opener));
     pair.Matched = pair.Right.x >= 0;
     return pair;
 }
@@ -123,6 +141,7 @@ bool IsVoid(std::u16string_view name) {
 struct TTagRun {
     int X, Y, Len;
     bool Closing;
+    bool SelfEnd;        // a "/>" run
     std::u16string Name; // empty for a ">" or "/>" run
 };
 
@@ -135,10 +154,87 @@ std::vector<TTagRun> RowTags(TLineScanner& scanner, int row) {
         auto t = text.substr(r.Start, r.Length);
         const bool opener = t.starts_with(u'<');
         const bool closing = t.starts_with(u"</");
+        const bool selfEnd = !opener && t.starts_with(u"/>");
         t.remove_prefix(opener ? (closing ? 2 : 1) : t.size());
-        out.push_back({r.Start, row, r.Length, closing, std::u16string(t)});
+        out.push_back({r.Start, row, r.Length, closing, selfEnd, std::u16string(t)});
     }
     return out;
+}
+
+// The end (">" or "/>") of the opening tag `at`.
+const TTagRun* FindTagEnd(TLineScanner& scanner, const TTagRun& at, int last,
+                          std::vector<TTagRun>& keep) {
+    for (int row = at.Y; row <= last; ++row) {
+        keep = RowTags(scanner, row);
+        for (const TTagRun& t : keep)
+            if (t.Name.empty() && (row > at.Y || t.X > at.X))
+                return &t;
+    }
+    return nullptr;
+}
+
+// From the opening tag `at` down to its closing tag; d.Start* are set.
+void WalkToClosing(TLineScanner& scanner, const TTagRun& at, int last, TTagPosData& d) {
+    std::vector<TTagRun> keep;
+    const TTagRun* end = FindTagEnd(scanner, at, last, keep);
+    if (!end)
+        return;
+    d.StartEndY = end->Y, d.StartEndX = end->X, d.StartEndLen = end->Len;
+    if (end->SelfEnd)
+        return; // "<a/>" closes itself
+    int depth = 0;
+    bool nestedOpen = false; // the last name run was an opening tag of the same name
+    for (int row = end->Y; row <= last; ++row)
+        for (const TTagRun& t : RowTags(scanner, row)) {
+            if (row == end->Y && t.X <= end->X)
+                continue;
+            if (t.Name.empty()) {
+                if (t.SelfEnd && nestedOpen)
+                    --depth;
+                nestedOpen = false;
+                continue;
+            }
+            nestedOpen = false;
+            if (!SameName(t.Name, at.Name))
+                continue;
+            if (!t.Closing) {
+                ++depth;
+                nestedOpen = true;
+            } else if (depth-- == 0) {
+                d.EndY = t.Y, d.EndX = t.X, d.EndLen = t.Len;
+                return;
+            }
+        }
+}
+
+// From the closing tag `at` up to its opening tag; d.End* are set.
+void WalkToOpening(TLineScanner& scanner, const TTagRun& at, int first, int last, TTagPosData& d) {
+    int depth = 0;
+    bool selfEnded = false; // the run behind the name met next (going up) was "/>"
+    for (int row = at.Y; row >= first; --row) {
+        auto tags = RowTags(scanner, row);
+        std::reverse(tags.begin(), tags.end());
+        for (const TTagRun& t : tags) {
+            if (row == at.Y && t.X >= at.X)
+                continue;
+            if (t.Name.empty()) {
+                selfEnded = t.SelfEnd;
+                continue;
+            }
+            const bool selfClosed = std::exchange(selfEnded, false);
+            if (selfClosed || !SameName(t.Name, at.Name))
+                continue;
+            if (t.Closing) {
+                ++depth;
+            } else if (depth-- == 0) {
+                d.StartY = t.Y, d.StartX = t.X, d.StartLen = t.Len;
+                std::vector<TTagRun> keep;
+                if (const TTagRun* end = FindTagEnd(scanner, t, last, keep))
+                    d.StartEndY = end->Y, d.StartEndX = end->X, d.StartEndLen = end->Len;
+                return;
+            }
+        }
+    }
 }
 
 } // namespace
@@ -153,31 +249,18 @@ TTagPosData CheckTagsToHighlight(TLineScanner& scanner, int x, int y, int maxRow
     for (const TTagRun& t : tags)
         if (!t.Name.empty() && t.X <= x)
             at = &t;
-    if (!at || at->Closing || IsVoid(at->Name))
+    if (!at || IsVoid(at->Name))
         return d;
-    d.StartY = at->Y, d.StartX = at->X, d.StartLen = at->Len;
-    int depth = 0;
-    bool startEndSeen = false;
     const int last = std::min(scanner.Store().Count() - 1, y + maxRows);
-    for (int row = y; row <= last; ++row)
-        for (const TTagRun& t : RowTags(scanner, row)) {
-            if (row == y && t.X <= at->X)
-                continue;
-            if (t.Name.empty()) {
-                if (!startEndSeen)
-                    startEndSeen = true, d.StartEndY = t.Y, d.StartEndX = t.X,
-                    d.StartEndLen = t.Len;
-                continue;
-            }
-            if (!SameName(t.Name, at->Name))
-                continue;
-            if (!t.Closing)
-                ++depth;
-            else if (depth-- == 0) {
-                d.EndY = t.Y, d.EndX = t.X, d.EndLen = t.Len;
-                return d;
-            }
-        }
+    if (!at->Closing) {
+        d.StartY = at->Y, d.StartX = at->X, d.StartLen = at->Len;
+        WalkToClosing(scanner, *at, last, d);
+        return d;
+    }
+    d.EndY = at->Y, d.EndX = at->X, d.EndLen = at->Len;
+    WalkToOpening(scanner, *at, std::max(0, y - maxRows), last, d);
+    if (d.StartY < 0)
+        d = {}; // a closing tag without its opening one pairs with nothing
     return d;
 }
 

@@ -1,6 +1,7 @@
 // Brace and tag-pair matching. Only braces the scanner saw as code count (not those in
-// strings or comments), and only tags it saw as tags. The walks are bounded in rows so a
-// caret move never scans a whole large document.
+// strings or comments), and only tags it saw as tags. The brace walk crosses rows by their
+// stored brace facts and reads the text of the row that holds the partner only, so it has no
+// row limit; the tag walk reads rows and is bounded.
 #pragma once
 
 #include "syntax/ColourWalk.h"
@@ -20,8 +21,8 @@ struct TBracePair {
 
 // The pair at caret column x (0-based, between characters) of row y: an opener right of the
 // caret or a closer left of it; with `whenInside` the nearest enclosing pair otherwise.
-// Walks at most `maxRows` rows each way.
-TBracePair FindBracePair(TLineScanner& scanner, int x, int y, bool whenInside, int maxRows = 2000);
+// Rows between the stored ones and the rows walked are scanned and stored on the way.
+TBracePair FindBracePair(TLineScanner& scanner, int x, int y, bool whenInside);
 
 // The tag pair under the caret. Rows beyond the document become -1.
 struct TTagPosData {
@@ -31,7 +32,9 @@ struct TTagPosData {
     bool operator==(const TTagPosData&) const = default;
 };
 
-// Void elements ("br", "img", ...) have no closing tag and yield only the opening one.
+// The caret may be on the opening or on the closing tag's name. Void elements ("br", "img",
+// ...) have no closing tag and yield only the opening one; a self-closed tag ("<a/>") has
+// none either. Walks at most `maxRows` rows from the caret.
 TTagPosData CheckTagsToHighlight(TLineScanner& scanner, int x, int y, int maxRows = 2000);
 
 } // namespace zv

@@ -130,11 +130,12 @@ void AppendHtmlRow(std::u16string_view text, const std::vector<TColourRun>& runs
         const TColourRun& run = runs[k++];
         int end = run.Start + run.Length;
         if (run.Info.Kind == TTokenKind::Url) {
+            // The span inside the anchor gives the link the painted colour, not the reader's.
             const auto piece = text.substr(run.Start, run.Length);
             out += "<a href=\"";
             AppendEscaped(out, piece);
             out += "\">";
-            AppendEscaped(out, piece);
+            AppendStyledRun(out, piece, RunStyle(run, options.Colour));
             out += "</a>";
             continue;
         }
@@ -187,15 +188,26 @@ std::string GetHTMLLine(TLineScanner& scanner, int row, const THtmlExportOptions
     return out;
 }
 
-void GetAsHtml(const TScanContext& ctx, const TZvMemoStrings& store,
-               const THtmlExportOptions& options,
-               const std::function<void(std::string_view)>& write) {
+namespace {
+
+void AppendPageHead(std::string& out, const TScanContext& ctx, const THtmlExportOptions& options) {
     const TZvCustomMemoStyles* set = ctx.Host().FStyles.get();
     const TColor fg = set ? set->FTextColor : 0, bg = set ? set->FBkColor : 0xFFFFFF;
-    std::string out = "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>";
+    out += "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>";
     AppendEscaped(out, options.Title);
     out += "</title>\n</head>\n<body style=\"background-color: " + HtmlColour(bg) +
            ";\">\n<pre style=\"color: " + HtmlColour(fg) + ";\">\n";
+}
+
+constexpr std::string_view kPageTail = "\n</pre>\n</body>\n</html>\n";
+
+} // namespace
+
+void GetAsHtml(const TScanContext& ctx, const TZvMemoStrings& store,
+               const THtmlExportOptions& options,
+               const std::function<void(std::string_view)>& write) {
+    std::string out;
+    AppendPageHead(out, ctx, options);
     TStyle state;
     ClearStyle(state, true);
     TScanScratch scratch;
@@ -220,8 +232,44 @@ void GetAsHtml(const TScanContext& ctx, const TZvMemoStrings& store,
             out.clear();
         }
     }
-    out += "\n</pre>\n</body>\n</html>\n";
+    out += kPageTail;
     write(out);
+}
+
+std::string GetRangeAsHtml(TLineScanner& scanner, int fromX, int fromY, int toX, int toY,
+                           const THtmlExportOptions& options) {
+    const TZvMemoStrings& store = scanner.Store();
+    std::string out;
+    AppendPageHead(out, scanner.Context(), options);
+    fromY = std::max(fromY, 0);
+    toY = std::min(toY, store.Count() - 1);
+    TStyle state = scanner.GetUpStyle(fromY - 1);
+    std::vector<TColourRun> cut;
+    for (int row = fromY; row <= toY; ++row) {
+        if (row > fromY && !store.IsLineWrapped(row))
+            out.push_back('\n');
+        const std::u16string_view text = store.Get(row);
+        const int a = row == fromY ? std::clamp(fromX, 0, int(text.size())) : 0;
+        const int b = row == toY ? std::clamp(toX, a, int(text.size())) : int(text.size());
+        const auto runs = RowRunsFrom(scanner, row, state);
+        if (!options.Colours) {
+            AppendHtmlRowBW(text.substr(a, b - a), options, out);
+            continue;
+        }
+        // The runs cut to [a, b), counted from a.
+        cut.clear();
+        for (TColourRun run : runs) {
+            const int s = std::max(run.Start, a), e = std::min(run.Start + run.Length, b);
+            if (s >= e)
+                continue;
+            run.Start = s - a;
+            run.Length = e - s;
+            cut.push_back(run);
+        }
+        AppendHtmlRow(text.substr(a, b - a), cut, options, out);
+    }
+    out += kPageTail;
+    return out;
 }
 
 } // namespace zv

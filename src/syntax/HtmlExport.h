@@ -1,7 +1,7 @@
-// HTML export of a document or one row: every run becomes a span with its colour (neighbours
-// of the same colours share one), a URL an anchor; "<" is written as "<samp><</samp>" and "&"
-// as "&amp;". The black-and-white form expands tabs, writes blanks as U+00A0 and keeps only
-// the "<" and "&" rules. Output UTF-8.
+// HTML export of a document, a range or one row: every run becomes a span with its colour
+// (neighbours of the same colours share one), a URL an anchor around its span; "<" is
+// written as "<samp><</samp>" and "&" as "&amp;". The black-and-white form expands tabs, writes
+// blanks as U+00A0 and keeps only the "<" and "&" rules. Output UTF-8.
 #pragma once
 
 #include "syntax/ColourWalk.h"
@@ -36,5 +36,11 @@ std::string GetHTMLLine(TLineScanner& scanner, int row, const THtmlExportOptions
 void GetAsHtml(const TScanContext& ctx, const TZvMemoStrings& store,
                const THtmlExportOptions& options,
                const std::function<void(std::string_view)>& write);
+
+// The text from column fromX of row fromY up to column toX of row toY (exclusive; columns
+// are clamped to their rows) as a page, cut as the painter cuts it: from the state stored
+// above fromY (computed when missing). Main thread.
+std::string GetRangeAsHtml(TLineScanner& scanner, int fromX, int fromY, int toX, int toY,
+                           const THtmlExportOptions& options);
 
 } // namespace zv

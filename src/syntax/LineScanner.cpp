@@ -30,11 +30,12 @@ bool TLineScanner::NextIsWrapped(int line) const {
 
 bool TLineScanner::GetUpLineStyleFromThread(int line, int fromX, int toX, TStyle& state,
                                             IRunSink* sink, bool fromThread,
-                                            const std::atomic<bool>* halt) {
+                                            const std::atomic<bool>* halt, TRowFacts* facts) {
     if (toX == 0)
         return true;
     TScanRequest request;
     request.Sink = sink;
+    request.Facts = facts;
     request.Halt = halt;
     request.Limit = fromX == 0 && toX == -1 ? -1 : std::max(toX, 0);
     if (!fromThread) {
@@ -83,12 +84,34 @@ TStyle TLineScanner::GetUpStyle(int line) {
     if (start > 0 && exact)
         FStates.Get(start - 1, state);
     const std::uint64_t generation = FStates.Generation();
+    TRowFacts facts;
     for (int row = start; row <= line; ++row) {
-        GetUpLineStyle(row, 0, -1, state);
+        GetUpLineStyleFromThread(row, 0, -1, state, nullptr, false, nullptr, &facts);
         if (exact)
-            FStates.Store(row, state, generation);
+            FStates.Store(row, state, generation, &facts);
     }
     return state;
+}
+
+bool TLineScanner::GetRowFacts(int line, TRowFacts& facts) {
+    if (line < 0 || line >= FStore.Count() || !FCtx.HasSyntax())
+        return false;
+    // Each round extends the valid rows by one; an invalid row below them is rescanned too.
+    for (int row = FStates.ValidRows(); row <= line; row = FStates.ValidRows()) {
+        TStyle state;
+        ClearStyle(state, true);
+        if (row > 0 && !FStates.Get(row - 1, state))
+            continue; // the watermark moved in between: read it again
+        const std::uint64_t generation = FStates.Generation();
+        GetUpLineStyleFromThread(row, 0, -1, state, nullptr, false, nullptr, &facts);
+        FStates.Store(row, state, generation, &facts);
+    }
+    if (FStates.Facts(line, facts))
+        return true;
+    // A state stored without its facts: scan the row again from the state above it.
+    TStyle state = GetUpStyle(line - 1);
+    GetUpLineStyleFromThread(line, 0, -1, state, nullptr, false, nullptr, &facts);
+    return true;
 }
 
 void TLineScanner::ClearLineStylesFrom(int line) {
@@ -103,9 +126,10 @@ TRedrawRange TLineScanner::InvalidateLine(int line) {
     if (FStates.ValidRows() > line)
         ClearLineStylesFrom(line);
     TStyle state = GetUpStyle(line - 1);
-    GetUpLineStyle(line, 0, -1, state);
+    TRowFacts facts;
+    GetUpLineStyleFromThread(line, 0, -1, state, nullptr, false, nullptr, &facts);
     const std::uint64_t generation = FStates.Generation();
-    const bool stored = FStates.Store(line, state, generation);
+    const bool stored = FStates.Store(line, state, generation, &facts);
     TStyle now = state;
     now.FBooleanArray |= 1u; // stored records carry the valid bit
     if (stored && old.Valid() && now == old && FStates.Restore(line, FStore.Count()))
@@ -136,11 +160,12 @@ bool TLineScanner::Sweep(const std::atomic<bool>& halt,
             continue; // an edit lowered the watermark in between: read it again
         if (row == 0)
             ClearStyle(state, true);
-        if (!GetUpLineStyleFromThread(row, 0, -1, state, nullptr, true, &halt)) {
+        TRowFacts facts;
+        if (!GetUpLineStyleFromThread(row, 0, -1, state, nullptr, true, &halt, &facts)) {
             report();
             return false;
         }
-        if (FStates.Store(row, state, generation)) {
+        if (FStates.Store(row, state, generation, &facts)) {
             if (first < 0 || row != last + 1 || row - first >= kSweepReportRows)
                 report();
             if (first < 0)

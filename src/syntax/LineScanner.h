@@ -33,9 +33,11 @@ public:
 
     // Scans row `line` from `state`. fromX 0 with toX -1 is a full-row scan (end-of-row rule
     // applied); otherwise units up to toX (1-based, clamped; toX 0 returns at once). `sink`
-    // receives the runs. Returns false when `halt` stopped it.
+    // receives the runs; `facts`, on a full-row scan, the row's facts. Returns false when
+    // `halt` stopped it.
     bool GetUpLineStyleFromThread(int line, int fromX, int toX, TStyle& state, IRunSink* sink,
-                                  bool fromThread, const std::atomic<bool>* halt = nullptr);
+                                  bool fromThread, const std::atomic<bool>* halt = nullptr,
+                                  TRowFacts* facts = nullptr);
     bool GetUpLineStyle(int line, int fromX, int toX, TStyle& state, IRunSink* sink = nullptr) {
         return GetUpLineStyleFromThread(line, fromX, toX, state, sink, false);
     }
@@ -45,6 +47,12 @@ public:
     // was met, from a blank row with a clear state (such states are used but not stored).
     // Main thread only.
     TStyle GetUpStyle(int line);
+
+    // The facts of row `line` (braces, indent, to-do) into `facts`. Rows from the first
+    // invalid one down to `line` are scanned and stored first, from the state above them and
+    // without the blank-row cut, so the facts are exact; that scan is paid once. False for a
+    // row outside the store or a document without syntax. Main thread.
+    bool GetRowFacts(int line, TRowFacts& facts);
 
     // The stored record of `line`; `valid` tells whether it can be trusted.
     TStyle GetLineStyle(int line, bool& valid) const;

@@ -15,6 +15,14 @@ bool TLineStates::Get(int row, TStyle& state) const {
     return row < FValid.load(std::memory_order_relaxed);
 }
 
+bool TLineStates::Facts(int row, TRowFacts& facts) const {
+    std::lock_guard lock(FMutex);
+    if (row < 0 || row >= int(FFacts.size()) || row >= FValid.load(std::memory_order_relaxed))
+        return false;
+    facts = FFacts[row];
+    return facts.Known();
+}
+
 void TLineStates::ClearFrom(int row, int rowCount) {
     row = std::max(row, 0);
     std::lock_guard lock(FMutex);
@@ -31,15 +39,24 @@ void TLineStates::ClearFrom(int row, int rowCount) {
     FGeneration.fetch_add(1, std::memory_order_acq_rel);
 }
 
-bool TLineStates::Store(int row, const TStyle& state, std::uint64_t generation) {
+bool TLineStates::Store(int row, const TStyle& state, std::uint64_t generation,
+                        const TRowFacts* facts) {
     if (row < 0)
         return false;
     std::lock_guard lock(FMutex);
     if (generation != FGeneration.load(std::memory_order_relaxed))
         return false;
-    if (row >= int(FRows.size()))
+    if (row >= int(FRows.size())) {
         FRows.resize(std::max<std::size_t>(row + 1, FRows.size() + FRows.size() / 2));
+        FFacts.resize(FRows.size());
+    }
     FRows[row] = state;
+    TRowFacts& f = FFacts[row];
+    const std::int32_t oldTodo = f.TodoId;
+    f = facts ? *facts : TRowFacts{};
+    if (f.TodoItem())
+        f.TodoId =
+            oldTodo > 0 ? oldTodo : std::int32_t(100 + FTodoRandom() % 99900) + std::int32_t(row);
     FRows[row].FBooleanArray |= 1u;
     if (row == FValid.load(std::memory_order_relaxed))
         FValid.store(row + 1, std::memory_order_release);
@@ -62,6 +79,7 @@ void TLineStates::Reset(int rowCount) {
     std::lock_guard lock(FMutex);
     FKnownCount = rowCount;
     FRows.clear();
+    FFacts.clear();
     FValid.store(0, std::memory_order_release);
     FGeneration.fetch_add(1, std::memory_order_acq_rel);
     FRestoreRow = -1;

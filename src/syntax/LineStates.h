@@ -5,10 +5,12 @@
 #pragma once
 
 #include "ZvMemoControl/LineStyle.h"
+#include "syntax/RowFacts.h"
 
 #include <atomic>
 #include <cstdint>
 #include <mutex>
+#include <random>
 #include <vector>
 
 namespace zv {
@@ -31,7 +33,14 @@ public:
 
     // Stores the state of `row` unless an invalidation happened since `generation` was read.
     // Extends the valid range when `row` is its first invalid row. Returns false when dropped.
-    bool Store(int row, const TStyle& state, std::uint64_t generation);
+    // `facts` are the row's facts from the same scan; without them the row's facts are
+    // unknown. A to-do item keeps the TodoId its row had, or gets a new one: a random number
+    // from 100 to 99,999 plus the row.
+    bool Store(int row, const TStyle& state, std::uint64_t generation,
+               const TRowFacts* facts = nullptr);
+
+    // Copies the facts of `row` into `facts`; true when they are valid and known.
+    bool Facts(int row, TRowFacts& facts) const;
 
     // After an edit of `row` whose end state came out unchanged: gives back the validity the
     // last ClearFrom took, when that was at `row`, `row` was valid before it, no rows moved,
@@ -44,6 +53,8 @@ public:
 private:
     mutable std::mutex FMutex;
     std::vector<TStyle> FRows;                 // guarded by FMutex; may be shorter than the store
+    std::vector<TRowFacts> FFacts;             // guarded by FMutex; as long as FRows
+    std::minstd_rand FTodoRandom{20261125};    // guarded by FMutex
     std::atomic<int> FValid{0};                // written under FMutex
     std::atomic<std::uint64_t> FGeneration{0}; // written under FMutex
     // Guarded by FMutex: the row and watermark of the last ClearFrom, and the row count the

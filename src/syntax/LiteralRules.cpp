@@ -311,8 +311,7 @@ TQuoteLike PercentLiteral(std::u16string_view t, int p, const TZvCustomMemoStyle
     return QuotedFrom(t, p, at, 1);
 }
 
-int SlashRegexLength(std::u16string_view t, int p) {
-    const int n = int(t.size());
+bool OperandStartsAt(std::u16string_view t, int p) {
     int k = p - 1;
     while (k >= 0 && IsBlank(t[k]))
         --k;
@@ -326,7 +325,12 @@ int SlashRegexLength(std::u16string_view t, int p) {
                                        u"and", u"or", u"not", u"typeof", u"case", u"elsif"})
             operandStart = operandStart || word == kw;
     }
-    if (!operandStart)
+    return operandStart;
+}
+
+int SlashRegexLength(std::u16string_view t, int p) {
+    const int n = int(t.size());
+    if (!OperandStartsAt(t, p))
         return 0;
     bool inClass = false;
     int q = p + 1;

@@ -60,6 +60,10 @@ TQuoteLike QuoteLike(std::u16string_view t, int p, int wordEnd, const TZvCustomM
 // an operand may begin.
 TQuoteLike PercentLiteral(std::u16string_view t, int p, const TZvCustomMemoStyles& s);
 
+// True when an operand may begin at p: at the row's start, behind one of "(,=:[!&|?{};~", or
+// behind a word an operand follows ("return", "if", ...).
+bool OperandStartsAt(std::u16string_view t, int p);
+
 // Length of a regular expression between slashes at p that closes on the row, when an
 // operand may begin there; 0 otherwise.
 int SlashRegexLength(std::u16string_view t, int p);

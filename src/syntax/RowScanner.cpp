@@ -103,7 +103,7 @@ class TRowWalk {
 public:
     TRowWalk(const TScanContext& ctx, const TScanRequest& r, TStyle& state, TScanScratch& x)
         : C(ctx), T(r.Text), S(state), P(state.Properties), X(x), Sink(r.Sink), Halt(r.Halt),
-          FNext(r.NextRowIsWrapped), FFull(r.Limit < 0) {
+          Facts(r.Limit < 0 ? r.Facts : nullptr), FNext(r.NextRowIsWrapped), FFull(r.Limit < 0) {
         N = FFull ? int(T.size()) : std::min<int>(r.Limit, int(T.size()));
         T = T.substr(0, N); // a partial scan sees nothing behind its limit
     }
@@ -111,6 +111,8 @@ public:
     bool Run() {
         if (!FFull && N == 0)
             return true;
+        if (Facts)
+            *Facts = {}, Facts->Indent = RowIndent(T, C.Options().FTabSize);
         SelectSet();
         if (!Set) {
             Emit(0, N, TTokenKind::Text);
@@ -142,6 +144,7 @@ private:
         Set = C.SetFor(P);
         Starters = Set ? &C.Starters(Set) : nullptr;
         FCss = Starters && Starters->CssFamily;
+        FJsx = Set && Set->FJsxTags && !C.TagMode();
         FNumbers = Set && !Set->FNumericChars.empty();
         FHexStart = Set && !Set->FHexIdentifier.empty() && !IsDigit(Set->FHexIdentifier[0])
                         ? Set->FHexIdentifier[0]
@@ -153,7 +156,15 @@ private:
                                 !Set->FFormatStringPrefix.empty() || !Set->FQuoteWords.empty() ||
                                 !Set->FSubstituteWords.empty());
     }
-    bool InScript() const { return P.Get(spInScript); }
+    // In an embedded language's code; an SVG region is markup, read as the HTML around it.
+    bool InScript() const { return P.Get(spInScript) && P.ScriptType != scSVG; }
+    bool InSvg() const { return P.Get(spInScript) && P.ScriptType == scSVG; }
+    // The end tag that closes the embedded language in force.
+    std::u16string_view ScriptEndTag() const {
+        return P.ScriptType == scCSS  ? u"</style"
+               : P.ScriptType == scCF ? u"</cfscript"
+                                      : u"</script";
+    }
     const TBlock* OpenBlock() const {
         return S.Block.Id >= 0 && S.Block.Id < int(Set->FBlocks.size()) ? &Set->FBlocks[S.Block.Id]
                                                                         : nullptr;
@@ -215,6 +226,8 @@ private:
             return ContinueRawString();
         if (P.BracketId >= 0)
             return ContinueString(p);
+        if (FJsx && Jsx())
+            return;
         if (IsBlank(c) || c == 0x00A0) {
             int q = p;
             while (q < N && IsBlankish(T[q]))
@@ -279,7 +292,14 @@ private:
             P.NestedCommentIndex = 1;
         Emit(p, p + len, CommentKind());
         p += len;
+        TodoAt(p);
         return true;
+    }
+
+    // A to-do word that opens the comment text at `at` makes the row a to-do item.
+    void TodoAt(int at) {
+        if (Facts && !Facts->TodoItem() && TodoWordAt(T, at, C.Options().FTodoWords))
+            Facts->TodoId = TRowFacts::kTodoNew;
     }
 
     bool IsDocComment() const {
@@ -312,13 +332,14 @@ private:
             const auto q = T.substr(0, N).find(P.ScriptType == scPHP ? u"?>" : u"%>", from);
             take(q == std::u16string_view::npos ? -1 : int(q));
         } else {
-            take(FindCaseless(T.substr(0, N), from,
-                              P.ScriptType == scCSS ? u"</style" : u"</script"));
+            take(FindCaseless(T.substr(0, N), from, ScriptEndTag()));
         }
         return best;
     }
 
     void ContinueComment() {
+        if (p == 0) // a row inside the comment: its first text may be the word
+            TodoAt(0);
         const bool styleB = P.CommentStyle == 2;
         const std::u16string& closer = styleB ? Set->FCommentEndB : Set->FCommentEndA;
         int end = -1; // position of the closer that ends the comment
@@ -403,6 +424,7 @@ private:
             RawString(open, end, TTokenKind::Comment);
             return true;
         }
+        TodoAt(p + len);
         const int tag = ScriptCloseFrom(p + len);
         if (tag >= 0) {
             EmitText(p, tag, TTokenKind::LineComment);
@@ -506,7 +528,7 @@ private:
         P.Set(spSavedInTag, P.Get(spInTag));
         P.Set(spInTag, false);
         P.BracketId = -1;
-        P.ScriptTypeOld = InScript() ? P.ScriptType : scHtml;
+        P.ScriptTypeOld = P.Get(spInScript) ? P.ScriptType : scHtml;
         P.ScriptType = type;
         P.Set(spInScript, true);
         SelectSet();
@@ -535,8 +557,7 @@ private:
 
     // In a script only the matching end tag is a tag; it returns the row to HTML.
     bool EndOfScriptTag() {
-        const std::u16string_view end = P.ScriptType == scCSS ? u"</style" : u"</script";
-        if (!StartsAt(T, p, end, false))
+        if (!StartsAt(T, p, ScriptEndTag(), false))
             return false;
         P.Set(spInScript, false);
         P.ScriptType = scHtml;
@@ -560,6 +581,11 @@ private:
         while (q < N && !IsBlank(T[q]) && T[q] != u'/' && T[q] != u'<' && T[q] != u'>')
             ++q;
         const std::u16string_view name = T.substr(nameStart, q - nameStart);
+        if (closing && InSvg() && name.size() == 3 && StartsAt(name, 0, u"svg", false)) {
+            P.Set(spInScript, false); // "</svg" is HTML's again
+            P.ScriptType = scHtml;
+            SelectSet();
+        }
         const int group = Set->FindTag(name, C.Host().FTagsCaseSensitive);
         Emit(p, q, TTokenKind::Tag, group);
         P.Set(spInTag, true);
@@ -570,15 +596,27 @@ private:
         return true;
     }
 
-    // A start tag of an embedded language: the language begins behind the tag's ">".
+    // A start tag of an embedded language: the language begins behind the tag's ">". A
+    // script's language is told by its attributes within 100 characters of the name.
     void PrepareScript(std::u16string_view name, int q) {
+        const auto is = [&](std::u16string_view tag) {
+            return name.size() == tag.size() && StartsAt(name, 0, tag, false);
+        };
         TScriptType type = scNone;
-        if (StartsAt(name, 0, u"script", false) && name.size() == 6) {
-            const auto head = T.substr(q, std::min(100, N - q));
-            type = C.Host().FASPXLanguage == 2 || FindCaseless(head, 0, u"vbscript") >= 0 ? scVB
-                                                                                          : scJS;
-        } else if (StartsAt(name, 0, u"style", false) && name.size() == 5)
+        if (is(u"script")) {
+            auto head = T.substr(q, std::min(100, N - q));
+            head = head.substr(0, head.find(u'>'));
+            type = FindCaseless(head, 0, u"vb") >= 0                 ? scVB
+                   : FindCaseless(head, 0, u"c#") >= 0               ? scJS
+                   : FindCaseless(head, 0, u"text/hyperscript") >= 0 ? scHyperscript
+                   : C.Host().FASPXLanguage == 2                     ? scVB
+                                                                     : scJS;
+        } else if (is(u"style"))
             type = scCSS;
+        else if (is(u"cfscript"))
+            type = scCF;
+        else if (is(u"svg"))
+            type = scSVG;
         if (type != scNone && C.Embedded(type))
             P.ScriptType = type;
     }
@@ -599,7 +637,7 @@ private:
             if (IsScriptType(P.ScriptType) && len == 1) {
                 P.Set(spInScript, true);
                 SelectSet();
-            } else
+            } else if (!InSvg())
                 P.ScriptType = scHtml;
             return true;
         }
@@ -617,6 +655,97 @@ private:
             --before;
         const bool value = before >= 0 && T[before] == u'=';
         Emit(p, q, value ? TTokenKind::AttributeValue : TTokenKind::AttributeName);
+        p = q;
+        return true;
+    }
+
+    // ---- JSX elements. The document is not in tag mode, so P.TagNr is free to count the
+    // open elements and spInTag marks the inside of a JSX tag. Code in braces within an
+    // element is code up to its closing brace, when that is on the same row.
+    bool Jsx() {
+        const char16_t c = T[p];
+        if (FJsxCodeLevel >= 0) {
+            if (c == u'}' && P.Brace2Level == FJsxCodeLevel) {
+                Brace(c);
+                FJsxCodeLevel = -1;
+                return true;
+            }
+            return c == u'<' && JsxTag();
+        }
+        if (P.Get(spInTag))
+            return JsxInsideTag();
+        if (c == u'<' && JsxTag())
+            return true;
+        if (P.TagNr <= 0)
+            return false;
+        if (c == u'{')
+            return JsxCode();
+        int q = p + 1; // the element's text
+        while (q < N && T[q] != u'<' && T[q] != u'{')
+            ++q;
+        Emit(p, q, TTokenKind::Text);
+        p = q;
+        return true;
+    }
+
+    bool JsxCode() {
+        Brace(u'{');
+        FJsxCodeLevel = P.Brace2Level;
+        return true;
+    }
+
+    // "<name", "</name", "<>" or "</>": in an element's text, or where an operand may begin.
+    bool JsxTag() {
+        if (P.TagNr <= 0 && !OperandStartsAt(T, p))
+            return false;
+        int q = p + 1;
+        const bool closing = q < N && T[q] == u'/';
+        if (closing)
+            ++q;
+        const int name = q;
+        if (q < N && IsLetter(T[q]))
+            while (q < N && (IsWordChar(T[q]) || T[q] == u'.' || T[q] == u'-' || T[q] == u':'))
+                ++q;
+        if (q == name && !(q < N && T[q] == u'>'))
+            return false; // "< b", "<=", "<1": no tag
+        Emit(p, q, TTokenKind::Tag);
+        P.TagNr = std::int8_t(std::clamp(P.TagNr + (closing ? -1 : 1), 0, 127));
+        P.Set(spInTag, true);
+        p = q;
+        return true;
+    }
+
+    bool JsxInsideTag() {
+        const char16_t c = T[p];
+        if (c == u'>' || (c == u'/' && p + 1 < N && T[p + 1] == u'>')) {
+            const int len = c == u'>' ? 1 : 2;
+            if (len == 2) // self-closed: the element is over
+                P.TagNr = std::int8_t(std::max(P.TagNr - 1, 0));
+            Emit(p, p + len, TTokenKind::Tag);
+            P.Set(spInTag, false);
+            p += len;
+            return true;
+        }
+        if (c == u'{')
+            return JsxCode();
+        if (c == u'"' || c == u'\'') {
+            int q = p + 1;
+            while (q < N && T[q] != c)
+                ++q;
+            q = std::min(q + 1, N);
+            Emit(p, q, TTokenKind::AttributeValue);
+            p = q;
+            return true;
+        }
+        if (IsBlank(c))
+            return false; // the round passes blanks
+        int q = p;
+        while (q < N && !IsBlank(T[q]) &&
+               std::u16string_view(u"=>/{\"'").find(T[q]) == std::u16string_view::npos)
+            ++q;
+        const bool name = q > p;
+        q = std::max(q, p + 1);
+        Emit(p, q, name ? TTokenKind::AttributeName : TTokenKind::Symbol);
         p = q;
         return true;
     }
@@ -1007,6 +1136,8 @@ private:
         else
             colourLevel = *level = std::int8_t(std::max(*level - 1, -127));
         Emit(p, p + 1, TTokenKind::Brace, colourLevel);
+        if (Facts)
+            Facts->AddBrace(c);
         ++p;
     }
 
@@ -1155,12 +1286,16 @@ private:
     TScanScratch& X;
     IRunSink* Sink;
     const std::atomic<bool>* Halt;
+    TRowFacts* Facts;
     const TZvCustomMemoStyles* Set = nullptr;
     const TStarterTable* Starters = nullptr;
     bool FNext, FFull;
     bool FHereDocPending = false;
-    bool FFormatString = false;   // the string being read holds {code} (a format prefix)
-    bool FCss = false;            // the set is of the CSS family: it has a value state
+    bool FFormatString = false; // the string being read holds {code} (a format prefix)
+    bool FCss = false;          // the set is of the CSS family: it has a value state
+    bool FJsx = false;          // the set reads JSX elements (a document not in tag mode)
+    int FJsxCodeLevel = -1;     // in {code} of a JSX element: Brace2Level behind its "{"
+
     bool FWordLiterals = false;   // a word can open a literal: raw, format or quote-like
     bool FNumbers = false;        // the set states Numbers
     bool FExtraWordChars = false; // the set has WordChars

@@ -6,6 +6,7 @@
 
 #include "ZvMemoControl/LineStyle.h"
 #include "ZvMemoControl/StyleRegex.h"
+#include "syntax/RowFacts.h"
 #include "syntax/ScanContext.h"
 
 #include <atomic>
@@ -67,6 +68,7 @@ struct TScanRequest {
     int Limit = -1;
     bool NextRowIsWrapped = false; // word wrap: the next row continues this one
     IRunSink* Sink = nullptr;      // null: state only (the sweep)
+    TRowFacts* Facts = nullptr;    // a full scan fills it (braces, indent, to-do); may be null
     // Set by another thread to make the scan return at once; the state is then unusable.
     const std::atomic<bool>* Halt = nullptr;
 };

@@ -62,6 +62,8 @@ TStarterTable BuildStarters(const TZvCustomMemoStyles& s, bool tagMode) {
         t.Starts.set(c);
     if (s.FSlashRegex)
         t.Starts.set(u'/');
+    if (s.FJsxTags)
+        t.Starts.set(u'<');
     if (tagMode)
         for (char16_t c : {u'<', u'>', u'?', u'%'})
             t.Starts.set(c);

@@ -21,6 +21,9 @@ struct TScanOptions {
     bool FWordWrap = false;       // line comments and strings continue over wrapped rows
     bool FRegionNodes = false;    // folding active
     bool FHtmlMultiSyntax = true; // embedded languages in HTML get their own sets
+    std::int32_t FTabSize = 4;    // tab stops for a row's Indent; at least 1
+    // Words that make a comment row a to-do item where they open the comment text.
+    std::vector<std::u16string> FTodoWords{u"TODO", u"NOTE"};
 };
 
 // Per style set: characters (below 128) that can begin any opener other than the plain run.

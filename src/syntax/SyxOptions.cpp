@@ -144,6 +144,7 @@ constexpr std::array<TOptionKey, 64> kOptionKeys{{
     {u"Interpolation", SetText<&TStyles::FInterpolation>},
     {u"FormatStringPrefix", SetText<&TStyles::FFormatStringPrefix>},
     {u"SlashRegex", SetFlag<&TStyles::FSlashRegex>},
+    {u"JsxTags", SetFlag<&TStyles::FJsxTags>},
     {u"LongBrackets", SetFlag<&TStyles::FLongBrackets>},
     {u"PercentLiterals", SetFlag<&TStyles::FPercentLiterals>},
     {u"QuoteWords", SetSymbolWords<&TStyles::FQuoteWords>},

@@ -9,6 +9,7 @@ zv_engine_library(zv_scanner
     ${CMAKE_CURRENT_LIST_DIR}/BackgroundSchedule.cpp
     ${CMAKE_CURRENT_LIST_DIR}/BackgroundThread.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ColourWalk.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/RowFacts.cpp
     ${CMAKE_CURRENT_LIST_DIR}/BraceMatch.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ColorAt.cpp
     ${CMAKE_CURRENT_LIST_DIR}/HtmlExport.cpp

@@ -163,6 +163,7 @@ void TEditorWidget::AttachScan() {
         TScanOptions options;
         options.FWordWrap = FMemo.DocState().FWordWrap;
         options.FHtmlMultiSyntax = host->FHtmlMultiSyntax;
+        options.FTabSize = std::max(FMemo.DocState().FTabSize, 1);
         FScan = std::make_shared<TDocumentScan>(document.Lines(), host, options, FTiming);
         document.SetReader(FScan);
     }
@@ -240,6 +241,10 @@ TBracePair TEditorWidget::BracePair() {
 TTagPosData TEditorWidget::TagPair() {
     UpdateMarks();
     return FTags;
+}
+
+const TColourOptions& TEditorWidget::PaintColours() {
+    return Painter().Options().Colours;
 }
 
 void TEditorWidget::PasteText(const QString& text) {

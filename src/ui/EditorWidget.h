@@ -62,6 +62,8 @@ public:
     // The brace pair marked at the caret (Left.x -1: none), and the tag pair (tag mode).
     TBracePair BracePair();
     TTagPosData TagPair();
+    // The colour choices the rows are painted with (HTML export takes the same).
+    const TColourOptions& PaintColours();
     // Pastes text handed over by another instance (smart paste at the caret).
     void PasteText(const QString& text);
     // Told every painted row and its runs (tests).

@@ -142,6 +142,9 @@ private:
     // File > Reopen with encoding (every code page this system converts).
     void CreateFileExtras(QMenu* file);
     void SaveCopyAsClick();
+    // Save as HTML (File menu) and copy as HTML (Edit menu), in MainWindowExport.cpp.
+    void CreateExportActions();
+    void SaveAsHtmlClick();
     // File > Recent files and Recently closed.
     void CreateMemoryMenus(QMenu* file);
     // The Sessions menu: save, open and delete sessions, and window layouts.

@@ -208,6 +208,7 @@ void TMainWindow::CreateActions() {
 
     CreateGroupActions();
     CreateTextActions();
+    CreateExportActions();
     CreateBookmarkActions();
     CreateHighlightActions();
     CreateFoldActions();
@@ -230,14 +231,16 @@ void TMainWindow::CreateMenuBar() {
     CreateMemoryMenus(file);
     a.AddTo(*file, {"ReOpenFileAction"});
     CreateFileExtras(file);
-    a.AddTo(*file, {"-", "SaveAction", "SaveAsAction", "SaveCopyAsAction", "SaveAllAction", "-"});
+    a.AddTo(*file, {"-", "SaveAction", "SaveAsAction", "SaveCopyAsAction", "SaveAsHtmlAction",
+                    "SaveAllAction", "-"});
     CreateSessionMenu(*a.AddSubMenu(*file, "100", "Sess&ions", "SessionsMenu"));
     a.AddTo(*file, {"-", "CloseAction", "CloseAllAction", "CloseOthersAction", "-", "ExitAction"});
 
     QMenu* edit = a.AddMenu(bar, "m01", "&Edit", "EditMenu");
-    a.AddTo(*edit, {"UndoAction", "RedoAction", "-", "CutAction", "CopyAction", "PasteAction",
-                    "DeleteAction", "-", "SelectAllAction", "-", "DupLineAction", "DelLineAction",
-                    "DeleteWordAction", "DeletePrevWordAction", "-", "InsertModeAction"});
+    a.AddTo(*edit,
+            {"UndoAction", "RedoAction", "-", "CutAction", "CopyAction", "CopyAsHtmlAction",
+             "PasteAction", "DeleteAction", "-", "SelectAllAction", "-", "DupLineAction",
+             "DelLineAction", "DeleteWordAction", "DeletePrevWordAction", "-", "InsertModeAction"});
     QMenu* search = a.AddMenu(bar, "m02", "&Search", "SearchMenu");
     a.AddTo(*search,
             {"FindInTextAction", "ReplaceInTextAction", "SearchDialogAction", "-", "FindNextAction",

@@ -59,6 +59,7 @@ public:
     // Where `piece`, drawn from offset `x` of its row, ends: for walking a row once.
     qreal AdvanceX(std::u16string_view piece, qreal x) const { return x + TextWidth(piece, x); }
     qreal LineHeight() const { return FMetrics.height(); }
+    const TRunPaintOptions& Options() const { return FOptions; }
 
 private:
     QFont FontFor(TFontStyles style, bool bold) const;

@@ -89,6 +89,19 @@ TEST(TagPair, OpeningTagFindsItsClosingTagOverNestingAndVoidTags) {
     // "<div" at (0, 0), its ">" at (11, 0), "</div" at (0, 2).
     EXPECT_EQ(CheckTagsToHighlight(*d.Scanner, 1, 0), (TTagPosData{0, 0, 4, 0, 11, 1, 2, 0, 5}));
     EXPECT_EQ(CheckTagsToHighlight(*d.Scanner, 6, 1).EndY, -1); // <br> has no partner
+    // The caret on either closing tag gives the same pair as on its opening tag.
+    EXPECT_EQ(CheckTagsToHighlight(*d.Scanner, 2, 2), CheckTagsToHighlight(*d.Scanner, 1, 0));
+    EXPECT_EQ(CheckTagsToHighlight(*d.Scanner, 26, 1), CheckTagsToHighlight(*d.Scanner, 2, 1));
+    EXPECT_EQ(CheckTagsToHighlight(*d.Scanner, 2, 1).EndX, 21);
+}
+
+TEST(TagPair, SelfClosedTagsPairWithNothingAndNestNothing) {
+    TScanDoc d("xml", u"<a><a/><b>\n<a x=\"1\"/></b></a>");
+    const TTagPosData outer = CheckTagsToHighlight(*d.Scanner, 1, 0);
+    EXPECT_EQ((std::pair{outer.EndY, outer.EndX}), (std::pair{1, 14}));
+    EXPECT_EQ(CheckTagsToHighlight(*d.Scanner, 17, 1), outer);
+    const TTagPosData self = CheckTagsToHighlight(*d.Scanner, 4, 0);
+    EXPECT_EQ((std::pair{self.StartX, self.EndY}), (std::pair{3, -1}));
 }
 
 TEST(ColourValue, FormsBySyntax) {

@@ -113,6 +113,24 @@ const TCase kCases[] = {
      {{"param", nullptr, "Keyword:param"}}},
     // Embedded languages: scripts and styles of components, templates and server code
     // inside HTML, whose text stays text.
+    // JSX: an element's text is no code, its tags are tags, its braces hold code.
+    {"a.jsx",
+     "const a = (\n  <p class=\"x\">Don't {n > 1 ? 'b' : c} stop</p>\n);\nlet x = a < b;\n",
+     {{"<p", nullptr, "Tag"},
+      {"Don't", nullptr, "Text"},
+      {"'b'", nullptr, "String"},
+      {" stop", nullptr, "Text"},
+      {"</p", nullptr, "Tag"},
+      {"let", nullptr, "Keyword:let"},
+      {"a < b", "<", "Symbol"}}},
+    // Embedded regions: SVG takes the SVG set up to its end tag; a hyperscript body is no
+    // JavaScript.
+    {"s.html",
+     "<svg><a href=\"x\"><text>Don't</text></a></svg>\n<a>z</a>\n",
+     {{"<a href", "<a", "Tag"}, {"Don't", nullptr, "Text"}, {"<a>z", "<a", "TagGroup:a"}}},
+    {"h.html",
+     "<script type=\"text/hyperscript\">on click toggle .red</script>\n<script>let y;</script>\n",
+     {{"toggle .red", nullptr, "Text"}, {"let", nullptr, "Keyword:let"}}},
     {"a.vue",
      "<template><p>Don't {{ x }}</p></template>\n<script>\nlet a = 'b';\n</script>\n"
      "<style>\np { font-size: 1px; }\n</style>\n",

@@ -69,6 +69,7 @@ const TKeyCase kKeys[] = {
     {"Interpolation", "String=\"\nString2=`\n", "Interpolation=${\n", "", "", "`a ${`b`} int`"},
     {"FormatStringPrefix", "String=\"\n", "FormatStringPrefix=f\n", "", "", "f\"{a[\"b\"]} int\""},
     {"SlashRegex", "String=\"\n", "SlashRegex=1\n", "", "", "x = /a\"b/; int"},
+    {"JsxTags", "String=\"\n", "JsxTags=1\n", "", "", "x = <p>\"a</p>; int"},
     {"QuoteWords", "", "QuoteWords=q qw\n", "", "", "qw/a b/"},
     {"SubstituteWords", "", "SubstituteWords=s\n", "", "", "s/a/b/g"},
     {"LongBrackets", "LineCommentA=--\n", "LongBrackets=1\n", "", "", "--[==[ a\nint ]==] b"},

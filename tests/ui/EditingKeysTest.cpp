@@ -173,6 +173,14 @@ TEST_F(EditingKeysTest, ZoomMatchingBraceAndMiddleClickPaste) {
     EXPECT_EQ(code.Memo().Caret(), (zv::TZvPos{28, 0})) << "behind the closing brace";
     QTest::keyClick(&code, Qt::Key_B, Qt::ControlModifier);
     EXPECT_EQ(code.Memo().Caret(), (zv::TZvPos{13, 0})) << "and back";
+    // A partner thousands of rows down, past braces in strings and comments.
+    std::string body = "void g() {\n";
+    for (int i = 0; i < 5000; ++i)
+        body += "  s = \"}\"; /* } */ h({a[i]});\n";
+    zv::TEditorWidget& far = Open("far.c", body + "}\n");
+    far.Memo().SetTextCursor(9, 0);
+    QTest::keyClick(&far, Qt::Key_B, Qt::ControlModifier);
+    EXPECT_EQ(far.Memo().Caret(), (zv::TZvPos{1, 5001})) << "behind the closing brace";
 
     code.Memo().SetTextCursor(4, 0);
     QTest::keyClick(&code, Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);

@@ -5,13 +5,23 @@
 #include "shell/MainFormHelper.h"
 #include "support/ZvTestSupport.h"
 #include "syntax/BackgroundThread.h"
+#include "syntax/HtmlExport.h"
+#include "ui/EditorHtmlExport.h"
 #include "ui/EditorWidget.h"
 #include "ui/MainWindow.h"
 #include "ui/RunPainter.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QEventLoop>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -21,6 +31,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 
 namespace fs = std::filesystem;
 
@@ -155,9 +166,145 @@ TEST_F(EditorColoursTest, HtmlFileShowsTagsAndMarksTheTagPair) {
                       int(over.green() * a + under.green() * (1 - a)),
                       int(over.blue() * a + under.blue() * (1 - a)));
     EXPECT_GT(PixelsOf(editor, 2, mark), 10) << "the tag pair is painted";
+    editor->Memo().SetTextCursor(19, 2); // inside "</p": the same pair
+    EXPECT_EQ(editor->TagPair(), tags);
     editor->Memo().SetTextCursor(0, 5); // the empty last row: no tag
     EXPECT_EQ(editor->TagPair().StartY, -1);
     EXPECT_EQ(PixelsOf(editor, 2, mark), 0);
+}
+
+// Python's HTML parser reads a page back: the text of its <pre> (entities decoded, the line
+// break behind "<pre>" dropped as HTML drops it) and, per UTF-16 unit, the colour and the
+// back colour of the innermost element that sets them.
+constexpr const char* kReadPage = R"(
+import json, re, sys
+from html.parser import HTMLParser
+class Page(HTMLParser):
+    def __init__(self):
+        super().__init__(convert_charrefs=True)
+        self.stack, self.text, self.fg, self.bg, self.pre = [(None, None)], [], [], [], False
+    def handle_starttag(self, tag, attrs):
+        if tag not in ('body', 'pre', 'span', 'a', 'samp'):
+            return
+        style = dict(attrs).get('style') or ''
+        fg = re.search(r'(?:^|[;\s])color:\s*(#[0-9a-f]{6})', style)
+        bg = re.search(r'background-color:\s*(#[0-9a-f]{6})', style)
+        top = self.stack[-1]
+        self.stack.append((fg[1] if fg else top[0], bg[1] if bg else top[1]))
+        self.pre = self.pre or tag == 'pre'
+    def handle_endtag(self, tag):
+        if tag in ('body', 'pre', 'span', 'a', 'samp'):
+            self.stack.pop()
+        self.pre = self.pre and tag != 'pre'
+    def handle_data(self, data):
+        if not self.pre:
+            return
+        for ch in data:
+            n = 2 if ord(ch) > 0xFFFF else 1
+            self.text.append(ch)
+            self.fg += [self.stack[-1][0]] * n
+            self.bg += [self.stack[-1][1]] * n
+p = Page()
+p.feed(open(sys.argv[1], encoding='utf-8').read())
+p.close()
+text = ''.join(p.text)
+skip = 1 if text.startswith('\n') else 0
+print(json.dumps({'text': text[skip:], 'fg': p.fg[skip:], 'bg': p.bg[skip:]}))
+)";
+
+struct TReadPage {
+    QString Text;
+    QJsonArray Fg, Bg;
+};
+
+TReadPage ReadPage(const fs::path& dir, const std::string& page) {
+    std::ofstream(dir / "page.html", std::ios::binary) << page;
+    std::ofstream(dir / "read_page.py") << kReadPage;
+    const std::string json = zvtest::RunOutput("python3 " + (dir / "read_page.py").string() + " " +
+                                               (dir / "page.html").string());
+    const QJsonObject o = QJsonDocument::fromJson(QByteArray::fromStdString(json)).object();
+    return {o["text"].toString(), o["fg"].toArray(), o["bg"].toArray()};
+}
+
+// The painted runs of every row of `editor` (all on screen), by one paint.
+std::map<int, std::vector<zv::TColourRun>> PaintedRuns(zv::TEditorWidget* editor) {
+    std::map<int, std::vector<zv::TColourRun>> painted;
+    editor->FOnRowPainted = [&](int row, const std::vector<zv::TColourRun>& runs) {
+        painted[row] = runs;
+    };
+    editor->viewport()->grab();
+    editor->FOnRowPainted = nullptr;
+    return painted;
+}
+
+// The page read back holds the text of [from, to) of `editor`, rows joined by a line break,
+// each character in the colours it was painted in.
+void ExpectPainted(zv::TEditorWidget* editor, zv::TZvPos from, zv::TZvPos to,
+                   const TReadPage& page) {
+    auto painted = PaintedRuns(editor);
+    const zv::TZvMemoStrings& lines = *editor->Lines();
+    ASSERT_EQ(int(painted.size()), lines.Count()) << "every row is on screen";
+    const zv::TColor back = editor->Scan()->Styles()->FBkColor;
+    QString text;
+    int i = 0;
+    for (int row = from.Y; row <= to.Y; ++row) {
+        if (row > from.Y)
+            text += QLatin1Char('\n'), ++i;
+        const std::u16string_view t = lines.Get(row);
+        const int end = row == to.Y ? to.X : int(t.size());
+        for (int x = row == from.Y ? from.X : 0; x < end; ++x, ++i) {
+            text += QChar(t[x]);
+            const zv::TColourRun* run = zv::RunAt(painted[row], x);
+            ASSERT_NE(run, nullptr) << row << ":" << x;
+            const zv::TCharStyle style = zv::RunStyle(*run, editor->PaintColours());
+            const zv::TColor bg = style.FBkColor != zv::kNoColor ? style.FBkColor : back;
+            ASSERT_LT(i, page.Fg.size());
+            EXPECT_EQ(page.Fg[i].toString().toStdString(), zv::HtmlColour(style.FTextColor))
+                << "row " << row << " column " << x << " " << zv::TokenKindName(run->Info.Kind);
+            EXPECT_EQ(page.Bg[i].toString().toStdString(), zv::HtmlColour(bg))
+                << "row " << row << " column " << x;
+        }
+    }
+    EXPECT_EQ(page.Text.section(QLatin1Char('\n'), 0, to.Y - from.Y), text);
+}
+
+// Save as HTML and copy as HTML write what the editor shows: the page's text is the
+// document's (or the selection's) text, and every character has the colour it is painted in.
+TEST_F(EditorColoursTest, HtmlExportShowsThePaintedColoursAndTheText) {
+    auto* php = Open("e.php", "<p class=\"a\">Don't & <b>see</b>\n"
+                              "<?php\n"
+                              "\t$x = \"caf\xC3\xA9 \xF0\x9F\x98\x80\" . 0x1F; // a < b\n"
+                              "/* {[( */ if ($x) { echo f(1, [2]); }\n"
+                              "?>\n"
+                              "<i>\xE6\x97\xA5\xE6\x9C\xAC</i> &amp; end\n");
+    auto* c = Open("e.c", "int main(void) { // see https://example.org/?a=1&b=2 <here>\n"
+                          "\treturn f(\"a & b\", '<', 0x1F, 2.5e3); /* } */\n"
+                          "}\n");
+    for (auto* editor : {php, c}) {
+        ASSERT_NE(editor, nullptr);
+        ASSERT_NE(editor->Scan(), nullptr);
+        window.TabGroup()->setCurrentWidget(editor);
+        std::string error;
+        const fs::path file = dir / (editor->Lines()->FileName() + ".html");
+        ASSERT_TRUE(zv::SaveToHTML(*editor, file, error)) << error;
+        const int last = editor->Lines()->Count() - 1;
+        ExpectPainted(editor, {0, 0}, {int(editor->Lines()->Get(last).size()), last},
+                      ReadPage(dir, zvtest::ReadAll(file)));
+    }
+
+    // Edit > Copy as HTML copies the selection.
+    window.TabGroup()->setCurrentWidget(php);
+    QAction* copy = nullptr;
+    for (QAction* a : window.menuBar()->findChild<QMenu*>("EditMenu")->actions())
+        copy = a->objectName() == "CopyAsHtmlAction" ? a : copy;
+    ASSERT_NE(copy, nullptr) << "in the Edit menu";
+    php->setFocus();
+    php->Memo().SetSelection({5, 0}, {12, 3});
+    copy->trigger();
+    const QMimeData* data = QApplication::clipboard()->mimeData();
+    ASSERT_TRUE(data->hasHtml());
+    ExpectPainted(php, {5, 0}, {12, 3}, ReadPage(dir, data->html().toStdString()));
+    EXPECT_EQ(data->text().toStdU16String(), php->Memo().GetSelection());
 }
 
 // Bytes a file's encoding cannot read show as red boxes, one per byte, and only they do.
