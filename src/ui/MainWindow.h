@@ -184,6 +184,9 @@ private:
     EditHandlers(TMemoCommand command, bool (*can)(const TZvMemo&) = nullptr);
     void CreateBookmarkActions();
     void FillBookmarksMenu(QMenu& menu);
+    // Column mode and the caret list's actions (MainWindowCaretActions.cpp), their Edit submenu.
+    void CreateCaretActions();
+    void AddCaretMenu(QMenu& edit);
     // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
     // the groups showing are written back at exit.
     void LoadTabGroupLayout();

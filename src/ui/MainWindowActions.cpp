@@ -209,6 +209,7 @@ void TMainWindow::CreateActions() {
     CreateGroupActions();
     CreateTextActions();
     CreateBookmarkActions();
+    CreateCaretActions();
     FSearch = new TWindowSearch(*this, FHelper);
     FSearch->AddActions(list);
     list.FOnCloseAllInGroup = [this] {
@@ -252,6 +253,7 @@ void TMainWindow::CreateMenuBar() {
     QMenu* format = a.AddMenu(bar, "m04", "F&ormat", "FormatMenu");
     a.AddTo(*format, {"IndentAction", "UnIndentAction"});
     AddTextMenus(*edit, *format);
+    AddCaretMenu(*edit);
     FillBookmarksMenu(*a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu"));
     a.AddTo(*a.AddMenu(bar, "m07", "&Tools", "ToolsMenu"),
             {"FindCommandAction", "RunLastAction", "-", "WordCountAction", "-",
