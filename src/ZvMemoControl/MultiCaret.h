@@ -29,6 +29,15 @@ struct TMultiCursorPos {
 // The lines of `text`, split at CR LF, CR and LF (always at least one).
 std::vector<std::u16string> SplitTextLines(std::u16string_view text);
 
+// Sync edit: the block it works in (0-based columns, the end exclusive) and the word last
+// found at the caret.
+struct TSyncData {
+    bool SelAtCaret = false; // the word was selected: whole-word rules are off
+    std::u16string WordAtCaret, oldWordAtCaret;
+    std::int32_t WordStartCurY = 0, WordStartCurX = 0; // 1-based column
+    std::int32_t xStart = 0, yStart = 0, xEnd = 0, yEnd = 0;
+};
+
 // Everything a view needs to show its carets again after undo or redo.
 struct TCaretState {
     TZvPos Caret, SelStart, SelEnd;

@@ -225,6 +225,16 @@ public:
     bool acnMultiSelectionSkipWord();
     // Drops the last added caret.
     bool acnMultiSelectionUndoAddWord();
+    // Sync edit: switches it on over the selection's rows (the whole text without a
+    // selection of several rows) or off. While on, typing, Backspace and Delete inside a word
+    // of the block change every occurrence of that word in the block alike (one undo step);
+    // elsewhere they act plainly.
+    void acnSyncEdit();
+    // The word at the caret and the starts of its occurrences in the block (empty when the
+    // caret stands in no word of the block). Fills FSyncData's word fields.
+    std::vector<TZvPos> SyncOccurrences();
+    TSyncData FSyncData;
+
     // What undo keeps of the carets, and puts back.
     TCaretState CaretState() const;
     void SetCaretState(const TCaretState& state);
@@ -301,7 +311,7 @@ public:
     std::int32_t FMargin = 1;
     std::int32_t FZoomValue = 100;
     bool FWantTab = true;
-    bool FSyncEditMode = false;     // sync edit is not built yet; kept off during replay
+    bool FSyncEditMode = false;     // sync edit (acnSyncEdit); kept off during replay
     bool FFolding = false;          // folds are not built yet; kept off during replay
     std::u16string FUserDelimiters; // the syntax's word delimiters, when it has them
     std::u16string FAutoCloseBraceStart, FAutoCloseBraceEnd; // the syntax's pairs
@@ -348,6 +358,8 @@ private:
     void SetColumnBlock(const std::vector<TMultiCursorPos>& rows);
     void ColumnMoveHook(unsigned& shift);
     bool AddFoundWord(bool skip);
+    bool SyncActive() const;
+    bool SyncEdit(TCaretEdit kind, char16_t c = 0);
     TPosShift* FShiftWatch = nullptr; // set while an EditEach runs: Change feeds it
     bool FCaretEditBusy = false;      // an edit at several carets runs: entry points act once
 

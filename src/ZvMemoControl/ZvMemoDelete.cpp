@@ -28,6 +28,8 @@ bool TZvCustomMemo::Backspace() {
         return false;
     if (CaretsActive())
         return EditAtCarets(TCaretEdit::Backspace);
+    if (SyncActive() && SyncEdit(TCaretEdit::Backspace))
+        return true;
     if (HasSelection())
         return DeleteSelection();
     if (FSmartBackspace && !DocState().FWordWrap && SmartBackspaceStep())
@@ -80,6 +82,8 @@ bool TZvCustomMemo::DeleteChar(int x, int y) {
         return false;
     if (x < 0 && CaretsActive())
         return EditAtCarets(TCaretEdit::Delete);
+    if (x < 0 && SyncActive() && SyncEdit(TCaretEdit::Delete))
+        return true;
     if (x < 0 && HasSelection())
         return DeleteSelection();
     const TZvPos p = x < 0 ? Caret() : TZvPos{x, y};

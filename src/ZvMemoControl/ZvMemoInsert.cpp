@@ -204,6 +204,8 @@ bool TZvCustomMemo::KeyPress(char16_t c) {
         return false;
     if (CaretsActive())
         return EditAtCarets(TCaretEdit::Char, c);
+    if (SyncActive() && SyncEdit(TCaretEdit::Char, c))
+        return true;
     if (HasSelection() && !FColumnMode && TryEnclose(c))
         return true;
     if (!HasSelection() && !FColumnMode && TryAutoClose(c))

@@ -12,6 +12,7 @@ zv_engine_library(zv_memo_edit
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoLines.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoMultiCaret.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoMultiEdit.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoSyncEdit.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoRows.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoSavedText.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoUndo.cpp

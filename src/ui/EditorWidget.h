@@ -196,6 +196,7 @@ private:
     // Ctrl+click and Alt+press (true: the press is done), Escape.
     bool PaintCaretSelections(QPainter& painter, int row, int y);
     void PaintExtraCarets(QPainter& painter, int first, int last);
+    void PaintSyncBlock(QPainter& painter, int first, int last);
     bool CaretMousePress(QMouseEvent* event, TZvPos pos);
     bool HandleCaretKeys(QKeyEvent* event);
     // Offers a changed non-empty selection as the primary selection.

@@ -1,5 +1,6 @@
 // The editor widget's side of editing at several places: the column block and the caret
-// list painted, and the gestures that make them (Ctrl+click, Alt+drag, Escape).
+// list and the sync-edit block with its word painted, and the gestures that make them
+// (Ctrl+click, Alt+drag, Escape).
 #include "ui/EditorWidget.h"
 
 #include <QKeyEvent>
@@ -10,6 +11,8 @@ namespace zv {
 namespace {
 
 const QColor kBlockBack(0xAD, 0xD6, 0xFF);
+const QColor kSyncBlockTint(0x40, 0xA0, 0x40, 0x20); // see-through: the text stays legible
+const QColor kSyncWordFrame(0x20, 0x80, 0x20);
 
 } // namespace
 
@@ -41,7 +44,33 @@ bool TEditorWidget::PaintCaretSelections(QPainter& painter, int row, int y) {
     return true;
 }
 
+void TEditorWidget::PaintSyncBlock(QPainter& painter, int first, int last) {
+    const TSyncData& d = FMemo.FSyncData;
+    const int height = LineHeight();
+    for (int row = std::max(first, d.yStart); row < last && row <= d.yEnd; ++row) {
+        const double x1 = row == d.yStart ? FMemo.TextLength(row, d.xStart) : 0;
+        const double x2 =
+            row == d.yEnd ? FMemo.TextLength(row, d.xEnd) : viewport()->width() - TextLeft();
+        painter.fillRect(QRectF(TextLeft() + x1, (row - first) * height, x2 - x1, height),
+                         kSyncBlockTint);
+    }
+    const std::vector<TZvPos> hits = FMemo.SyncOccurrences();
+    if (hits.size() < 2)
+        return;
+    painter.setPen(kSyncWordFrame);
+    const int length = static_cast<int>(d.WordAtCaret.size());
+    for (const TZvPos& hit : hits) {
+        if (hit.Y < first || hit.Y >= last)
+            continue;
+        const double x1 = FMemo.TextLength(hit.Y, hit.X);
+        const double x2 = FMemo.TextLength(hit.Y, hit.X + length);
+        painter.drawRect(QRectF(TextLeft() + x1, (hit.Y - first) * height, x2 - x1, height - 1));
+    }
+}
+
 void TEditorWidget::PaintExtraCarets(QPainter& painter, int first, int last) {
+    if (FMemo.FSyncEditMode)
+        PaintSyncBlock(painter, first, last);
     if (!FCaretOn || !hasFocus())
         return;
     const QColor colour = palette().color(QPalette::Text);

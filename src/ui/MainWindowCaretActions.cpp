@@ -1,5 +1,6 @@
 // The window actions of editing at several places: the column-mode toggle, carets added
-// above and below or at the next occurrence of a word, and the Edit submenu that shows them.
+// above and below or at the next occurrence of a word, sync edit, and the Edit submenu that
+// shows them.
 #include "ui/MainWindow.h"
 
 #include "ui/ActionDef.h"
@@ -38,6 +39,8 @@ void TMainWindow::CreateCaretActions() {
           [](TZvMemo& m) { m.AddCaretVertically(1); });
     caret({"SingleCaretAction", "Edit", "466", "Single &caret"},
           [](TZvMemo& m) { m.ExitMultiEditMode(); });
+    caret({"SyncEditAction", "Edit", "467", "S&ync edit", {"Shift+Ctrl+J"}},
+          [](TZvMemo& m) { m.acnSyncEdit(); });
 }
 
 void TMainWindow::AddCaretMenu(QMenu& edit) {
@@ -45,7 +48,7 @@ void TMainWindow::AddCaretMenu(QMenu& edit) {
     a.AddTo(*a.AddSubMenu(edit, "114", "&Block and carets", "CaretsMenu"),
             {"ColumnModeAction", "-", "MultiSelectionAddWordAction", "MultiSelectionSkipWordAction",
              "MultiSelectionUndoAddWordAction", "-", "AddCaretAboveAction", "AddCaretBelowAction",
-             "SingleCaretAction"});
+             "SingleCaretAction", "-", "SyncEditAction"});
 }
 
 } // namespace zv

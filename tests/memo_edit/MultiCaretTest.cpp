@@ -327,5 +327,43 @@ TEST(MultiCaret, AddingEveryNextOccurrenceAndTypingEqualsSedAndClicksToggleCaret
     EXPECT_FALSE(f.memo.FMultiEditMode);
 }
 
+// Runs `script` of sed over `text` (an outside oracle for the word edits).
+std::string Sed(const std::string& text, const std::string& script) {
+    const auto dir = std::filesystem::temp_directory_path() / "zv-sync-sed";
+    std::filesystem::create_directories(dir);
+    zvtest::WriteAll(dir / "in.txt", text);
+    const std::string out =
+        zvtest::RunOutput("sed '" + script + "' '" + (dir / "in.txt").string() + "'");
+    std::filesystem::remove_all(dir);
+    return out;
+}
+
+TEST(SyncEdit, AWordTypedInABlockChangesEveryWholeWordThereAsSedDoesAndUndoesPerKey) {
+    const std::string text =
+        "foo top foo\nfoo foo(foo) foobar\nxfoo foo_1 foo\nfoo, end foo\nfoo out\n";
+    TMemoFixture f(text);
+    f.memo.SetSelection({0, 1}, {12, 3}); // the block: rows 2 to 4 of sed, to the last "foo"
+    f.memo.acnSyncEdit();
+    ASSERT_TRUE(f.memo.FSyncEditMode);
+    f.memo.SetTextCursor(7, 1); // at the end of the second "foo" of row 1
+    Type(f.memo, u"XYZ");
+    EXPECT_EQ(f.Bytes(), Sed(text, "2,4s/\\<foo\\>/fooXYZ/g"));
+    f.memo.Backspace();
+    EXPECT_EQ(f.Bytes(), Sed(text, "2,4s/\\<foo\\>/fooXY/g"));
+    EXPECT_EQ(f.memo.FSyncData.WordAtCaret, u"fooXYZ");
+    for (int i = 0; i < 4; ++i)
+        f.memo.Undo();
+    EXPECT_EQ(f.Bytes(), text);
+
+    // A selected part of a word: every place of that text in the block, word or not.
+    f.memo.SetSelection({4, 2}, {1, 2}); // "foo" of "xfoo", selected leftwards
+    f.memo.KeyPress(u'Q');
+    EXPECT_EQ(f.Bytes(), Sed(text, "2,4s/foo/Q/g"));
+    f.memo.acnSyncEdit();
+    EXPECT_FALSE(f.memo.FSyncEditMode);
+    f.memo.KeyPress(u'!');
+    EXPECT_EQ(Utf16ToUtf8(f.memo.RowText(2)).substr(0, 3), "xQ!") << "plain typing again";
+}
+
 } // namespace
 } // namespace zv::test

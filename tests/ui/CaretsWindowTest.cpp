@@ -78,4 +78,19 @@ TEST_F(CaretsWindowTest, AltDragBlockAndCtrlClickCaretsEditEveryRowAndUndoInOneS
     EXPECT_EQ(SaveAndRead(editor), "#abcdef\nab#\nabcdefgh#!\n");
 }
 
+TEST_F(CaretsWindowTest, SyncEditFromItsShortcutRenamesAWordInTheSelectedRowsOnly) {
+    const std::string original = "int n = 0;\nn = n + 1;\nreturn n;\nn;\n";
+    zv::TEditorWidget& editor = Open("block.txt", original);
+    editor.Memo().SetSelection({0, 0}, {0, 3});
+    QTest::keyClick(&editor, Qt::Key_J, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_TRUE(editor.Memo().FSyncEditMode);
+    QTest::mouseClick(editor.viewport(), Qt::LeftButton, {}, PointOf(editor, 5, 0));
+    Key(editor, "u");
+    Key(editor, "m");
+    EXPECT_EQ(SaveAndRead(editor), "int num = 0;\nnum = num + 1;\nreturn num;\nn;\n");
+    QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(SaveAndRead(editor), original);
+}
+
 } // namespace
