@@ -44,6 +44,7 @@ struct TCaretState {
     bool ColumnMode = false;
     bool MultiEditMode = false;
     std::vector<TMultiCursorPos> Carets;
+    TSyncData Sync; // the sync-edit block moves with the edits
 };
 
 // Maps positions taken before a run of edits to the text after the edits done so far. Each

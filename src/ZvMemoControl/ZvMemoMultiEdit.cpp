@@ -55,7 +55,8 @@ void TMultiEditUndo::PerformRedo(TZvCustomMemo& memo) {
 }
 
 TCaretState TZvCustomMemo::CaretState() const {
-    return {Caret(), SelStart(), SelEnd(), FColumnMode, FMultiEditMode, FMultiCursorList};
+    return {Caret(),        SelStart(),       SelEnd(), FColumnMode,
+            FMultiEditMode, FMultiCursorList, FSyncData};
 }
 
 void TZvCustomMemo::SetCaretState(const TCaretState& state) {
@@ -68,6 +69,7 @@ void TZvCustomMemo::SetCaretState(const TCaretState& state) {
     FColumnMode = state.ColumnMode;
     FMultiCursorList = state.Carets;
     FMultiEditMode = state.MultiEditMode && !FMultiCursorList.empty();
+    FSyncData = state.Sync;
     FOldCurX = static_cast<std::int32_t>(std::lround(TextLength(FCurY, FCurX)));
     NotifySelection();
     NotifyCursor();

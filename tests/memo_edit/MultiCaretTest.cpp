@@ -354,6 +354,7 @@ TEST(SyncEdit, AWordTypedInABlockChangesEveryWholeWordThereAsSedDoesAndUndoesPer
     for (int i = 0; i < 4; ++i)
         f.memo.Undo();
     EXPECT_EQ(f.Bytes(), text);
+    EXPECT_EQ(f.memo.FSyncData.xEnd, 12) << "the block's end comes back too";
 
     // A selected part of a word: every place of that text in the block, word or not.
     f.memo.SetSelection({4, 2}, {1, 2}); // "foo" of "xfoo", selected leftwards

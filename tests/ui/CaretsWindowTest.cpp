@@ -60,6 +60,16 @@ TEST_F(CaretsWindowTest, AltDragBlockAndCtrlClickCaretsEditEveryRowAndUndoInOneS
     QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(SaveAndRead(editor), original) << "one step per key";
 
+    // Alt+Shift with the arrows makes a block for those moves; a plain move lets it go.
+    QTest::mouseClick(editor.viewport(), Qt::LeftButton, {}, PointOf(editor, 1, 0));
+    QTest::keyClick(&editor, Qt::Key_Down, Qt::AltModifier | Qt::ShiftModifier);
+    QTest::keyClick(&editor, Qt::Key_Down, Qt::AltModifier | Qt::ShiftModifier);
+    Key(editor, "|");
+    EXPECT_EQ(SaveAndRead(editor), "a|bcdef\na|b\na|bcdefgh\n");
+    QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(&editor, Qt::Key_Right);
+    EXPECT_FALSE(editor.Memo().FColumnMode);
+
     // A plain click ends the block held by Alt; Ctrl+clicks add carets.
     QTest::mouseClick(editor.viewport(), Qt::LeftButton, {}, PointOf(editor, 0, 0));
     EXPECT_FALSE(editor.Memo().FColumnMode);
