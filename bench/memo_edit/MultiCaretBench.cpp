@@ -89,6 +89,28 @@ BENCHMARK(BM_BackspaceAt1000Carets)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
+// Undo of one key typed at 1,000 carets (one step); the key is typed untimed before.
+void BM_UndoAt1000Carets(benchmark::State& state) {
+    zv::TZvMemo& memo = Doc().memo;
+    PlaceCarets(memo, static_cast<int>(state.range(0)));
+    memo.KeyPress(u'a');
+    std::vector<double> samples;
+    for (auto _ : state) {
+        memo.KeyPress(u'x');
+        const double seconds = Seconds([&] { memo.Undo(); });
+        state.SetIterationTime(seconds);
+        samples.push_back(seconds);
+        if (memo.RowText(1 + 999 * static_cast<int>(state.range(0))).find(u"ax") !=
+            std::u16string_view::npos) {
+            state.SkipWithError("the undo left the key in the text");
+            break;
+        }
+    }
+    state.counters["median_ms"] = Median(std::move(samples)) * 1e3;
+    memo.ExitMultiEditMode();
+}
+BENCHMARK(BM_UndoAt1000Carets)->Arg(1)->Arg(1000)->UseManualTime()->Unit(benchmark::kMillisecond);
+
 // The first key after a save with the carets spread over a million rows.
 void BM_FirstKeyAfterSave(benchmark::State& state) {
     zv::TZvMemo& memo = Doc().memo;
