@@ -6,6 +6,7 @@
 #pragma once
 
 #include "ZvMemoControl/MemoState.h"
+#include "ZvMemoControl/MultiCaret.h"
 #include "ZvMemoControl/SuperSort.h"
 #include "ZvMemoControl/TextChange.h"
 #include "ZvMemoControl/ZvMemoEditText.h"
@@ -203,6 +204,63 @@ public:
     // Reports an undo record that failed (message "172").
     void ReportUndoError(const std::string& message);
 
+    // ---- Several carets. A column block is the selection with FColumnMode: a rectangle of
+    // visual columns over its rows. The caret list (FMultiEditMode) holds every caret, this
+    // view's own included. Typing, Backspace, Delete, Enter, cut and paste act at every row of
+    // the block or every caret of the list as one undo step; refused under word wrap.
+    // The block's text: each row's part between the two visual columns, short rows padded
+    // with spaces, rows joined by CR LF.
+    std::u16string GetColumnSelText() const;
+    // Replaces the block by `text`: line i of the text goes into row i of the block (rows
+    // are added past the document's end); with `fill` (or a one-line text) the first line
+    // goes into every row. Afterwards the selection is a zero-width block behind the insert.
+    bool SetColSelText(std::u16string_view text, bool fill);
+    // Removes the block's text (width 0: the character before, or with !backspace at, the
+    // left edge of each row).
+    bool DeleteColSelection(bool backspace);
+    // Switches column mode on or off for good (the toggle command).
+    void SetColumnMode(bool on);
+    // Adds a caret at (x, y) with the selection (x1, y1)-(x2, y2) to the list, sorted; an
+    // entry it overlaps takes its place; a caret without selection where one stands already
+    // removes that one instead.
+    void AddMultiCursorPos(int x1, int y1, int x2, int y2, int x, int y);
+    // Adds this view's caret and selection to the list and enters multi-caret mode.
+    void AddSelectionAsMultiSelection();
+    // Ctrl+click: keeps the carets there are and adds (or removes) one at `p`.
+    void ToggleCaretAt(TZvPos p);
+    // One caret again: this view's own.
+    void ExitMultiEditMode();
+    // A caret on the row above the first caret (dy -1) or below the last one (1), at the
+    // same visual column. False at the document's edge.
+    bool AddCaretVertically(int dy);
+    // Selects the next occurrence of the selection (or the word at the caret) after the last
+    // caret, wrapping at the document's end, and adds it. False when there is none left.
+    bool acnMultiSelectionAddWord();
+    // The same, dropping the last added occurrence first.
+    bool acnMultiSelectionSkipWord();
+    // Drops the last added caret.
+    bool acnMultiSelectionUndoAddWord();
+    // Sync edit: switches it on over the selection's rows (the whole text without a
+    // selection of several rows) or off. While on, typing, Backspace and Delete inside a word
+    // of the block change every occurrence of that word in the block alike (one undo step);
+    // elsewhere they act plainly.
+    void acnSyncEdit();
+    // The word at the caret and the starts of its occurrences in the block (empty when the
+    // caret stands in no word of the block). Fills FSyncData's word fields.
+    std::vector<TZvPos> SyncOccurrences();
+    TSyncData FSyncData;
+
+    // What undo keeps of the carets, and puts back.
+    TCaretState CaretState() const;
+    void SetCaretState(const TCaretState& state);
+
+    bool FColumnModeRelease = false; // column mode is held for one move by Alt+Shift only
+    bool FMultiEditMode = false;     // Invariant: true exactly when the list holds an entry
+    bool FAllowMultiEditMode = true;
+    std::vector<TMultiCursorPos> FMultiCursorList; // in document order, disjoint
+    std::u16string FHighlightSelectionWord;        // the word "add next occurrence" looks for
+    std::function<void(bool columnMode)> FOnColumnModeChange;
+
     // Asks the edit test (the application's hook); false refuses the edit silently.
     virtual bool CanEdit() const;
     // True when `pos` lies in a comment or string per the document's reader (the scanner);
@@ -268,7 +326,7 @@ public:
     std::int32_t FMargin = 1;
     std::int32_t FZoomValue = 100;
     bool FWantTab = true;
-    bool FSyncEditMode = false;     // sync edit is not built yet; kept off during replay
+    bool FSyncEditMode = false;     // sync edit (acnSyncEdit); kept off during replay
     bool FFolding = false;          // folds are not built yet; kept off during replay
     std::u16string FUserDelimiters; // the syntax's word delimiters, when it has them
     std::u16string FAutoCloseBraceStart, FAutoCloseBraceEnd; // the syntax's pairs
@@ -300,6 +358,26 @@ protected:
     void EndReplay(const TInputAids& saved);
 
 private:
+    // Several carets: the edit at every caret or block row, routed from the single-caret
+    // entry points while a list or block is in force.
+    enum class TCaretEdit { Char, Backspace, Delete, Enter, Cut };
+    bool CaretsActive() const;
+    bool EditAtCarets(TCaretEdit kind, char16_t c = 0);
+    bool PasteAtCarets(std::u16string_view text);
+    std::u16string CaretsText() const;
+    bool CutAtCarets();
+    void EditEach(std::vector<TMultiCursorPos>& list, const std::function<void(std::size_t)>& edit);
+    void BeginCaretEdit(TMultiEditUndo*& record);
+    void EndCaretEdit(TMultiEditUndo* record);
+    std::vector<TMultiCursorPos> ColumnRows(int& left, int& right) const;
+    void SetColumnBlock(const std::vector<TMultiCursorPos>& rows);
+    void ColumnMoveHook(unsigned& shift);
+    bool AddFoundWord(bool skip);
+    bool SyncActive() const;
+    bool SyncEdit(TCaretEdit kind, char16_t c = 0);
+    TPosShift* FShiftWatch = nullptr; // set while an EditEach runs: Change feeds it
+    bool FCaretEditBusy = false;      // an edit at several carets runs: entry points act once
+
     // Shared by the editing files.
     void EnsureRow(int row);
     void SetCaretKeepSelection(TZvPos p);

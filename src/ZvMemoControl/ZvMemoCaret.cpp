@@ -132,6 +132,7 @@ int TZvCustomMemo::NextVisibleRow(int row) const {
 // ---- Moving ---------------------------------------------------------------------------
 
 void TZvCustomMemo::MoveCursor(int dx, int dy, unsigned shift) {
+    ColumnMoveHook(shift);
     const TZvPos old = Caret();
     const bool extend = (shift & ssShift) || FSelectionMode;
     if (!extend && FSelectionMoveCaret && HasSelection() && dx != 0 && dy == 0 &&

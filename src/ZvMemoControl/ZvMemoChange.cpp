@@ -128,6 +128,11 @@ TZvPos TZvCustomMemo::Change(TZvPos from, TZvPos to, const TEditText& text,
         throw;
     }
     FOwnChange = false;
+    if (FShiftWatch) // an edit at several carets: later carets follow this change
+        FShiftWatch->Apply(from == to && caretBefore.Y == to.Y && caretBefore.X > to.X
+                               ? caretBefore // spaces filled the gap up to the caret
+                               : to,
+                           end);
     if (keep) {
         record->SetChange(Unwrapped(from), from, std::move(removed), text);
         const TZvPos before = Unwrapped(caretBefore), after = Unwrapped(end);

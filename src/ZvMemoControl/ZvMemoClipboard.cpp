@@ -34,7 +34,9 @@ bool TZvCustomMemo::CanPaste() const {
 bool TZvCustomMemo::CopyToClipboard() {
     std::u16string text;
     bool wholeLine = false;
-    if (HasSelection()) {
+    if (FMultiEditMode || (FColumnMode && HasSelection())) {
+        text = CaretsText();
+    } else if (HasSelection()) {
         text = GetSelection();
     } else if (FCopyLineToClipboard) {
         int rows = 0;
@@ -63,6 +65,8 @@ bool TZvCustomMemo::CopyToClipboard() {
 bool TZvCustomMemo::CutToClipboard() {
     if (FReadOnly || !CanEdit())
         return false;
+    if (CaretsActive())
+        return CutAtCarets();
     const bool wholeLine = !HasSelection() && FCopyLineToClipboard;
     if (!CopyToClipboard())
         return false;
@@ -96,6 +100,8 @@ bool TZvCustomMemo::PasteFromClipboard(bool addLineEnd) {
         text += u"\r\n";
     if (text.empty())
         return false;
+    if (CaretsActive())
+        return PasteAtCarets(text);
     return SmartPasteText(text, wholeLine);
 }
 

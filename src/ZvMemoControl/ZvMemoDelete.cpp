@@ -26,6 +26,10 @@ bool TZvCustomMemo::JoinWithNext(TZvPos p, bool backspace) {
 bool TZvCustomMemo::Backspace() {
     if (FReadOnly || !CanEdit())
         return false;
+    if (CaretsActive())
+        return EditAtCarets(TCaretEdit::Backspace);
+    if (SyncActive() && SyncEdit(TCaretEdit::Backspace))
+        return true;
     if (HasSelection())
         return DeleteSelection();
     if (FSmartBackspace && !DocState().FWordWrap && SmartBackspaceStep())
@@ -76,6 +80,10 @@ bool TZvCustomMemo::SmartBackspaceStep() {
 bool TZvCustomMemo::DeleteChar(int x, int y) {
     if (FReadOnly || !CanEdit())
         return false;
+    if (x < 0 && CaretsActive())
+        return EditAtCarets(TCaretEdit::Delete);
+    if (x < 0 && SyncActive() && SyncEdit(TCaretEdit::Delete))
+        return true;
     if (x < 0 && HasSelection())
         return DeleteSelection();
     const TZvPos p = x < 0 ? Caret() : TZvPos{x, y};

@@ -122,6 +122,8 @@ std::u16string TZvCustomMemo::IndentForEnter() const {
 bool TZvCustomMemo::EnterPress() {
     if (FReadOnly || FSyncEditMode || !CanEdit())
         return false;
+    if (CaretsActive())
+        return EditAtCarets(TCaretEdit::Enter);
     EnsureRow(FCurY);
     if (FOverwrite && !FDoc->FChangeHistoryUndo) {
         if (HasSelection())
@@ -200,6 +202,10 @@ bool TZvCustomMemo::KeyPress(char16_t c) {
     }
     if ((c < 32 && c != 26) || c == 127)
         return false;
+    if (CaretsActive())
+        return EditAtCarets(TCaretEdit::Char, c);
+    if (SyncActive() && SyncEdit(TCaretEdit::Char, c))
+        return true;
     if (HasSelection() && !FColumnMode && TryEnclose(c))
         return true;
     if (!HasSelection() && !FColumnMode && TryAutoClose(c))

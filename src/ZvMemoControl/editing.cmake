@@ -6,10 +6,14 @@ zv_engine_library(zv_memo_edit
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoFoldCommands.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoChange.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoClipboard.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoColumnSelect.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoDelete.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoEditText.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoInsert.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoLines.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoMultiCaret.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoMultiEdit.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoSyncEdit.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoRows.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoSavedText.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoUndo.cpp

@@ -388,7 +388,8 @@ void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
     }
     TZvPos s, e;
     FMemo.OrderedSelection(s, e);
-    if (FMemo.HasSelection() && row >= s.Y && row <= e.Y) {
+    if (!PaintCaretSelections(painter, row, y) && FMemo.HasSelection() && row >= s.Y &&
+        row <= e.Y) {
         const int len = FMemo.RowLength(row);
         const int a = row == s.Y ? std::min(s.X, len) : 0;
         const int b = row == e.Y ? std::min(e.X, len) : len;
@@ -482,6 +483,7 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
     } else if (FCaretOn && hasFocus() && caret.x() >= gutter) {
         painter.fillRect(caret, palette().color(QPalette::Text));
     }
+    PaintExtraCarets(painter, first, last);
     if (widest != FWidestSeen)
         UpdateScrollBars();
 }

@@ -215,6 +215,14 @@ private:
     void ApplyZoom();
     // Tab and Shift+Tab; false for other keys.
     bool HandleIndentKeys(QKeyEvent* event);
+    // Several carets (EditorWidgetCarets.cpp): the block's or the list's selections in `row`
+    // (false: neither is in force), the carets besides the own one in rows [first, last),
+    // Ctrl+click and Alt+press (true: the press is done), Escape.
+    bool PaintCaretSelections(QPainter& painter, int row, int y);
+    void PaintExtraCarets(QPainter& painter, int first, int last);
+    void PaintSyncBlock(QPainter& painter, int first, int last);
+    bool CaretMousePress(QMouseEvent* event, TZvPos pos);
+    bool HandleCaretKeys(QKeyEvent* event);
     // Offers a changed non-empty selection as the primary selection.
     void OfferPrimarySelection();
     void PastePrimarySelection(const QPoint& at);

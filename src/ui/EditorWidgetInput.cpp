@@ -49,6 +49,8 @@ bool TEditorWidget::HandleMoveKey(QKeyEvent* event) {
     const unsigned shift = ShiftOf(event->modifiers());
     if ((event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown) && (shift & ssCtrl))
         return false; // Ctrl+PageUp/PageDown switch documents
+    if (FMemo.FMultiEditMode && event->key() >= Qt::Key_Home && event->key() <= Qt::Key_PageDown)
+        FMemo.ExitMultiEditMode(); // a caret move leaves the other carets behind
     switch (event->key()) {
     case Qt::Key_Left:
         FMemo.MoveCursor(-1, 0, shift);
@@ -100,7 +102,7 @@ bool TEditorWidget::HandleCommandKey(QKeyEvent* event) {
 void TEditorWidget::keyPressEvent(QKeyEvent* event) {
     if (event->isAutoRepeat())
         FKeyDown.store(true); // a key held down: the background sweep waits
-    if (HandleMoveKey(event) || HandleCommandKey(event)) {
+    if (HandleCaretKeys(event) || HandleMoveKey(event) || HandleCommandKey(event)) {
         AfterCommand();
         return;
     }
@@ -136,6 +138,8 @@ void TEditorWidget::mousePressEvent(QMouseEvent* event) {
         viewport()->update();
         return;
     }
+    if (CaretMousePress(event, pos))
+        return;
     TZvPos s, e;
     FMemo.OrderedSelection(s, e);
     FPressPoint = event->position().toPoint();

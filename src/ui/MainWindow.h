@@ -191,6 +191,9 @@ private:
     void FillHighlightMenu(QMenu& menu);
     void CreateFoldActions();
     void FillFoldMenu(QMenu& menu); // the View menu's Folding submenu
+    // Column mode and the caret list's actions (MainWindowCaretActions.cpp), their Edit submenu.
+    void CreateCaretActions();
+    void AddCaretMenu(QMenu& edit);
     // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
     // the groups showing are written back at exit.
     void LoadTabGroupLayout();

@@ -212,6 +212,7 @@ void TMainWindow::CreateActions() {
     CreateBookmarkActions();
     CreateHighlightActions();
     CreateFoldActions();
+    CreateCaretActions();
     FSearch = new TWindowSearch(*this, FHelper);
     FSearch->AddActions(list);
     list.FOnCloseAllInGroup = [this] {
@@ -260,6 +261,7 @@ void TMainWindow::CreateMenuBar() {
     QMenu* format = a.AddMenu(bar, "m04", "F&ormat", "FormatMenu");
     a.AddTo(*format, {"IndentAction", "UnIndentAction"});
     AddTextMenus(*edit, *format);
+    AddCaretMenu(*edit);
     FillBookmarksMenu(*a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu"));
     a.AddTo(*a.AddMenu(bar, "m07", "&Tools", "ToolsMenu"),
             {"FindCommandAction", "RunLastAction", "-", "WordCountAction", "-",
