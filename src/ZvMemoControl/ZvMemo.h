@@ -21,6 +21,7 @@
 namespace zv {
 
 class TZvMemoStrings;
+struct TJsonError;
 
 // Shift state of a move: the bits of MoveCursor's `shift`.
 enum TShiftBits : unsigned { ssShift = 1, ssAlt = 2, ssCtrl = 4 };
@@ -426,6 +427,12 @@ public:
     // Zero-width spaces, joiners and the byte order mark inside the text.
     bool acnRemoveZeroWidthSpaces();
     bool CheckForZeroWidthSpaces() const;
+
+    // Pretty prints (`indent` spaces a level) or minifies the JSON of the command's lines;
+    // numbers, strings and member order stay as written. Text that is not one JSON value
+    // changes nothing: false, with the reason and its document row and column in `error`.
+    bool acnJSONPrettyPrint(int indent = 4, TJsonError* error = nullptr);
+    bool acnJSONMinify(TJsonError* error = nullptr);
 
     // Comment marks of the syntax in force, filled by whoever loads it. Line marks may list
     // several openers separated by "|": the first counts.

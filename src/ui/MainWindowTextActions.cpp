@@ -3,6 +3,7 @@
 // that show them.
 #include "ui/MainWindow.h"
 
+#include "ZvMemoControl/JsonFormat.h"
 #include "shell/Language.h"
 #include "ui/ActionDef.h"
 #include "ui/Actions.h"
@@ -13,6 +14,26 @@
 #include <QMessageBox>
 
 namespace zv {
+
+namespace {
+
+// Tells why the text is not JSON and where.
+void ShowJsonError(QWidget* parent, const TJsonError& error) {
+    const char* reasons[][2] = {{"343", "a character that cannot stand there"},
+                                {"344", "the text ends too early"},
+                                {"345", "a control character or a bad escape in a string"},
+                                {"346", "a number without digits"}};
+    const auto* reason = reasons[static_cast<int>(error.Problem) - 1];
+    QMessageBox::warning(
+        parent, QString::fromStdString(LangText("Messages", "021", "Message")),
+        QString::fromStdString(
+            LangText("Messages", "342", "The text is not JSON: %3, at line %1, column %2."))
+            .arg(error.Line)
+            .arg(error.Column)
+            .arg(QString::fromStdString(LangText("Messages", reason[0], reason[1]))));
+}
+
+} // namespace
 
 void TMainWindow::CreateTextActions() {
     TActionList& list = FActions->List();
@@ -100,6 +121,26 @@ void TMainWindow::CreateTextActions() {
     change({"AddHtmlLineBreaksAction", "Format", "355", "Add &HTML line breaks"},
            [](TZvMemo& m) { m.acnAddHtmlLineBreaks(); });
 
+    // Format > JSON: one tab width a level; text that is not JSON is told, not changed.
+    const auto json = [this, &list, canChange](const TActionDef& def, bool pretty) {
+        list.Add(MakeAction(
+            def,
+            [this, pretty] {
+                OnActiveEditor([this, pretty](TEditorWidget& e) {
+                    TJsonError error;
+                    e.Run([&](TZvMemo& m) {
+                        pretty ? m.acnJSONPrettyPrint(m.DocState().FTabSize, &error)
+                               : m.acnJSONMinify(&error);
+                    });
+                    if (error.Problem != TJsonProblem::None)
+                        ShowJsonError(this, error);
+                });
+            },
+            EditHandlers([](TZvMemo&) {}, canChange).second));
+    };
+    json({"JsonPrettyPrintAction", "Format", "500", "&Pretty print"}, true);
+    json({"JsonMinifyAction", "Format", "501", "&Minify"}, false);
+
     // Tools: the count is told, the text stays.
     std::function<bool()> hasFocus = EditHandlers([](TZvMemo&) {}).second;
     list.Add(MakeAction(
@@ -140,6 +181,8 @@ void TMainWindow::AddTextMenus(QMenu& edit, QMenu& format) {
                      "ConvertSpacesToTabsAction", "-", "CommentAction", "-", "LeftAlignBlockAction",
                      "CenterAlignBlockAction", "RightAlignBlockAction", "-", "StripTagsAction",
                      "AddHtmlLineBreaksAction"});
+    a.AddTo(*a.AddSubMenu(format, "118", "&JSON", "JsonMenu"),
+            {"JsonPrettyPrintAction", "JsonMinifyAction"});
 }
 
 } // namespace zv

@@ -10,6 +10,7 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -104,6 +105,37 @@ TEST_F(TextActionsWindowTest, DuplicateLinesAsksHowManyCopiesAndOneUndoTakesThem
     editor.setFocus();
     QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(zvtest::EditorText(editor), "one\ntwo\n");
+}
+
+TEST_F(TextActionsWindowTest, JsonMenuPrettyPrintsLikePythonAndTellsWhyTextIsNotJson) {
+    const std::string original = "{\"k\": [1.50, -0, \"\\u00e9\"], \"e\": {}}\n";
+    zv::TEditorWidget& editor = Open("j.json", original);
+    ClickInMenu("JsonMenu", "JsonPrettyPrintAction");
+    QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+    // Python rewrites numbers and escapes; these are kept as written, so Python gets them
+    // in its own spelling.
+    zvtest::WriteAll(dir / "python.json", "{\"k\": [1.5, 0, \"\xc3\xa9\"], \"e\": {}}\n");
+    const std::string tab = std::to_string(editor.Memo().DocState().FTabSize);
+    std::string pretty = zvtest::RunOutput("python3 -m json.tool --no-ensure-ascii --indent " +
+                                           tab + " '" + (dir / "python.json").string() + "'");
+    for (auto [from, to] : {std::pair{"1.5", "1.50"}, {" 0,", " -0,"}, {"\xc3\xa9", "\\u00e9"}})
+        pretty.replace(pretty.find(from), std::string(from).size(), to);
+    EXPECT_EQ(zvtest::ReadAll(dir / "j.json"), pretty);
+    ClickInMenu("JsonMenu", "JsonMinifyAction");
+    EXPECT_EQ(zvtest::EditorText(editor), "{\"k\":[1.50,-0,\"\\u00e9\"],\"e\":{}}\n");
+
+    zv::TEditorWidget& bad = Open("bad.json", "{\"a\": 1,\n \"b\" 2}\n");
+    QString told;
+    QTimer::singleShot(0, [&told] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        told = box->text();
+        box->accept();
+    });
+    ClickInMenu("JsonMenu", "JsonPrettyPrintAction");
+    EXPECT_TRUE(told.contains(QLatin1String("line 2, column 6"))) << told.toStdString();
+    EXPECT_EQ(zvtest::EditorText(bad), "{\"a\": 1,\n \"b\" 2}\n");
+    EXPECT_FALSE(bad.Memo().CanUndo());
 }
 
 TEST_F(TextActionsWindowTest, EveryCommandHasACaptionAndAnItemInTheMenuBar) {
