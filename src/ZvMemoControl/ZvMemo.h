@@ -421,7 +421,7 @@ public:
     // (a lone space stays a space). Counts go to FTabCharsReplaced and FTabCharsChangedLines.
     bool acnConvertTabsToSpaces(bool silent = true);
     bool acnConvertSpacesToTabs();
-    // Removes each character of `list` everywhere.
+    // Removes each code point of `list` from the command's lines.
     bool acnRemoveCharactersFromText(std::u16string_view list);
     bool acnRemoveCharacterFromText(char16_t c);
     // Zero-width spaces, joiners and the byte order mark inside the text.

@@ -10,6 +10,7 @@
 #include "ui/EditorWidget.h"
 
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 
@@ -141,6 +142,44 @@ void TMainWindow::CreateTextActions() {
     json({"JsonPrettyPrintAction", "Format", "500", "&Pretty print"}, true);
     json({"JsonMinifyAction", "Format", "501", "&Minify"}, false);
 
+    // Format > Remove: the characters to remove are asked first; a cancel changes nothing.
+    list.Add(MakeAction(
+        {"RemoveCharactersAction", "Format", "502", "&Characters..."},
+        [this] {
+            bool ok = false;
+            const QString chars = QInputDialog::getText(
+                this,
+                QString::fromStdString(LangText("Actions", "502", "Characters"))
+                    .remove(QLatin1Char('&')),
+                QString::fromStdString(LangText("Actions", "507", "Characters to remove:")),
+                QLineEdit::Normal, QString(), &ok);
+            if (ok && !chars.isEmpty())
+                OnActiveEditor([&chars](TEditorWidget& e) {
+                    e.Run([&chars](TZvMemo& m) {
+                        m.acnRemoveCharactersFromText(
+                            std::u16string_view(reinterpret_cast<const char16_t*>(chars.utf16()),
+                                                static_cast<std::size_t>(chars.size())));
+                    });
+                });
+        },
+        EditHandlers([](TZvMemo&) {}, canChange).second));
+    change({"RemoveZeroWidthSpacesAction", "Format", "503", "&Zero-width spaces"},
+           [](TZvMemo& m) { m.acnRemoveZeroWidthSpaces(); });
+    list.Add(MakeAction(
+        {"CheckZeroWidthSpacesAction", "Format", "504", "Chec&k for zero-width spaces"},
+        [this] {
+            const TEditorWidget* editor = ActiveEditor();
+            if (!editor)
+                return;
+            const bool found = editor->Memo().CheckForZeroWidthSpaces();
+            QMessageBox::information(
+                this, QString::fromStdString(LangText("Messages", "021", "Message")),
+                QString::fromStdString(
+                    found ? LangText("Actions", "508", "The text holds zero-width spaces.")
+                          : LangText("Actions", "509", "The text holds no zero-width spaces.")));
+        },
+        EditHandlers([](TZvMemo&) {}).second));
+
     // Tools: the count is told, the text stays.
     std::function<bool()> hasFocus = EditHandlers([](TZvMemo&) {}).second;
     list.Add(MakeAction(
@@ -183,6 +222,9 @@ void TMainWindow::AddTextMenus(QMenu& edit, QMenu& format) {
                      "AddHtmlLineBreaksAction"});
     a.AddTo(*a.AddSubMenu(format, "118", "&JSON", "JsonMenu"),
             {"JsonPrettyPrintAction", "JsonMinifyAction"});
+    a.AddTo(
+        *a.AddSubMenu(format, "119", "R&emove", "RemoveMenu"),
+        {"RemoveCharactersAction", "RemoveZeroWidthSpacesAction", "CheckZeroWidthSpacesAction"});
 }
 
 } // namespace zv

@@ -140,6 +140,46 @@ TEST(LineCommandTest, DuplicateRemovalMatchesAwkAndUniq) {
               Tool("LC_ALL=C sort \"$1\" | uniq", text));
 }
 
+TEST(CleanCommandTest, RemovedCharactersMatchTrAndSed) {
+    std::mt19937 rng(43);
+    // Zero-width space, non-joiner, joiner, word joiner and U+FEFF, among look-alikes that
+    // stay (U+200E, U+2061, U+FEFE); the text starts with "x" so U+FEFF is never a signature.
+    const std::vector<std::string> pieces = {"a",
+                                             "b",
+                                             " ",
+                                             "\xc3\xa9",
+                                             "\xf0\x9f\x98\x80",
+                                             "\xf0\x9f\x98\x81",
+                                             "\xe2\x80\x8b",
+                                             "\xe2\x80\x8c",
+                                             "\xe2\x80\x8d",
+                                             "\xe2\x81\xa0",
+                                             "\xef\xbb\xbf",
+                                             "\xe2\x80\x8e",
+                                             "\xe2\x81\xa1",
+                                             "\xef\xbb\xbe",
+                                             "\t"};
+    for (int round = 0; round < 3; ++round) {
+        const std::string text = "x" + RandomLines(rng, pieces, 300, 8);
+        EXPECT_EQ(After(text, [](TZvMemo& m) { m.acnRemoveCharactersFromText(u"a\t"); }),
+                  Tool("tr -d \"a\\t\" < \"$1\"", text));
+        // An astral character goes whole; its neighbour sharing the high surrogate stays.
+        EXPECT_EQ(
+            After(text, [](TZvMemo& m) { m.acnRemoveCharactersFromText(u"\u00e9\U0001F600"); }),
+            Tool("LC_ALL=C sed -e \"s/\\xc3\\xa9//g\" -e \"s/\\xf0\\x9f\\x98\\x80//g\" \"$1\"",
+                 text));
+        const std::string zeroWidth =
+            "LC_ALL=C sed -e \"s/\\xe2\\x80[\\x8b\\x8c\\x8d]//g\" "
+            "-e \"s/\\xe2\\x81\\xa0//g\" -e \"s/\\xef\\xbb\\xbf//g\" \"$1\"";
+        TMemoFixture f(text);
+        const std::string cleaned = Tool(zeroWidth, text);
+        EXPECT_EQ(f.memo.CheckForZeroWidthSpaces(), cleaned != text);
+        EXPECT_EQ(f.memo.acnRemoveZeroWidthSpaces(), cleaned != text);
+        EXPECT_EQ(f.Bytes(), cleaned);
+        EXPECT_FALSE(f.memo.CheckForZeroWidthSpaces());
+    }
+}
+
 // Simple case mapping is one code point to one; Python's full mapping agrees on letters that
 // map to one letter and that no context changes (final sigma, dotted I and sharp s left out).
 const std::vector<std::string> kCased = {"a",
@@ -336,6 +376,8 @@ TEST(TextCommandUndoTest, EveryCommandUndoesToTheOriginalBytesAndRedoes) {
         {"tabs to spaces", true, [](TZvMemo& m) { return m.acnConvertTabsToSpaces(); }},
         {"spaces to tabs", true, [](TZvMemo& m) { return m.acnConvertSpacesToTabs(); }},
         {"remove chars", true, [](TZvMemo& m) { return m.acnRemoveCharactersFromText(u"a "); }},
+        {"remove astral", true,
+         [](TZvMemo& m) { return m.acnRemoveCharactersFromText(u"\U0001F600"); }},
         {"comment", true, [](TZvMemo& m) { return m.CommentBlock(u"// "); }},
         {"block comment", true, [](TZvMemo& m) { return m.CommentBlock(u"/*", u"*/"); }},
         {"uncomment", true, [](TZvMemo& m) { return m.UnCommentBlock(); }},

@@ -138,6 +138,33 @@ TEST_F(TextActionsWindowTest, JsonMenuPrettyPrintsLikePythonAndTellsWhyTextIsNot
     EXPECT_FALSE(bad.Memo().CanUndo());
 }
 
+TEST_F(TextActionsWindowTest, RemoveMenuTakesAskedCharactersAndZeroWidthSpacesLikeSed) {
+    const std::string original = "a\xe2\x80\x8b"
+                                 "b;c\xef\xbb\xbf\n\xe2\x81\xa0x;y\xe2\x80\x8e\n";
+    zv::TEditorWidget& editor = Open("z.txt", original);
+    ClickInMenu("RemoveMenu", "RemoveZeroWidthSpacesAction");
+    QTimer::singleShot(0, [] {
+        auto* ask = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(ask, nullptr);
+        ask->setTextValue(QStringLiteral(";y"));
+        ask->accept();
+    });
+    ClickInMenu("RemoveMenu", "RemoveCharactersAction");
+    QApplication::setActiveWindow(window.get());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    editor.setFocus();
+    QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+    zvtest::WriteAll(dir / "original.txt", original);
+    int status = 0;
+    const std::string expected = zvtest::RunOutput(
+        "LC_ALL=C sed -e 's/\\xe2\\x80[\\x8b-\\x8d]//g' -e 's/\\xe2\\x81\\xa0//g' "
+        "-e 's/\\xef\\xbb\\xbf//g' '" +
+            (dir / "original.txt").string() + "' | tr -d ';y'",
+        status);
+    ASSERT_EQ(status, 0);
+    EXPECT_EQ(zvtest::ReadAll(dir / "z.txt"), expected);
+}
+
 TEST_F(TextActionsWindowTest, EveryCommandHasACaptionAndAnItemInTheMenuBar) {
     std::set<const QAction*> shown;
     CollectMenuActions(*window->menuBar(), shown);
