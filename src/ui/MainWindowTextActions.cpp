@@ -8,6 +8,7 @@
 #include "ui/ActionDef.h"
 #include "ui/Actions.h"
 #include "ui/EditorWidget.h"
+#include "ui/SortDialog.h"
 
 #include <QInputDialog>
 #include <QLineEdit>
@@ -98,6 +99,27 @@ void TMainWindow::CreateTextActions() {
            [](TZvMemo& m) { m.acnSortSelectedLinesNumeric(); });
     change({"SortLinesNumericDescAction", "Edit", "346", "N&umeric descending"},
            [](TZvMemo& m) { m.acnSortSelectedLinesNumericDesc(); });
+
+    // The dialog's "..." buttons take the selection's columns.
+    list.Add(MakeAction(
+        {"AdvancedSortAction", "Edit", "505", "Ad&vanced sort..."},
+        [this] {
+            TEditorWidget* editor = ActiveEditor();
+            if (!editor)
+                return;
+            const TZvMemo& memo = editor->Memo();
+            const bool selected = memo.HasSelection();
+            const int from = std::min(memo.SelStart().X, memo.SelEnd().X);
+            const int to = std::max(memo.SelStart().X, memo.SelEnd().X);
+            TSortDialog dialog(this, selected ? from + 1 : 0,
+                               selected ? std::max(to, from + 1) : 0);
+            if (dialog.exec() != QDialog::Accepted || dialog.Keys().empty())
+                return;
+            const auto keys = dialog.Keys();
+            const bool unique = dialog.RemoveDuplicates();
+            editor->Run([&](TZvMemo& m) { m.acnAdvancedSort(keys, unique); });
+        },
+        EditHandlers([](TZvMemo&) {}, canChange).second));
 
     change({"TimeDateAction", "Edit", "356", "Insert date and ti&me"},
            [](TZvMemo& m) { m.acnInsertDateTime(); });
@@ -214,7 +236,7 @@ void TMainWindow::AddTextMenus(QMenu& edit, QMenu& format) {
              "DeleteToEndOfLineAction", "DeleteToBeginOfLineAction"});
     a.AddTo(*a.AddSubMenu(edit, "107", "&Sort", "SortMenu"),
             {"SortLinesAction", "SortLinesDescAction", "SortLinesNumericAction",
-             "SortLinesNumericDescAction"});
+             "SortLinesNumericDescAction", "-", "AdvancedSortAction"});
     a.AddTo(edit, {"TimeDateAction"});
     a.AddTo(format, {"-", "RemoveTrailingSpacesAction", "ConvertTabsToSpacesAction",
                      "ConvertSpacesToTabsAction", "-", "CommentAction", "-", "LeftAlignBlockAction",

@@ -115,6 +115,53 @@ TEST(SortCommandTest, NumericAndMultiKeyOrdersMatchGnuSort) {
     }
 }
 
+// GNU sort's key for `key` with the whole line as field 1 (the separator \001 never occurs).
+std::string GnuKey(const TSortKey& key) {
+    std::string k = " -k1." + std::to_string(key.Start);
+    if (key.End > 0)
+        k += ",1." + std::to_string(key.End);
+    return k + (key.Numeric ? "n" : "") + (key.IgnoreCase ? "f" : "") + (key.Descending ? "r" : "");
+}
+
+TEST(SortCommandTest, FourKeysWithTheirOwnOptionsMatchGnuSortKeys) {
+    if (!HaveProgram("sort") || !HaveProgram("uniq"))
+        GTEST_SKIP() << "no sort or uniq";
+    std::mt19937 rng(47);
+    const std::vector<std::string> pieces = {"a", "A", "b", "B", "1", "2", "9", "-", ".", " ", "x"};
+    const auto pick = [&rng](int from, int to) {
+        return std::uniform_int_distribution<int>(from, to)(rng);
+    };
+    for (int round = 0; round < 25; ++round) {
+        const std::string text = RandomLines(rng, pieces, 300, 9);
+        std::vector<TSortKey> keys(static_cast<std::size_t>(pick(2, 4)));
+        std::string command = "LC_ALL=C sort -s -t \"$(printf \\\\001)\"";
+        for (TSortKey& key : keys) {
+            key.Start = pick(1, 7);
+            key.End = pick(0, 2) ? key.Start + pick(0, 3) : 0;
+            key.Numeric = pick(0, 2) == 0;
+            key.IgnoreCase = !key.Numeric && pick(0, 1);
+            key.Descending = pick(0, 1);
+            command += GnuKey(key);
+        }
+        SCOPED_TRACE(command);
+        EXPECT_EQ(After(text, [&](TZvMemo& m) { m.acnAdvancedSort(keys, false); }),
+                  Tool(command + " \"$1\"", text));
+        // Only lines whose key a neighbour shares stay: uniq -D compares the same columns.
+        std::vector<TSortKey> one(1);
+        one[0].Start = pick(1, 4);
+        one[0].End = one[0].Start + pick(0, 2);
+        one[0].IgnoreCase = pick(0, 1);
+        one[0].OnlyKeepKeyDuplicates = true;
+        const std::string uniq = " | uniq -D -s " + std::to_string(one[0].Start - 1) + " -w " +
+                                 std::to_string(one[0].End - one[0].Start + 1) +
+                                 (one[0].IgnoreCase ? " -i" : "");
+        EXPECT_EQ(
+            After(text, [&](TZvMemo& m) { m.acnAdvancedSort(one, false); }),
+            Tool("LC_ALL=C sort -s -t \"$(printf \\\\001)\"" + GnuKey(one[0]) + " \"$1\"" + uniq,
+                 text));
+    }
+}
+
 TEST(SortCommandTest, SelectionEndingAtColumnZeroLeavesThatRowAlone) {
     if (!HaveProgram("sort"))
         GTEST_SKIP() << "no sort";

@@ -6,11 +6,13 @@
 #include "ui/Actions.h"
 #include "ui/EditorWidget.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QSpinBox>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -163,6 +165,54 @@ TEST_F(TextActionsWindowTest, RemoveMenuTakesAskedCharactersAndZeroWidthSpacesLi
         status);
     ASSERT_EQ(status, 0);
     EXPECT_EQ(zvtest::ReadAll(dir / "z.txt"), expected);
+}
+
+TEST_F(TextActionsWindowTest, AdvancedSortDialogKeysMatchGnuSortKeysAndOneUndoRestores) {
+    std::string original;
+    for (int i = 0; i < 300; ++i)
+        original += std::string(1, "aBbA"[(i * 7) % 4]) + std::to_string((i * 37) % 23) + " " +
+                    std::string(1, "xYz"[(i * 5) % 3]) + std::to_string(i % 4) + "\n";
+    zv::TEditorWidget& editor = Open("s.txt", original);
+    QTimer::singleShot(0, [] {
+        auto* dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        ASSERT_EQ(dialog->objectName(), QStringLiteral("SortDialog"));
+        const auto box = [dialog](const char* name) {
+            return dialog->findChild<QAbstractButton*>(QString::fromLatin1(name));
+        };
+        const auto spin = [dialog](const char* name, int value) {
+            dialog->findChild<QSpinBox*>(QString::fromLatin1(name))->setValue(value);
+        };
+        box("Key1IgnoreCase")->setChecked(true); // key 1: column 1, case-blind, descending
+        box("Key1Descending")->setChecked(true);
+        spin("Key1Start", 1);
+        spin("Key1End", 1);
+        box("Key2Enabled")->setChecked(true); // key 2: columns 2-3 as numbers
+        box("Key2Numeric")->setChecked(true);
+        spin("Key2Start", 2);
+        spin("Key2End", 3);
+        box("Key3Enabled")->setChecked(true); // key 3: to the line end, descending
+        box("Key3Descending")->setChecked(true);
+        spin("Key3Start", 4);
+        spin("Key3End", 0);
+        box("RemoveDuplicates")->setChecked(true);
+        qobject_cast<QDialog*>(dialog)->accept();
+    });
+    ClickInMenu("SortMenu", "AdvancedSortAction");
+    QApplication::setActiveWindow(window.get());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    editor.setFocus();
+    QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+    zvtest::WriteAll(dir / "original.txt", original);
+    int status = 0;
+    const std::string sorted = zvtest::RunOutput(
+        "LC_ALL=C sort -s -t \"$(printf '\\001')\" -k1.1,1.1fr -k1.2,1.3n -k1.4r '" +
+            (dir / "original.txt").string() + "' | uniq",
+        status);
+    ASSERT_EQ(status, 0);
+    EXPECT_EQ(zvtest::ReadAll(dir / "s.txt"), sorted);
+    QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(zvtest::EditorText(editor), original);
 }
 
 TEST_F(TextActionsWindowTest, EveryCommandHasACaptionAndAnItemInTheMenuBar) {
