@@ -428,6 +428,13 @@ public:
     bool acnRemoveZeroWidthSpaces();
     bool CheckForZeroWidthSpaces() const;
 
+    // Refills paragraphs (runs of lines between blank lines) to FRightMargin: the words of
+    // each, separated by one space, as many a line as fit within the margin (a longer word
+    // alone), under the indent of its first line. Paragraph: the caret's paragraph, or with a
+    // selection those of its lines; Block: the selection's lines or the document.
+    bool acnReformatParagraph();
+    bool acnReformatBlock();
+
     // Pretty prints (`indent` spaces a level) or minifies the JSON of the command's lines;
     // numbers, strings and member order stay as written. Text that is not one JSON value
     // changes nothing: false, with the reason and its document row and column in `error`.

@@ -139,6 +139,8 @@ void TMainWindow::CreateTextActions() {
            [](TZvMemo& m) { m.acnBlockAlignCenter(); });
     change({"RightAlignBlockAction", "Format", "353", "Align &right"},
            [](TZvMemo& m) { m.acnBlockAlignRight(); });
+    change({"ReformatParagraphAction", "Format", "506", "Re&format paragraph"},
+           [](TZvMemo& m) { m.acnReformatParagraph(); });
     change({"StripTagsAction", "Format", "354", "Strip ta&gs"},
            [](TZvMemo& m) { m.acnStripTags(); });
     change({"AddHtmlLineBreaksAction", "Format", "355", "Add &HTML line breaks"},
@@ -240,8 +242,8 @@ void TMainWindow::AddTextMenus(QMenu& edit, QMenu& format) {
     a.AddTo(edit, {"TimeDateAction"});
     a.AddTo(format, {"-", "RemoveTrailingSpacesAction", "ConvertTabsToSpacesAction",
                      "ConvertSpacesToTabsAction", "-", "CommentAction", "-", "LeftAlignBlockAction",
-                     "CenterAlignBlockAction", "RightAlignBlockAction", "-", "StripTagsAction",
-                     "AddHtmlLineBreaksAction"});
+                     "CenterAlignBlockAction", "RightAlignBlockAction", "ReformatParagraphAction",
+                     "-", "StripTagsAction", "AddHtmlLineBreaksAction"});
     a.AddTo(*a.AddSubMenu(format, "118", "&JSON", "JsonMenu"),
             {"JsonPrettyPrintAction", "JsonMinifyAction"});
     a.AddTo(

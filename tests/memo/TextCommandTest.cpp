@@ -227,6 +227,73 @@ TEST(CleanCommandTest, RemovedCharactersMatchTrAndSed) {
     }
 }
 
+// Random paragraphs: words of a-h joined by single spaces, cut into lines at random, each
+// paragraph under one indent, blank lines between.
+std::string RandomParagraphs(std::mt19937& rng) {
+    const auto pick = [&rng](int from, int to) {
+        return std::uniform_int_distribution<int>(from, to)(rng);
+    };
+    std::string text;
+    for (int p = pick(1, 5); p > 0; --p) {
+        const std::string indent =
+            pick(0, 2) ? "" : std::string(static_cast<std::size_t>(pick(1, 4)), ' ');
+        for (int l = pick(1, 6); l > 0; --l) {
+            text += indent;
+            for (int w = pick(1, 12); w > 0; --w) {
+                for (int c = pick(1, w == 1 && pick(0, 9) == 0 ? 40 : 9); c > 0; --c)
+                    text += static_cast<char>('a' + pick(0, 7));
+                text += w > 1 ? " " : "\n";
+            }
+        }
+        text += p > 1 ? "\n" : "";
+    }
+    return text;
+}
+
+// Each paragraph's lines joined by one space, one paragraph a line.
+std::string ParagraphWords(const std::string& command, const std::string& text) {
+    return Tool(command + " | awk \"/^ *\\$/ { if (p != \\\"\\\") print p; p = \\\"\\\"; next } "
+                          "{ sub(/^ +/, \\\"\\\"); p = p == \\\"\\\" ? \\$0 : p \\\" \\\" \\$0 } "
+                          "END { if (p != \\\"\\\") print p }\"",
+                text);
+}
+
+TEST(ReformatCommandTest, RefillIsGreedyLikeTextwrapAndKeepsFmtsWordsAndParagraphs) {
+    if (!HaveProgram("fmt") || !HaveProgram("python3"))
+        GTEST_SKIP() << "no fmt or python3";
+    TTempDir dir("zv-wrap");
+    WriteAll(dir / "wrap.py", R"(import re, sys, textwrap
+text = open(sys.argv[2]).read().strip("\n")
+filled = []
+for p in re.split(r"\n\n", text):
+    indent = re.match(r" *", p).group()
+    filled.append(textwrap.fill(" ".join(p.split()), int(sys.argv[1]), initial_indent=indent,
+                                subsequent_indent=indent, break_long_words=False,
+                                break_on_hyphens=False))
+print("\n\n".join(filled))
+)");
+    std::mt19937 rng(53);
+    for (int round = 0; round < 12; ++round) {
+        const std::string text = RandomParagraphs(rng);
+        const int margin = std::uniform_int_distribution<int>(12, 60)(rng);
+        const std::string width = std::to_string(margin);
+        SCOPED_TRACE(text + " at " + width);
+        const std::string refilled = After(text, [margin](TZvMemo& m) {
+            m.FRightMargin = margin;
+            m.acnReformatBlock();
+        });
+        // Greedy filling, as Python's textwrap does it under the paragraph's indent.
+        EXPECT_EQ(refilled,
+                  Tool("python3 " + (dir / "wrap.py").string() + " " + width + " \"$1\"", text));
+        // fmt fills for even lines rather than few: the same words in the same paragraphs,
+        // and never fewer lines than the greedy fill.
+        const std::string fmt = Tool("fmt -w " + width + " \"$1\"", text);
+        EXPECT_EQ(ParagraphWords("cat", refilled), ParagraphWords("fmt -w " + width, text));
+        EXPECT_LE(std::count(refilled.begin(), refilled.end(), '\n'),
+                  std::count(fmt.begin(), fmt.end(), '\n'));
+    }
+}
+
 // Simple case mapping is one code point to one; Python's full mapping agrees on letters that
 // map to one letter and that no context changes (final sigma, dotted I and sharp s left out).
 const std::vector<std::string> kCased = {"a",
@@ -431,6 +498,9 @@ TEST(TextCommandUndoTest, EveryCommandUndoesToTheOriginalBytesAndRedoes) {
         {"align right", true, [](TZvMemo& m) { return m.acnBlockAlignRight(); }},
         {"align centre", true, [](TZvMemo& m) { return m.acnBlockAlignCenter(); }},
         {"strip tags", true, [](TZvMemo& m) { return m.acnStripTags(); }},
+        {"reformat paragraph", false, [](TZvMemo& m) { return m.acnReformatParagraph(); }},
+        {"reformat block", false, [](TZvMemo& m) { return m.acnReformatBlock(); }},
+        {"json", false, [](TZvMemo& m) { return m.acnJSONPrettyPrint(2); }},
         {"line breaks", true, [](TZvMemo& m) { return m.acnAddHtmlLineBreaks(); }},
         {"date", false, [](TZvMemo& m) { return m.acnInsertDateTime(); }},
     };
