@@ -22,6 +22,7 @@
 namespace zv {
 
 class TZvMemoStrings;
+struct TJsonError;
 
 // Shift state of a move: the bits of MoveCursor's `shift`.
 enum TShiftBits : unsigned { ssShift = 1, ssAlt = 2, ssCtrl = 4 };
@@ -518,12 +519,25 @@ public:
     // (a lone space stays a space). Counts go to FTabCharsReplaced and FTabCharsChangedLines.
     bool acnConvertTabsToSpaces(bool silent = true);
     bool acnConvertSpacesToTabs();
-    // Removes each character of `list` everywhere.
+    // Removes each code point of `list` from the command's lines.
     bool acnRemoveCharactersFromText(std::u16string_view list);
     bool acnRemoveCharacterFromText(char16_t c);
     // Zero-width spaces, joiners and the byte order mark inside the text.
     bool acnRemoveZeroWidthSpaces();
     bool CheckForZeroWidthSpaces() const;
+
+    // Refills paragraphs (runs of lines between blank lines) to FRightMargin: the words of
+    // each, separated by one space, as many a line as fit within the margin (a longer word
+    // alone), under the indent of its first line. Paragraph: the caret's paragraph, or with a
+    // selection those of its lines; Block: the selection's lines or the document.
+    bool acnReformatParagraph();
+    bool acnReformatBlock();
+
+    // Pretty prints (`indent` spaces a level) or minifies the JSON of the command's lines;
+    // numbers, strings and member order stay as written. Text that is not one JSON value
+    // changes nothing: false, with the reason and its document row and column in `error`.
+    bool acnJSONPrettyPrint(int indent = 4, TJsonError* error = nullptr);
+    bool acnJSONMinify(TJsonError* error = nullptr);
 
     // Comment marks of the syntax in force, filled by whoever loads it. Line marks may list
     // several openers separated by "|": the first counts.

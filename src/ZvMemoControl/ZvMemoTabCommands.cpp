@@ -6,6 +6,8 @@
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "ZvMemoControl/ZvUniUtils.h"
 
+#include <unicode/utf16.h>
+
 #include <algorithm>
 #include <functional>
 
@@ -53,19 +55,24 @@ int SpacesToTabs(std::u16string_view line, int tab, std::u16string& out) {
     return made;
 }
 
-bool IsZeroWidth(char16_t c) {
+bool IsZeroWidth(char32_t c) {
     return c == 0x200B || c == 0x200C || c == 0x200D || c == 0x2060 || c == 0xFEFF;
 }
 
-// Removes the units `drop` picks from every line of the command's range.
-template <typename Drop> bool RemoveUnits(TZvMemo& memo, Drop drop) {
+// Removes the code points `drop` picks from every line of the command's range (a surrogate
+// pair is one code point: both halves go or stay).
+template <typename Drop> bool RemoveCodePoints(TZvMemo& memo, Drop drop) {
     return RunLineCommand(memo, false, std::make_unique<TReplaceAllUndo>(),
                           [&](const TLineList& lines, TLineList& result) {
                               MapLines(lines, result,
                                        [&](std::u16string_view line, std::u16string& out) {
-                                           for (char16_t c : line)
+                                           for (std::size_t i = 0; i < line.size();) {
+                                               const std::size_t start = i;
+                                               char32_t c;
+                                               U16_NEXT(line.data(), i, line.size(), c);
                                                if (!drop(c))
-                                                   out.push_back(c);
+                                                   out.append(line.substr(start, i - start));
+                                           }
                                            return out.size() != line.size();
                                        });
                           });
@@ -124,7 +131,13 @@ bool TZvMemo::acnConvertSpacesToTabs() {
 bool TZvMemo::acnRemoveCharactersFromText(std::u16string_view list) {
     if (list.empty())
         return false;
-    return RemoveUnits(*this, [list](char16_t c) { return list.find(c) != list.npos; });
+    std::u32string points;
+    for (std::size_t i = 0; i < list.size();) {
+        char32_t c;
+        U16_NEXT(list.data(), i, list.size(), c);
+        points.push_back(c);
+    }
+    return RemoveCodePoints(*this, [&points](char32_t c) { return points.find(c) != points.npos; });
 }
 
 bool TZvMemo::acnRemoveCharacterFromText(char16_t c) {
@@ -132,7 +145,7 @@ bool TZvMemo::acnRemoveCharacterFromText(char16_t c) {
 }
 
 bool TZvMemo::acnRemoveZeroWidthSpaces() {
-    return RemoveUnits(*this, IsZeroWidth);
+    return RemoveCodePoints(*this, IsZeroWidth);
 }
 
 bool TZvMemo::CheckForZeroWidthSpaces() const {

@@ -3,16 +3,39 @@
 // that show them.
 #include "ui/MainWindow.h"
 
+#include "ZvMemoControl/JsonFormat.h"
 #include "shell/Language.h"
 #include "ui/ActionDef.h"
 #include "ui/Actions.h"
 #include "ui/EditorWidget.h"
+#include "ui/SortDialog.h"
 
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 
 namespace zv {
+
+namespace {
+
+// Tells why the text is not JSON and where.
+void ShowJsonError(QWidget* parent, const TJsonError& error) {
+    const char* reasons[][2] = {{"343", "a character that cannot stand there"},
+                                {"344", "the text ends too early"},
+                                {"345", "a control character or a bad escape in a string"},
+                                {"346", "a number without digits"}};
+    const auto* reason = reasons[static_cast<int>(error.Problem) - 1];
+    QMessageBox::warning(
+        parent, QString::fromStdString(LangText("Messages", "021", "Message")),
+        QString::fromStdString(
+            LangText("Messages", "342", "The text is not JSON: %3, at line %1, column %2."))
+            .arg(error.Line)
+            .arg(error.Column)
+            .arg(QString::fromStdString(LangText("Messages", reason[0], reason[1]))));
+}
+
+} // namespace
 
 void TMainWindow::CreateTextActions() {
     TActionList& list = FActions->List();
@@ -77,6 +100,27 @@ void TMainWindow::CreateTextActions() {
     change({"SortLinesNumericDescAction", "Edit", "346", "N&umeric descending"},
            [](TZvMemo& m) { m.acnSortSelectedLinesNumericDesc(); });
 
+    // The dialog's "..." buttons take the selection's columns.
+    list.Add(MakeAction(
+        {"AdvancedSortAction", "Edit", "505", "Ad&vanced sort..."},
+        [this] {
+            TEditorWidget* editor = ActiveEditor();
+            if (!editor)
+                return;
+            const TZvMemo& memo = editor->Memo();
+            const bool selected = memo.HasSelection();
+            const int from = std::min(memo.SelStart().X, memo.SelEnd().X);
+            const int to = std::max(memo.SelStart().X, memo.SelEnd().X);
+            TSortDialog dialog(this, selected ? from + 1 : 0,
+                               selected ? std::max(to, from + 1) : 0);
+            if (dialog.exec() != QDialog::Accepted || dialog.Keys().empty())
+                return;
+            const auto keys = dialog.Keys();
+            const bool unique = dialog.RemoveDuplicates();
+            editor->Run([&](TZvMemo& m) { m.acnAdvancedSort(keys, unique); });
+        },
+        EditHandlers([](TZvMemo&) {}, canChange).second));
+
     change({"TimeDateAction", "Edit", "356", "Insert date and ti&me"},
            [](TZvMemo& m) { m.acnInsertDateTime(); });
 
@@ -95,10 +139,70 @@ void TMainWindow::CreateTextActions() {
            [](TZvMemo& m) { m.acnBlockAlignCenter(); });
     change({"RightAlignBlockAction", "Format", "353", "Align &right"},
            [](TZvMemo& m) { m.acnBlockAlignRight(); });
+    change({"ReformatParagraphAction", "Format", "506", "Re&format paragraph"},
+           [](TZvMemo& m) { m.acnReformatParagraph(); });
     change({"StripTagsAction", "Format", "354", "Strip ta&gs"},
            [](TZvMemo& m) { m.acnStripTags(); });
     change({"AddHtmlLineBreaksAction", "Format", "355", "Add &HTML line breaks"},
            [](TZvMemo& m) { m.acnAddHtmlLineBreaks(); });
+
+    // Format > JSON: one tab width a level; text that is not JSON is told, not changed.
+    const auto json = [this, &list, canChange](const TActionDef& def, bool pretty) {
+        list.Add(MakeAction(
+            def,
+            [this, pretty] {
+                OnActiveEditor([this, pretty](TEditorWidget& e) {
+                    TJsonError error;
+                    e.Run([&](TZvMemo& m) {
+                        pretty ? m.acnJSONPrettyPrint(m.DocState().FTabSize, &error)
+                               : m.acnJSONMinify(&error);
+                    });
+                    if (error.Problem != TJsonProblem::None)
+                        ShowJsonError(this, error);
+                });
+            },
+            EditHandlers([](TZvMemo&) {}, canChange).second));
+    };
+    json({"JsonPrettyPrintAction", "Format", "500", "&Pretty print"}, true);
+    json({"JsonMinifyAction", "Format", "501", "&Minify"}, false);
+
+    // Format > Remove: the characters to remove are asked first; a cancel changes nothing.
+    list.Add(MakeAction(
+        {"RemoveCharactersAction", "Format", "502", "&Characters..."},
+        [this] {
+            bool ok = false;
+            const QString chars = QInputDialog::getText(
+                this,
+                QString::fromStdString(LangText("Actions", "502", "Characters"))
+                    .remove(QLatin1Char('&')),
+                QString::fromStdString(LangText("Actions", "507", "Characters to remove:")),
+                QLineEdit::Normal, QString(), &ok);
+            if (ok && !chars.isEmpty())
+                OnActiveEditor([&chars](TEditorWidget& e) {
+                    e.Run([&chars](TZvMemo& m) {
+                        m.acnRemoveCharactersFromText(
+                            std::u16string_view(reinterpret_cast<const char16_t*>(chars.utf16()),
+                                                static_cast<std::size_t>(chars.size())));
+                    });
+                });
+        },
+        EditHandlers([](TZvMemo&) {}, canChange).second));
+    change({"RemoveZeroWidthSpacesAction", "Format", "503", "&Zero-width spaces"},
+           [](TZvMemo& m) { m.acnRemoveZeroWidthSpaces(); });
+    list.Add(MakeAction(
+        {"CheckZeroWidthSpacesAction", "Format", "504", "Chec&k for zero-width spaces"},
+        [this] {
+            const TEditorWidget* editor = ActiveEditor();
+            if (!editor)
+                return;
+            const bool found = editor->Memo().CheckForZeroWidthSpaces();
+            QMessageBox::information(
+                this, QString::fromStdString(LangText("Messages", "021", "Message")),
+                QString::fromStdString(
+                    found ? LangText("Actions", "508", "The text holds zero-width spaces.")
+                          : LangText("Actions", "509", "The text holds no zero-width spaces.")));
+        },
+        EditHandlers([](TZvMemo&) {}).second));
 
     // Tools: the count is told, the text stays.
     std::function<bool()> hasFocus = EditHandlers([](TZvMemo&) {}).second;
@@ -134,12 +238,17 @@ void TMainWindow::AddTextMenus(QMenu& edit, QMenu& format) {
              "DeleteToEndOfLineAction", "DeleteToBeginOfLineAction"});
     a.AddTo(*a.AddSubMenu(edit, "107", "&Sort", "SortMenu"),
             {"SortLinesAction", "SortLinesDescAction", "SortLinesNumericAction",
-             "SortLinesNumericDescAction"});
+             "SortLinesNumericDescAction", "-", "AdvancedSortAction"});
     a.AddTo(edit, {"TimeDateAction"});
     a.AddTo(format, {"-", "RemoveTrailingSpacesAction", "ConvertTabsToSpacesAction",
                      "ConvertSpacesToTabsAction", "-", "CommentAction", "-", "LeftAlignBlockAction",
-                     "CenterAlignBlockAction", "RightAlignBlockAction", "-", "StripTagsAction",
-                     "AddHtmlLineBreaksAction"});
+                     "CenterAlignBlockAction", "RightAlignBlockAction", "ReformatParagraphAction",
+                     "-", "StripTagsAction", "AddHtmlLineBreaksAction"});
+    a.AddTo(*a.AddSubMenu(format, "118", "&JSON", "JsonMenu"),
+            {"JsonPrettyPrintAction", "JsonMinifyAction"});
+    a.AddTo(
+        *a.AddSubMenu(format, "119", "R&emove", "RemoveMenu"),
+        {"RemoveCharactersAction", "RemoveZeroWidthSpacesAction", "CheckZeroWidthSpacesAction"});
 }
 
 } // namespace zv

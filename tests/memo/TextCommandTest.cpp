@@ -115,6 +115,53 @@ TEST(SortCommandTest, NumericAndMultiKeyOrdersMatchGnuSort) {
     }
 }
 
+// GNU sort's key for `key` with the whole line as field 1 (the separator \001 never occurs).
+std::string GnuKey(const TSortKey& key) {
+    std::string k = " -k1." + std::to_string(key.Start);
+    if (key.End > 0)
+        k += ",1." + std::to_string(key.End);
+    return k + (key.Numeric ? "n" : "") + (key.IgnoreCase ? "f" : "") + (key.Descending ? "r" : "");
+}
+
+TEST(SortCommandTest, FourKeysWithTheirOwnOptionsMatchGnuSortKeys) {
+    if (!HaveProgram("sort") || !HaveProgram("uniq"))
+        GTEST_SKIP() << "no sort or uniq";
+    std::mt19937 rng(47);
+    const std::vector<std::string> pieces = {"a", "A", "b", "B", "1", "2", "9", "-", ".", " ", "x"};
+    const auto pick = [&rng](int from, int to) {
+        return std::uniform_int_distribution<int>(from, to)(rng);
+    };
+    for (int round = 0; round < 25; ++round) {
+        const std::string text = RandomLines(rng, pieces, 300, 9);
+        std::vector<TSortKey> keys(static_cast<std::size_t>(pick(2, 4)));
+        std::string command = "LC_ALL=C sort -s -t \"$(printf \\\\001)\"";
+        for (TSortKey& key : keys) {
+            key.Start = pick(1, 7);
+            key.End = pick(0, 2) ? key.Start + pick(0, 3) : 0;
+            key.Numeric = pick(0, 2) == 0;
+            key.IgnoreCase = !key.Numeric && pick(0, 1);
+            key.Descending = pick(0, 1);
+            command += GnuKey(key);
+        }
+        SCOPED_TRACE(command);
+        EXPECT_EQ(After(text, [&](TZvMemo& m) { m.acnAdvancedSort(keys, false); }),
+                  Tool(command + " \"$1\"", text));
+        // Only lines whose key a neighbour shares stay: uniq -D compares the same columns.
+        std::vector<TSortKey> one(1);
+        one[0].Start = pick(1, 4);
+        one[0].End = one[0].Start + pick(0, 2);
+        one[0].IgnoreCase = pick(0, 1);
+        one[0].OnlyKeepKeyDuplicates = true;
+        const std::string uniq = " | uniq -D -s " + std::to_string(one[0].Start - 1) + " -w " +
+                                 std::to_string(one[0].End - one[0].Start + 1) +
+                                 (one[0].IgnoreCase ? " -i" : "");
+        EXPECT_EQ(
+            After(text, [&](TZvMemo& m) { m.acnAdvancedSort(one, false); }),
+            Tool("LC_ALL=C sort -s -t \"$(printf \\\\001)\"" + GnuKey(one[0]) + " \"$1\"" + uniq,
+                 text));
+    }
+}
+
 TEST(SortCommandTest, SelectionEndingAtColumnZeroLeavesThatRowAlone) {
     if (!HaveProgram("sort"))
         GTEST_SKIP() << "no sort";
@@ -138,6 +185,113 @@ TEST(LineCommandTest, DuplicateRemovalMatchesAwkAndUniq) {
               Tool("awk \"!seen[\\$0]++\" \"$1\"", text));
     EXPECT_EQ(After(text, [](TZvMemo& m) { m.acnSort(1, 0, false, false, false, true); }),
               Tool("LC_ALL=C sort \"$1\" | uniq", text));
+}
+
+TEST(CleanCommandTest, RemovedCharactersMatchTrAndSed) {
+    std::mt19937 rng(43);
+    // Zero-width space, non-joiner, joiner, word joiner and U+FEFF, among look-alikes that
+    // stay (U+200E, U+2061, U+FEFE); the text starts with "x" so U+FEFF is never a signature.
+    const std::vector<std::string> pieces = {"a",
+                                             "b",
+                                             " ",
+                                             "\xc3\xa9",
+                                             "\xf0\x9f\x98\x80",
+                                             "\xf0\x9f\x98\x81",
+                                             "\xe2\x80\x8b",
+                                             "\xe2\x80\x8c",
+                                             "\xe2\x80\x8d",
+                                             "\xe2\x81\xa0",
+                                             "\xef\xbb\xbf",
+                                             "\xe2\x80\x8e",
+                                             "\xe2\x81\xa1",
+                                             "\xef\xbb\xbe",
+                                             "\t"};
+    for (int round = 0; round < 3; ++round) {
+        const std::string text = "x" + RandomLines(rng, pieces, 300, 8);
+        EXPECT_EQ(After(text, [](TZvMemo& m) { m.acnRemoveCharactersFromText(u"a\t"); }),
+                  Tool("tr -d \"a\\t\" < \"$1\"", text));
+        // An astral character goes whole; its neighbour sharing the high surrogate stays.
+        EXPECT_EQ(
+            After(text, [](TZvMemo& m) { m.acnRemoveCharactersFromText(u"\u00e9\U0001F600"); }),
+            Tool("LC_ALL=C sed -e \"s/\\xc3\\xa9//g\" -e \"s/\\xf0\\x9f\\x98\\x80//g\" \"$1\"",
+                 text));
+        const std::string zeroWidth =
+            "LC_ALL=C sed -e \"s/\\xe2\\x80[\\x8b\\x8c\\x8d]//g\" "
+            "-e \"s/\\xe2\\x81\\xa0//g\" -e \"s/\\xef\\xbb\\xbf//g\" \"$1\"";
+        TMemoFixture f(text);
+        const std::string cleaned = Tool(zeroWidth, text);
+        EXPECT_EQ(f.memo.CheckForZeroWidthSpaces(), cleaned != text);
+        EXPECT_EQ(f.memo.acnRemoveZeroWidthSpaces(), cleaned != text);
+        EXPECT_EQ(f.Bytes(), cleaned);
+        EXPECT_FALSE(f.memo.CheckForZeroWidthSpaces());
+    }
+}
+
+// Random paragraphs: words of a-h joined by single spaces, cut into lines at random, each
+// paragraph under one indent, blank lines between.
+std::string RandomParagraphs(std::mt19937& rng) {
+    const auto pick = [&rng](int from, int to) {
+        return std::uniform_int_distribution<int>(from, to)(rng);
+    };
+    std::string text;
+    for (int p = pick(1, 5); p > 0; --p) {
+        const std::string indent =
+            pick(0, 2) ? "" : std::string(static_cast<std::size_t>(pick(1, 4)), ' ');
+        for (int l = pick(1, 6); l > 0; --l) {
+            text += indent;
+            for (int w = pick(1, 12); w > 0; --w) {
+                for (int c = pick(1, w == 1 && pick(0, 9) == 0 ? 40 : 9); c > 0; --c)
+                    text += static_cast<char>('a' + pick(0, 7));
+                text += w > 1 ? " " : "\n";
+            }
+        }
+        text += p > 1 ? "\n" : "";
+    }
+    return text;
+}
+
+// Each paragraph's lines joined by one space, one paragraph a line.
+std::string ParagraphWords(const std::string& command, const std::string& text) {
+    return Tool(command + " | awk \"/^ *\\$/ { if (p != \\\"\\\") print p; p = \\\"\\\"; next } "
+                          "{ sub(/^ +/, \\\"\\\"); p = p == \\\"\\\" ? \\$0 : p \\\" \\\" \\$0 } "
+                          "END { if (p != \\\"\\\") print p }\"",
+                text);
+}
+
+TEST(ReformatCommandTest, RefillIsGreedyLikeTextwrapAndKeepsFmtsWordsAndParagraphs) {
+    if (!HaveProgram("fmt") || !HaveProgram("python3"))
+        GTEST_SKIP() << "no fmt or python3";
+    TTempDir dir("zv-wrap");
+    WriteAll(dir / "wrap.py", R"(import re, sys, textwrap
+text = open(sys.argv[2]).read().strip("\n")
+filled = []
+for p in re.split(r"\n\n", text):
+    indent = re.match(r" *", p).group()
+    filled.append(textwrap.fill(" ".join(p.split()), int(sys.argv[1]), initial_indent=indent,
+                                subsequent_indent=indent, break_long_words=False,
+                                break_on_hyphens=False))
+print("\n\n".join(filled))
+)");
+    std::mt19937 rng(53);
+    for (int round = 0; round < 12; ++round) {
+        const std::string text = RandomParagraphs(rng);
+        const int margin = std::uniform_int_distribution<int>(12, 60)(rng);
+        const std::string width = std::to_string(margin);
+        SCOPED_TRACE(text + " at " + width);
+        const std::string refilled = After(text, [margin](TZvMemo& m) {
+            m.FRightMargin = margin;
+            m.acnReformatBlock();
+        });
+        // Greedy filling, as Python's textwrap does it under the paragraph's indent.
+        EXPECT_EQ(refilled,
+                  Tool("python3 " + (dir / "wrap.py").string() + " " + width + " \"$1\"", text));
+        // fmt fills for even lines rather than few: the same words in the same paragraphs,
+        // and never fewer lines than the greedy fill.
+        const std::string fmt = Tool("fmt -w " + width + " \"$1\"", text);
+        EXPECT_EQ(ParagraphWords("cat", refilled), ParagraphWords("fmt -w " + width, text));
+        EXPECT_LE(std::count(refilled.begin(), refilled.end(), '\n'),
+                  std::count(fmt.begin(), fmt.end(), '\n'));
+    }
 }
 
 // Simple case mapping is one code point to one; Python's full mapping agrees on letters that
@@ -336,12 +490,17 @@ TEST(TextCommandUndoTest, EveryCommandUndoesToTheOriginalBytesAndRedoes) {
         {"tabs to spaces", true, [](TZvMemo& m) { return m.acnConvertTabsToSpaces(); }},
         {"spaces to tabs", true, [](TZvMemo& m) { return m.acnConvertSpacesToTabs(); }},
         {"remove chars", true, [](TZvMemo& m) { return m.acnRemoveCharactersFromText(u"a "); }},
+        {"remove astral", true,
+         [](TZvMemo& m) { return m.acnRemoveCharactersFromText(u"\U0001F600"); }},
         {"comment", true, [](TZvMemo& m) { return m.CommentBlock(u"// "); }},
         {"block comment", true, [](TZvMemo& m) { return m.CommentBlock(u"/*", u"*/"); }},
         {"uncomment", true, [](TZvMemo& m) { return m.UnCommentBlock(); }},
         {"align right", true, [](TZvMemo& m) { return m.acnBlockAlignRight(); }},
         {"align centre", true, [](TZvMemo& m) { return m.acnBlockAlignCenter(); }},
         {"strip tags", true, [](TZvMemo& m) { return m.acnStripTags(); }},
+        {"reformat paragraph", false, [](TZvMemo& m) { return m.acnReformatParagraph(); }},
+        {"reformat block", false, [](TZvMemo& m) { return m.acnReformatBlock(); }},
+        {"json", false, [](TZvMemo& m) { return m.acnJSONPrettyPrint(2); }},
         {"line breaks", true, [](TZvMemo& m) { return m.acnAddHtmlLineBreaks(); }},
         {"date", false, [](TZvMemo& m) { return m.acnInsertDateTime(); }},
     };

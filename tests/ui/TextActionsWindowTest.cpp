@@ -6,10 +6,13 @@
 #include "ui/Actions.h"
 #include "ui/EditorWidget.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
+#include <QSpinBox>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -46,6 +49,25 @@ protected:
         window->Actions().UpdateActions();
         ASSERT_TRUE(item->isEnabled()) << action;
         item->trigger();
+    }
+
+    // After a modal dialog: the window active again (the window manager's part, off
+    // screen), the editor focused, and the document saved as Ctrl+S does.
+    void RefocusAndSave(QWidget& editor) {
+        QApplication::setActiveWindow(window.get());
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        editor.setFocus();
+        QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+    }
+
+    // The output of the shell `pipeline` run on `original` as the file named by $1.
+    std::string ToolOn(const std::string& original, const std::string& pipeline) {
+        zvtest::WriteAll(dir / "original.txt", original);
+        int status = 0;
+        const std::string out = zvtest::RunOutput(
+            "sh -c '" + pipeline + "' sh '" + (dir / "original.txt").string() + "'", status);
+        EXPECT_EQ(status, 0) << pipeline;
+        return out;
     }
 };
 
@@ -104,6 +126,97 @@ TEST_F(TextActionsWindowTest, DuplicateLinesAsksHowManyCopiesAndOneUndoTakesThem
     editor.setFocus();
     QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(zvtest::EditorText(editor), "one\ntwo\n");
+}
+
+TEST_F(TextActionsWindowTest, JsonMenuPrettyPrintsLikePythonAndTellsWhyTextIsNotJson) {
+    const std::string original = "{\"k\": [1.50, -0, \"\\u00e9\"], \"e\": {}}\n";
+    zv::TEditorWidget& editor = Open("j.json", original);
+    ClickInMenu("JsonMenu", "JsonPrettyPrintAction");
+    QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+    // Python rewrites numbers and escapes; these are kept as written, so Python gets them
+    // in its own spelling.
+    zvtest::WriteAll(dir / "python.json", "{\"k\": [1.5, 0, \"\xc3\xa9\"], \"e\": {}}\n");
+    const std::string tab = std::to_string(editor.Memo().DocState().FTabSize);
+    std::string pretty = zvtest::RunOutput("python3 -m json.tool --no-ensure-ascii --indent " +
+                                           tab + " '" + (dir / "python.json").string() + "'");
+    for (auto [from, to] : {std::pair{"1.5", "1.50"}, {" 0,", " -0,"}, {"\xc3\xa9", "\\u00e9"}})
+        pretty.replace(pretty.find(from), std::string(from).size(), to);
+    EXPECT_EQ(zvtest::ReadAll(dir / "j.json"), pretty);
+    ClickInMenu("JsonMenu", "JsonMinifyAction");
+    EXPECT_EQ(zvtest::EditorText(editor), "{\"k\":[1.50,-0,\"\\u00e9\"],\"e\":{}}\n");
+
+    zv::TEditorWidget& bad = Open("bad.json", "{\"a\": 1,\n \"b\" 2}\n");
+    QString told;
+    QTimer::singleShot(0, [&told] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        told = box->text();
+        box->accept();
+    });
+    ClickInMenu("JsonMenu", "JsonPrettyPrintAction");
+    EXPECT_TRUE(told.contains(QLatin1String("line 2, column 6"))) << told.toStdString();
+    EXPECT_EQ(zvtest::EditorText(bad), "{\"a\": 1,\n \"b\" 2}\n");
+    EXPECT_FALSE(bad.Memo().CanUndo());
+}
+
+TEST_F(TextActionsWindowTest, RemoveMenuTakesAskedCharactersAndZeroWidthSpacesLikeSed) {
+    const std::string original = "a\xe2\x80\x8b"
+                                 "b;c\xef\xbb\xbf\n\xe2\x81\xa0x;y\xe2\x80\x8e\n";
+    zv::TEditorWidget& editor = Open("z.txt", original);
+    ClickInMenu("RemoveMenu", "RemoveZeroWidthSpacesAction");
+    QTimer::singleShot(0, [] {
+        auto* ask = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(ask, nullptr);
+        ask->setTextValue(QStringLiteral(";y"));
+        ask->accept();
+    });
+    ClickInMenu("RemoveMenu", "RemoveCharactersAction");
+    RefocusAndSave(editor);
+    const std::string expected = ToolOn(
+        original, "LC_ALL=C sed -e \"s/\\xe2\\x80[\\x8b-\\x8d]//g\" -e "
+                  "\"s/\\xe2\\x81\\xa0//g\" -e \"s/\\xef\\xbb\\xbf//g\" \"$1\" | tr -d \";y\"");
+    EXPECT_EQ(zvtest::ReadAll(dir / "z.txt"), expected);
+}
+
+TEST_F(TextActionsWindowTest, AdvancedSortDialogKeysMatchGnuSortKeysAndOneUndoRestores) {
+    std::string original;
+    for (int i = 0; i < 300; ++i)
+        original += std::string(1, "aBbA"[(i * 7) % 4]) + std::to_string((i * 37) % 23) + " " +
+                    std::string(1, "xYz"[(i * 5) % 3]) + std::to_string(i % 4) + "\n";
+    zv::TEditorWidget& editor = Open("s.txt", original);
+    QTimer::singleShot(0, [] {
+        auto* dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        ASSERT_EQ(dialog->objectName(), QStringLiteral("SortDialog"));
+        const auto box = [dialog](const char* name) {
+            return dialog->findChild<QAbstractButton*>(QString::fromLatin1(name));
+        };
+        const auto spin = [dialog](const char* name, int value) {
+            dialog->findChild<QSpinBox*>(QString::fromLatin1(name))->setValue(value);
+        };
+        box("Key1IgnoreCase")->setChecked(true); // key 1: column 1, case-blind, descending
+        box("Key1Descending")->setChecked(true);
+        spin("Key1Start", 1);
+        spin("Key1End", 1);
+        box("Key2Enabled")->setChecked(true); // key 2: columns 2-3 as numbers
+        box("Key2Numeric")->setChecked(true);
+        spin("Key2Start", 2);
+        spin("Key2End", 3);
+        box("Key3Enabled")->setChecked(true); // key 3: to the line end, descending
+        box("Key3Descending")->setChecked(true);
+        spin("Key3Start", 4);
+        spin("Key3End", 0);
+        box("RemoveDuplicates")->setChecked(true);
+        qobject_cast<QDialog*>(dialog)->accept();
+    });
+    ClickInMenu("SortMenu", "AdvancedSortAction");
+    RefocusAndSave(editor);
+    const std::string sorted = ToolOn(
+        original,
+        "LC_ALL=C sort -s -t \"$(printf \\\\001)\" -k1.1,1.1fr -k1.2,1.3n -k1.4r \"$1\" | uniq");
+    EXPECT_EQ(zvtest::ReadAll(dir / "s.txt"), sorted);
+    QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(zvtest::EditorText(editor), original);
 }
 
 TEST_F(TextActionsWindowTest, EveryCommandHasACaptionAndAnItemInTheMenuBar) {
