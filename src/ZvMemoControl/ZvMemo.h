@@ -185,6 +185,10 @@ public:
     // Unwrapped <-> row positions (identity while nothing wraps).
     TZvPos Unwrapped(TZvPos p) const;
     TZvPos Wrapped(TZvPos p) const;
+    // Word wrap on or off, at `columns` text columns (below 16 the rows stay as they are;
+    // off, only lines above the forced limit stay cut). Every logical line is cut anew; this
+    // view's caret and selection keep their places in the lines, other views start anew.
+    void SetWordWrap(bool on, int columns);
     // Reports an undo record that failed (message "172").
     void ReportUndoError(const std::string& message);
 
@@ -306,6 +310,7 @@ private:
     std::u16string IndentForEnter() const;
     bool SmartBackspaceStep();
     bool JoinWithNext(TZvPos caret, bool backspace);
+    bool DeleteCluster(TZvPos p, bool backspace);
     // Repaint and change events for a change of the text.
     void AnnounceChange(TRowRange redraw);
     std::u16string TokenAt(TZvPos p) const;
