@@ -47,7 +47,10 @@ TRowRange TDocumentScan::RowsChanged(const TTextChange& change) {
     // The states of rows above the first row touched stay right unless a wrapped row
     // continues into it.
     const int first = change.From.Y;
-    const int cleared = FCtx.Options().FWordWrap ? std::max(first - 1, 0) : first;
+    const TZvMemoStrings& store = FScanner.Store();
+    const bool cut = store.IsLineWrapped(first) || store.IsLineWrapped(first + 1) ||
+                     store.IsLineWrapped(change.InsertedEnd.Y + 1);
+    const int cleared = FCtx.Options().FWordWrap || cut ? std::max(first - 1, 0) : first;
     FScanner.ClearLineStylesFrom(cleared);
     if (change.InOneRow() && cleared == first) {
         const TRedrawRange range = FScanner.InvalidateLine(first);

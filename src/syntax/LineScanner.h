@@ -75,6 +75,18 @@ public:
 
 private:
     bool NextIsWrapped(int line) const;
+    // Rows of a cut line (CutRowScan.cpp): the row is read with the head of the next one, so
+    // a token runs across the cut, and begins where the token from the row above ended.
+    struct TCarry {
+        int Row = -1;          // the row whose token ran into Row + 1
+        std::uint64_t Key = 0; // the store revision (main) or state generation (sweep)
+        int Units = 0;         // units of Row + 1 that token covers
+        TRunInfo Info;         // what they are
+    };
+    bool ScanCutRow(int line, TScanRequest& request, TStyle& state, bool fromThread, int depth = 0);
+    int CarryInto(int line, bool fromThread, TRunInfo& info, int depth);
+    TCarry FMainCarry, FThreadCarry;
+    std::u16string FMainJoin, FThreadJoin;
     TScanScratch FMainScratch, FThreadScratch;
     const TZvMemoStrings& FStore;
     const TScanContext& FCtx;
