@@ -194,6 +194,9 @@ void TZvCustomMemo::GoHome(unsigned shift) {
     if (shift & ssCtrl) {
         p = {0, 0};
     } else {
+        // At the start of a continuation row, Home goes up to the row above.
+        if (RowsAreCut(DocState()) && p.X == 0 && p.Y > 0 && FLines->IsLineWrapped(p.Y))
+            p = {RowLength(p.Y - 1), p.Y - 1};
         const auto row = RowText(p.Y);
         int first = 0;
         while (first < static_cast<int>(row.size()) && CharIsWhiteSpace(row[first], true))
@@ -217,6 +220,9 @@ void TZvCustomMemo::GoEnd(unsigned shift) {
     TZvPos p = old;
     if (shift & ssCtrl)
         p.Y = RowCount() - 1;
+    else if (RowsAreCut(DocState()) && p.X >= RowLength(p.Y)) // at a row's end: the line's
+        while (FLines->IsLineWrapped(p.Y + 1))
+            ++p.Y;
     p.X = RowLength(p.Y);
     SetCaretKeepSelection(p);
     AfterCaretMove((shift & ssShift) || FSelectionMode, old);

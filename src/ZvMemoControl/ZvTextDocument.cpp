@@ -208,15 +208,17 @@ void TZvTextDocument::ReplaceLines(std::unique_ptr<TZvMemoStrings> lines) {
 }
 
 void TZvTextDocument::Relayout(const std::function<void()>& work) {
-    FReader.reset();
     const bool differed = Modified();
-    if (differed)
-        FSavedText.BeforeChange(*FLines, 0, FLines->Count());
-    work();
-    if (differed)
-        FSavedText.AfterChange(*FLines);
-    else
-        FSavedText.Reset(*FLines);
+    WithReaderPaused([&] {
+        if (differed)
+            FSavedText.BeforeChange(*FLines, 0, FLines->Count());
+        work();
+        if (differed)
+            FSavedText.AfterChange(*FLines);
+        else
+            FSavedText.Reset(*FLines);
+    });
+    FReader.reset(); // every row's state is stale: the views attach a new reader
     ++FRevision;
     TellReset();
     UpdateModified();

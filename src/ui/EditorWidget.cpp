@@ -269,7 +269,9 @@ int TEditorWidget::VisibleRowCount() const {
 }
 
 int TEditorWidget::GutterWidth() const {
-    const int digits = static_cast<int>(std::to_string(std::max(1, RowCount())).size());
+    const int lines =
+        FLines && FLines->Count() > 0 ? FLines->GetRealLine(FLines->Count() - 1) + 1 : 1;
+    const int digits = static_cast<int>(std::to_string(std::max(1, lines)).size());
     return fontMetrics().horizontalAdvance(QLatin1Char('9')) * (digits + 2);
 }
 
@@ -454,7 +456,7 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
     painter.setPen(gutterText);
     for (int row = first; row < last; ++row)
         painter.drawText(QRect(0, (row - first) * lineHeight, gutter - 8, lineHeight),
-                         Qt::AlignRight | Qt::AlignVCenter, QString::number(row + 1));
+                         Qt::AlignRight | Qt::AlignVCenter, RowLabel(row));
     PaintGutterMarks(painter, first, last, gutter);
     const QRect caret = CaretRect();
     if (!FPreedit.isEmpty()) {
