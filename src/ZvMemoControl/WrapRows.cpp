@@ -84,11 +84,18 @@ TRowText JoinRows(const TZvMemoStrings& lines, int row, int count) {
 }
 
 // Recuts the logical line at `row` (a first row) of `count` rows; returns the rows added.
-int RecutLine(TZvMemoStrings& lines, int row, int count, std::vector<int>& lengths) {
+// `touched` is set when a row changed.
+int RecutLine(TZvMemoStrings& lines, int row, int count, std::vector<int>& lengths, bool& touched) {
     const TRowText text = JoinRows(lines, row, count);
     CutLine(text.View(), CutRuleFor(lines.Memo(), lines.Get(row)), lengths);
-    if (count == 1 && lengths.size() == 1)
-        return 0;
+    if (static_cast<int>(lengths.size()) == count) {
+        bool same = true;
+        for (int i = 0; i < count && same; ++i)
+            same = lengths[static_cast<std::size_t>(i)] == lines.GetLineLength(row + i);
+        if (same)
+            return 0;
+    }
+    touched = true;
     return PutLine(lines, row, count, text, lengths);
 }
 
@@ -167,7 +174,8 @@ TRowSpan RecutSpan(const TZvMemoStrings& lines, int first, int last) {
     return {first, last};
 }
 
-int Recut(TZvMemoStrings& lines, TRowSpan span) {
+int Recut(TZvMemoStrings& lines, TRowSpan span, bool& touched) {
+    touched = false;
     if (span.Last < span.First)
         return 0;
     std::vector<int> lengths;
@@ -175,7 +183,7 @@ int Recut(TZvMemoStrings& lines, TRowSpan span) {
     if (WordWrapInForce(lines.Memo())) {
         for (int row = span.First; row <= span.Last + added;) {
             const int count = LogicalRows(lines, row);
-            const int delta = RecutLine(lines, row, count, lengths);
+            const int delta = RecutLine(lines, row, count, lengths, touched);
             added += delta;
             row += count + delta;
         }
@@ -189,18 +197,26 @@ int Recut(TZvMemoStrings& lines, TRowSpan span) {
         const bool continuation = lines.GetLineAttribute(row).Wrapped();
         const bool continued = row + 1 < lines.Count() && lines.GetLineAttribute(row + 1).Wrapped();
         if (length > limit) {
+            // Even pieces a quarter short of the limit: the next keys typed into the row
+            // split nothing.
+            const int target = std::max(limit - limit / 4, 1);
+            const int pieces = (length + target - 1) / target;
+            const int width = (length + pieces - 1) / pieces;
             const TRowText text = lines.GetRowText(row);
-            CutLine(text.View(), TCutRule{limit, 0, true}, lengths);
+            CutLine(text.View(), TCutRule{width, 0, true}, lengths);
             const int delta = PutLine(lines, row, 1, text, lengths);
             added += delta;
             row += 1 + delta;
+            touched = true;
         } else if (length == 0 && continuation) {
             lines.DeleteLinesSilent(row, 1);
             --added;
+            touched = true;
         } else if (length == 0 && continued) { // the first row takes its continuation's text
             lines.SetRowText(row, lines.GetRowText(row + 1));
             lines.DeleteLinesSilent(row + 1, 1);
             --added;
+            touched = true;
         } else {
             ++row;
         }
@@ -220,7 +236,8 @@ int WrapAll(TZvMemoStrings& lines) {
             ++row;
             continue;
         }
-        const int delta = RecutLine(lines, row, count, lengths);
+        bool touched = false;
+        const int delta = RecutLine(lines, row, count, lengths, touched);
         added += delta;
         row += count + delta;
     }

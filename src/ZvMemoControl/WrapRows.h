@@ -44,9 +44,10 @@ struct TRowSpan {
 TRowSpan RecutSpan(const TZvMemoStrings& lines, int first, int last);
 // Recuts `span` (from RecutSpan, before any other change): with word wrap each logical line
 // is cut anew by its rule; with the forced cut alone rows above the limit are split and
-// empty rows inside a line go. Returns the rows added (may be negative). Positions are the
-// caller's to keep, through unwrapped coordinates.
-int Recut(TZvMemoStrings& lines, TRowSpan span);
+// empty rows inside a line go; an overlong row splits into even pieces a quarter short of
+// the limit. Returns the rows added (may be negative); `touched` tells whether any row
+// changed. Positions are the caller's to keep, through unwrapped coordinates.
+int Recut(TZvMemoStrings& lines, TRowSpan span, bool& touched);
 
 // Cuts every logical line of the store by the rule in force: with word wrap its layout,
 // else the forced cut alone, which joins lines that fit the limit into one row (turning

@@ -160,8 +160,11 @@ void TZvTextDocument::RecutChanged(TTextChange& change, TZvPos& end) {
         span.Last > end.Y ? TZvPos{lastLength, span.Last - shift}
                           : TZvPos{lastLength - end.X + change.RemovedEnd.X, span.Last - shift};
     FSavedText.BeforeChange(*FLines, span.First, span.Last);
-    const int added = Recut(*FLines, span);
+    bool touched = false;
+    const int added = Recut(*FLines, span, touched);
     FSavedText.AfterChange(*FLines);
+    if (!touched)
+        return; // the rows stand as the edit left them
     FLines->GetWrappedPos(logicalEnd.X, logicalEnd.Y);
     end = logicalEnd;
     if (span.First < change.From.Y)

@@ -11,7 +11,7 @@ namespace {
 
 // Units of the next row read ahead: enough for any mark or word; a longer token ends there
 // as it would at a cut of its line and goes on in the state, as comments and strings do.
-constexpr std::size_t kReadAhead = 256;
+constexpr std::size_t kReadAhead = TLineScanner::kCutReadAhead;
 // Rows walked back for a carry that was not kept (a row painted first, far from the last).
 constexpr int kCarryDepth = 3;
 

@@ -50,11 +50,18 @@ TRowRange TDocumentScan::RowsChanged(const TTextChange& change) {
     const TZvMemoStrings& store = FScanner.Store();
     const bool cut = store.IsLineWrapped(first) || store.IsLineWrapped(first + 1) ||
                      store.IsLineWrapped(change.InsertedEnd.Y + 1);
-    const int cleared = FCtx.Options().FWordWrap || cut ? std::max(first - 1, 0) : first;
+    // A row reads the head of the next one: only an edit within that head can change the
+    // end of the row above.
+    const bool reachesUp =
+        store.IsLineWrapped(first) && change.From.X < TLineScanner::kCutReadAhead;
+    const int cleared =
+        FCtx.Options().FWordWrap || (cut && reachesUp) ? std::max(first - 1, 0) : first;
     FScanner.ClearLineStylesFrom(cleared);
     if (change.InOneRow() && cleared == first) {
         const TRedrawRange range = FScanner.InvalidateLine(first);
-        return {range.First, range.Last};
+        // The next row of the line begins behind the token this one ends with.
+        const bool next = range.Last >= 0 && store.IsLineWrapped(first + 1);
+        return {range.First, next ? range.Last + 1 : range.Last};
     }
     return {std::min(first, cleared), -1};
 }

@@ -70,6 +70,9 @@ public:
                const std::function<bool()>& yield = {});
     static constexpr int kSweepReportRows = 4096;
 
+    // Units of the next row a row of a cut line reads ahead (a token may run into them).
+    static constexpr int kCutReadAhead = 256;
+
     // True when every row holds a valid state.
     bool Complete() const { return FStates.ValidRows() >= FStore.Count(); }
 
