@@ -189,6 +189,11 @@ public:
     // off, only lines above the forced limit stay cut). Every logical line is cut anew; this
     // view's caret and selection keep their places in the lines, other views start anew.
     void SetWordWrap(bool on, int columns);
+    // Hard wrap (FHardWrapAtRightMargin): a row longer than the right margin is cut into
+    // lines with real line ends (and its indent in front of each new line, at most 8 units,
+    // with FIndentWrappedLines) by one InsertText, one undo step; the caret keeps its place
+    // in the text. False when nothing was cut (hard wrap off, the row short, during undo).
+    bool HardWrapRow(int row);
     // Reports an undo record that failed (message "172").
     void ReportUndoError(const std::string& message);
 

@@ -74,6 +74,7 @@ bool TZvCustomMemo::InsertChar(char16_t c) {
     else
         record = std::make_unique<TInsertCharUndo>();
     InsertAtCaret(TEditText::FromString(text, true), std::move(record));
+    HardWrapRow(FCurY);
     return true;
 }
 

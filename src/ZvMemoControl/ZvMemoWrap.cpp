@@ -4,6 +4,9 @@
 #include "ZvMemoControl/ZvMemo.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace zv {
 
 void TZvCustomMemo::SetWordWrap(bool on, int columns) {
@@ -36,6 +39,46 @@ void TZvCustomMemo::SetWordWrap(bool on, int columns) {
     NotifyCursor();
     if (FOnInvalidate)
         FOnInvalidate(0, -1);
+}
+
+bool TZvCustomMemo::HardWrapRow(int row) {
+    const TZvMemoState& state = DocState();
+    auto* memo = dynamic_cast<TZvMemo*>(this);
+    if (!state.FHardWrapAtRightMargin || !memo || UndoList().FIsPerforming || row < 0 ||
+        row >= RowCount())
+        return false;
+    const int margin = std::max(memo->FRightMargin, 16);
+    const std::u16string line(RowText(row));
+    if (static_cast<int>(line.size()) <= margin)
+        return false;
+    std::vector<int> lengths;
+    CutLine(line, TCutRule{margin, 0, state.FWrapAtAbsoluteMargin}, lengths);
+    std::u16string indent;
+    if (state.FIndentWrappedLines) {
+        while (indent.size() < 8 && indent.size() < line.size() &&
+               (line[indent.size()] == u' ' || line[indent.size()] == u'\t'))
+            indent += line[indent.size()];
+        if (indent.size() == line.size())
+            indent.clear();
+    }
+    // The pieces after the first, each on a line of its own behind the indent.
+    std::u16string tail;
+    int cut = lengths.front(), caretRow = row, caretCol = FCurX;
+    for (std::size_t i = 1; i < lengths.size(); ++i) {
+        if (FCurY == row && FCurX > cut) {
+            caretRow = row + static_cast<int>(i);
+            caretCol = static_cast<int>(indent.size()) + FCurX - cut;
+        }
+        tail += u"\n" + indent +
+                line.substr(static_cast<std::size_t>(cut), static_cast<std::size_t>(lengths[i]));
+        cut += lengths[i];
+    }
+    const TZvPos caret = Caret();
+    SetSelection({lengths.front(), row}, {static_cast<int>(line.size()), row});
+    InsertText(tail);
+    if (caret.Y == row)
+        SetTextCursor(caretCol, caretRow);
+    return true;
 }
 
 } // namespace zv

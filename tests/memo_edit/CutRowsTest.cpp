@@ -4,6 +4,7 @@
 // wrap switched and its width changed between the steps. After every step the logical text
 // equals a plain string, saving gives its bytes, an edit that changed nothing left no undo
 // record, and the document is modified exactly when the text differs from the loaded one.
+// Hard wrap: typed lines cut at the right margin with real line ends, one undo step a cut.
 #include "MemoFixture.h"
 
 #include "ZvMemoControl/WrapRows.h"
@@ -224,6 +225,52 @@ TEST(CutRows, EditsAtCutsMatchThePlainTextUndoAndSave) {
         ASSERT_EQ(Utf8ToUtf16(script.fx->Bytes()), script.original) << "seed " << seed;
         ASSERT_FALSE(script.Memo().Modified()) << "seed " << seed;
     }
+}
+
+} // namespace
+} // namespace zv::test
+
+namespace zv::test {
+namespace {
+
+// Typing past the right margin with hard wrap cuts the line with real line ends behind the
+// line's indent; each cut is one undo step of its own, and taking the cuts out (each line
+// end with the indent behind it) gives back what was typed.
+TEST(CutRows, HardWrapCutsTypedLinesAtTheMarginInOneUndoStepEach) {
+    TMemoFixture fx;
+    TZvMemo& m = fx.memo;
+    m.DocState().FHardWrapAtRightMargin = true;
+    m.FRightMargin = 20;
+    m.FAutoIndent = false;
+    const std::u16string typed =
+        u"  The quick brown fox jumps over the lazy dog, again (and again) until "
+        u"the margin has been passed several times by a fair amount of words.";
+    int cuts = 0;
+    for (char16_t c : typed) {
+        const std::u16string before = fx.Text();
+        const int rows = m.RowCount();
+        m.InsertChar(c);
+        if (m.RowCount() == rows)
+            continue;
+        ++cuts;
+        const std::u16string wrapped = fx.Text();
+        m.Undo(); // the cut alone
+        ASSERT_EQ(fx.Text(), before + c);
+        m.Redo();
+        ASSERT_EQ(fx.Text(), wrapped);
+    }
+    EXPECT_GT(cuts, 4);
+    std::u16string text = fx.Text(), joined;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == u'\n') {
+            i += 2; // the indent of two blanks
+            continue;
+        }
+        joined += text[i];
+    }
+    EXPECT_EQ(joined, typed);
+    for (int row = 0; row < m.RowCount(); ++row)
+        EXPECT_LE(m.RowLength(row), 20 + 2) << row;
 }
 
 } // namespace
