@@ -13,7 +13,7 @@ namespace {
 // as it would at a cut of its line and goes on in the state, as comments and strings do.
 constexpr std::size_t kReadAhead = TLineScanner::kCutReadAhead;
 // Rows walked back for a carry that was not kept (a row painted first, far from the last).
-constexpr int kCarryDepth = 3;
+constexpr int kCarryDepth = 16;
 
 // Passes on the runs inside the row and notes the one that runs behind its end.
 class TRowEndSink : public IRunSink {
@@ -72,9 +72,9 @@ bool TLineScanner::ScanCutRow(int line, TScanRequest& request, TStyle& state, bo
     request.Sink = &rowEnd;
     const bool done = ScanRow(FCtx, request, state, fromThread ? FThreadScratch : FMainScratch);
     if (done && cutAfter && request.Limit < 0) {
-        TCarry& carry = fromThread ? FThreadCarry : FMainCarry;
+        TCarry& carry = fromThread ? FThreadCarry : FMainCarries[line % kMainCarries];
         carry.Row = line;
-        carry.Key = fromThread ? FStates.Generation() : FStore.Revision();
+        carry.Key = fromThread ? FStates.Generation() : 0;
         carry.Units = std::max(reached - length, 0);
         carry.Info = rowEnd.Beyond;
     }
@@ -82,8 +82,8 @@ bool TLineScanner::ScanCutRow(int line, TScanRequest& request, TStyle& state, bo
 }
 
 int TLineScanner::CarryInto(int line, bool fromThread, TRunInfo& info, int depth) {
-    const TCarry& kept = fromThread ? FThreadCarry : FMainCarry;
-    const std::uint64_t key = fromThread ? FStates.Generation() : FStore.Revision();
+    const TCarry& kept = fromThread ? FThreadCarry : FMainCarries[(line - 1) % kMainCarries];
+    const std::uint64_t key = fromThread ? FStates.Generation() : 0;
     if (kept.Row == line - 1 && kept.Key == key) {
         info = kept.Info;
         return kept.Units;
@@ -105,7 +105,7 @@ int TLineScanner::CarryInto(int line, bool fromThread, TRunInfo& info, int depth
     TScanRequest request;
     if (!ScanCutRow(line - 1, request, state, fromThread, depth + 1))
         return 0;
-    const TCarry& carry = fromThread ? FThreadCarry : FMainCarry;
+    const TCarry& carry = fromThread ? FThreadCarry : FMainCarries[(line - 1) % kMainCarries];
     info = carry.Info;
     return carry.Row == line - 1 ? carry.Units : 0;
 }

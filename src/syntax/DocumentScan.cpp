@@ -1,6 +1,8 @@
 // The document's scan: its reader side of the edit path and its observers.
 #include "syntax/DocumentScan.h"
 
+#include "ZvMemoControl/WrapRows.h"
+
 #include <algorithm>
 
 namespace zv {
@@ -48,18 +50,19 @@ TRowRange TDocumentScan::RowsChanged(const TTextChange& change) {
     // continues into it.
     const int first = change.From.Y;
     const TZvMemoStrings& store = FScanner.Store();
-    const bool cut = store.IsLineWrapped(first) || store.IsLineWrapped(first + 1) ||
-                     store.IsLineWrapped(change.InsertedEnd.Y + 1);
-    // A row reads the head of the next one: only an edit within that head can change the
-    // end of the row above.
-    const bool reachesUp =
-        store.IsLineWrapped(first) && change.From.X < TLineScanner::kCutReadAhead;
-    const int cleared =
-        FCtx.Options().FWordWrap || (cut && reachesUp) ? std::max(first - 1, 0) : first;
+    // A row of a cut line reads the head of the next row: an edit within that head changes
+    // the end of the row above, and one near the row's end what the next row begins with.
+    const int reach = TLineScanner::kCutReadAhead;
+    const TZvPos end = change.InsertedEnd;
+    // (The row above may have read ahead into this one, or stopped being cut by the edit.)
+    const bool nearHead = first > 0 && RowsAreCut(store.Memo()) && change.From.X < reach;
+    const bool nearTail =
+        store.IsLineWrapped(end.Y + 1) && store.GetLineLength(end.Y) - end.X < reach;
+    const int cleared = FCtx.Options().FWordWrap || nearHead ? std::max(first - 1, 0) : first;
     FScanner.ClearLineStylesFrom(cleared);
-    if (change.InOneRow() && cleared == first) {
+    if (change.InOneRow() && cleared == first && !nearTail) {
         const TRedrawRange range = FScanner.InvalidateLine(first);
-        // The next row of the line begins behind the token this one ends with.
+        // The next row of the line is painted from this one's end.
         const bool next = range.Last >= 0 && store.IsLineWrapped(first + 1);
         return {range.First, next ? range.Last + 1 : range.Last};
     }

@@ -99,6 +99,9 @@ TStyle TLineScanner::GetUpStyle(int line) {
 
 void TLineScanner::ClearLineStylesFrom(int line) {
     FStates.ClearFrom(line, FStore.Count());
+    for (TCarry& carry : FMainCarries)
+        if (carry.Row >= line)
+            carry.Row = -1;
 }
 
 TRedrawRange TLineScanner::InvalidateLine(int line) {

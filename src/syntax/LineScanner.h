@@ -88,7 +88,12 @@ private:
     };
     bool ScanCutRow(int line, TScanRequest& request, TStyle& state, bool fromThread, int depth = 0);
     int CarryInto(int line, bool fromThread, TRunInfo& info, int depth);
-    TCarry FMainCarry, FThreadCarry;
+    // The main thread keeps the carries of the rows it scanned last (slot: row mod size),
+    // dropped from the first row an edit touches on (ClearLineStylesFrom); the sweep keeps
+    // its last one for its state generation.
+    static constexpr int kMainCarries = 64;
+    TCarry FMainCarries[kMainCarries];
+    TCarry FThreadCarry;
     std::u16string FMainJoin, FThreadJoin;
     TScanScratch FMainScratch, FThreadScratch;
     const TZvMemoStrings& FStore;
