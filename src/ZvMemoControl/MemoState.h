@@ -18,7 +18,13 @@ struct TZvMemoState {
     bool FHardWrapAtRightMargin = false;
     bool FTextDiffMode = false;
     std::int32_t FForcewrapLength = 4096; // longest row the store keeps
-    bool FHandleCSV = false;              // split .csv/.psv/.tsv quote-aware
+    // Word wrap's cut (WrapRows.h), set by the view: text columns a row holds while
+    // FWordWrap (below 16: rows are not cut for wrap), cut exactly there, narrower
+    // continuation rows under an indented first row.
+    std::int32_t FWrapColumns = 0;
+    bool FWrapAtAbsoluteMargin = false;
+    bool FIndentWrappedLines = true;
+    bool FHandleCSV = false; // split .csv/.psv/.tsv quote-aware
     // U+2028 and U+2029 end rows when loading (they are then lost on save). Off by default,
     // so that every file saves back to the same bytes.
     bool FUnicodeLineBreaks = false;

@@ -202,6 +202,15 @@ public:
     // Unwrapped <-> row positions (identity while nothing wraps).
     TZvPos Unwrapped(TZvPos p) const;
     TZvPos Wrapped(TZvPos p) const;
+    // Word wrap on or off, at `columns` text columns (below 16 the rows stay as they are;
+    // off, only lines above the forced limit stay cut). Every logical line is cut anew; this
+    // view's caret and selection keep their places in the lines, other views start anew.
+    void SetWordWrap(bool on, int columns);
+    // Hard wrap (FHardWrapAtRightMargin): a row longer than the right margin is cut into
+    // lines with real line ends (and its indent in front of each new line, at most 8 units,
+    // with FIndentWrappedLines) by one InsertText, one undo step; the caret keeps its place
+    // in the text. False when nothing was cut (hard wrap off, the row short, during undo).
+    bool HardWrapRow(int row);
     // Reports an undo record that failed (message "172").
     void ReportUndoError(const std::string& message);
 
@@ -400,6 +409,7 @@ private:
     std::u16string IndentForEnter() const;
     bool SmartBackspaceStep();
     bool JoinWithNext(TZvPos caret, bool backspace);
+    bool DeleteCluster(TZvPos p, bool backspace);
     // Repaint and change events for a change of the text.
     void AnnounceChange(TRowRange redraw);
     std::u16string TokenAt(TZvPos p) const;

@@ -2,6 +2,7 @@
 // word, row-end and view moves), the selection, and the two column systems.
 #include "ZvMemoControl/ZvMemo.h"
 
+#include "ZvMemoControl/WrapRows.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 
 #include <cmath>
@@ -11,7 +12,12 @@ namespace zv {
 // ---- Selection ------------------------------------------------------------------------
 
 bool TZvCustomMemo::HasSelection() const {
-    return FSelStartX != FSelEndX || FSelStartY != FSelEndY;
+    if (FSelStartX == FSelEndX && FSelStartY == FSelEndY)
+        return false;
+    // The end of a row and the start of its continuation are one place in the text.
+    if (std::abs(FSelStartY - FSelEndY) == 1 && RowsAreCut(DocState()) && !FColumnMode)
+        return Unwrapped(SelStart()) != Unwrapped(SelEnd());
+    return true;
 }
 
 void TZvCustomMemo::OrderedSelection(TZvPos& start, TZvPos& end) const {
@@ -73,7 +79,7 @@ void TZvCustomMemo::SetTextCursor(int x, int y, bool keepSelection) {
     y = std::clamp(y, 0, RowCount() - 1);
     x = std::max(x, 0);
     RevealRow(y);
-    if (FNotepadCursor || DocState().FWordWrap)
+    if (FNotepadCursor || RowsAreCut(DocState()))
         x = std::min(x, RowLength(y));
     FCurX = x;
     FCurY = y;
@@ -159,7 +165,7 @@ void TZvCustomMemo::MoveCursor(int dx, int dy, unsigned shift) {
         if (dy != 0)
             p.Y = std::min(dy > 0 ? FTopLine + FVisibleRows - 1 : FTopLine, RowCount() - 1);
     } else {
-        const bool lineBound = FNotepadCursor || DocState().FWordWrap;
+        const bool lineBound = FNotepadCursor || RowsAreCut(DocState());
         for (int i = 0; i < std::abs(dx); ++i) {
             const auto row = RowText(p.Y);
             if (dx < 0) {
@@ -196,6 +202,9 @@ void TZvCustomMemo::GoHome(unsigned shift) {
     if (shift & ssCtrl) {
         p = {0, 0};
     } else {
+        // At the start of a continuation row, Home goes up to the row above.
+        if (RowsAreCut(DocState()) && p.X == 0 && p.Y > 0 && FLines->IsLineWrapped(p.Y))
+            p = {RowLength(p.Y - 1), p.Y - 1};
         const auto row = RowText(p.Y);
         int first = 0;
         while (first < static_cast<int>(row.size()) && CharIsWhiteSpace(row[first], true))
@@ -219,6 +228,9 @@ void TZvCustomMemo::GoEnd(unsigned shift) {
     TZvPos p = old;
     if (shift & ssCtrl)
         p.Y = RowCount() - 1;
+    else if (RowsAreCut(DocState()) && p.X >= RowLength(p.Y)) // at a row's end: the line's
+        while (FLines->IsLineWrapped(p.Y + 1))
+            ++p.Y;
     p.X = RowLength(p.Y);
     SetCaretKeepSelection(p);
     AfterCaretMove((shift & ssShift) || FSelectionMode, old);
@@ -311,7 +323,7 @@ int TZvCustomMemo::ColumnAtPixel(int row, double px) const {
         col = next;
     }
     const double space = Measure().SpaceWidth();
-    if (px <= left || space <= 0 || FNotepadCursor || DocState().FWordWrap)
+    if (px <= left || space <= 0 || FNotepadCursor || RowsAreCut(DocState()))
         return col;
     return col + static_cast<int>(std::floor((px - left) / space + 0.5));
 }

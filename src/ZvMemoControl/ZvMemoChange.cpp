@@ -117,6 +117,8 @@ TZvPos TZvCustomMemo::Change(TZvPos from, TZvPos to, const TEditText& text,
     TZvUndoList& undo = UndoList();
     const bool keep = record && !undo.FIsPerforming;
     TEditText removed;
+    // Rows may be cut anew by the change: the record's positions are taken before it.
+    const TZvPos logicalFrom = Unwrapped(from), logicalBefore = Unwrapped(caretBefore);
     FOwnChange = true;
     TZvPos end;
     try {
@@ -134,8 +136,8 @@ TZvPos TZvCustomMemo::Change(TZvPos from, TZvPos to, const TEditText& text,
                                : to,
                            end);
     if (keep) {
-        record->SetChange(Unwrapped(from), from, std::move(removed), text);
-        const TZvPos before = Unwrapped(caretBefore), after = Unwrapped(end);
+        record->SetChange(logicalFrom, from, std::move(removed), text);
+        const TZvPos before = logicalBefore, after = Unwrapped(end);
         record->FUndoCurX0 = before.X;
         record->FUndoCurY0 = before.Y;
         record->FUndoCurX = after.X;

@@ -2,12 +2,13 @@
 // indent, and deleting the selection.
 #include "ZvMemoControl/ZvMemo.h"
 
+#include "ZvMemoControl/WrapRows.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 
 namespace zv {
 
 bool TZvCustomMemo::DeleteRange(TZvPos from, TZvPos to, std::unique_ptr<TUndo> record) {
-    if (from == to)
+    if (Unwrapped(from) == Unwrapped(to))
         return false;
     Change(from, to, TEditText(), std::move(record), Caret());
     return true;
@@ -32,7 +33,7 @@ bool TZvCustomMemo::Backspace() {
         return true;
     if (HasSelection())
         return DeleteSelection();
-    if (FSmartBackspace && !DocState().FWordWrap && SmartBackspaceStep())
+    if (FSmartBackspace && !RowsAreCut(DocState()) && SmartBackspaceStep())
         return true;
     const TZvPos caret = Caret();
     const int len = RowLength(caret.Y);
@@ -40,19 +41,38 @@ bool TZvCustomMemo::Backspace() {
         if (caret.Y == 0)
             return false;
         const int prev = caret.Y - 1;
+        if (FLines->IsLineWrapped(caret.Y)) // a cut: the last cluster of the row above goes
+            return DeleteCluster({RowLength(prev), prev}, true);
         return JoinWithNext({RowLength(prev), prev}, true);
     }
     if (caret.X > len) { // virtual space: nothing to delete, the caret steps left
         SetTextCursor(caret.X - 1, caret.Y);
         return true;
     }
-    const int from = Breaks().PrevCluster(RowText(caret.Y), caret.X);
+    return DeleteCluster(caret, true);
+}
+
+// Deletes the cluster behind `p` (backspace) or at it; at a row's end before a continuation
+// row the cluster is the next row's first (a cut is no character).
+bool TZvCustomMemo::DeleteCluster(TZvPos p, bool backspace) {
+    TZvPos from = p, to = p;
+    if (backspace) {
+        from.X = Breaks().PrevCluster(RowText(p.Y), p.X);
+    } else if (p.X >= RowLength(p.Y)) {
+        to = {Breaks().NextCluster(RowText(p.Y + 1), 0), p.Y + 1};
+        if (to.X == 0)
+            return false;
+    } else {
+        to.X = Breaks().NextCluster(RowText(p.Y), p.X);
+    }
+    const int units = static_cast<int>(FLines->GetCharPosFromXY(to.X, to.Y) -
+                                       FLines->GetCharPosFromXY(from.X, from.Y));
     std::unique_ptr<TUndo> record;
-    if (caret.X - from > 1)
+    if (units > 1)
         record = std::make_unique<TDeleteBufUndo>();
     else
-        record = std::make_unique<TDeleteCharUndo>(true);
-    return DeleteRange({from, caret.Y}, caret, std::move(record));
+        record = std::make_unique<TDeleteCharUndo>(backspace);
+    return DeleteRange(from, to, std::move(record));
 }
 
 // In the indent: deletes back to the indent of the nearest shallower line above.
@@ -89,16 +109,9 @@ bool TZvCustomMemo::DeleteChar(int x, int y) {
     const TZvPos p = x < 0 ? Caret() : TZvPos{x, y};
     if (p.Y >= RowCount())
         return false;
-    const auto row = RowText(p.Y);
-    if (p.X >= static_cast<int>(row.size()))
+    if (p.X >= RowLength(p.Y) && !FLines->IsLineWrapped(p.Y + 1))
         return JoinWithNext(p, false);
-    const int to = Breaks().NextCluster(row, p.X);
-    std::unique_ptr<TUndo> record;
-    if (to - p.X > 1)
-        record = std::make_unique<TDeleteBufUndo>();
-    else
-        record = std::make_unique<TDeleteCharUndo>(false);
-    return DeleteRange(p, {to, p.Y}, std::move(record));
+    return DeleteCluster(p, false);
 }
 
 bool TZvCustomMemo::DeleteSelection(bool record) {
@@ -114,7 +127,7 @@ bool TZvCustomMemo::DeleteSelection(bool record) {
         del->SetSelection(*this, SelStart(), SelEnd());
         undo = std::move(del);
     }
-    if (s == e) {
+    if (Unwrapped(s) == Unwrapped(e)) { // nothing, or only a cut, lies between
         SetTextCursor(s.X, s.Y);
         return false;
     }

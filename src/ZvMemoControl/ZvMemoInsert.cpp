@@ -3,6 +3,7 @@
 // change sequence.
 #include "ZvMemoControl/ZvMemo.h"
 
+#include "ZvMemoControl/WrapRows.h"
 #include "ZvMemoControl/ZvMemoRows.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "ZvMemoControl/ZvUniUtils.h"
@@ -24,7 +25,7 @@ bool IsQuote(char16_t c) {
 TEditText TZvCustomMemo::PaddingFor(TZvPos caret) const {
     TEditText pad;
     const int len = RowLength(caret.Y);
-    if (caret.X > len && !DocState().FWordWrap)
+    if (caret.X > len && !RowsAreCut(DocState()))
         pad.Rows.front().Assign(std::u16string(static_cast<std::size_t>(caret.X - len), u' '));
     return pad;
 }
@@ -73,6 +74,7 @@ bool TZvCustomMemo::InsertChar(char16_t c) {
     else
         record = std::make_unique<TInsertCharUndo>();
     InsertAtCaret(TEditText::FromString(text, true), std::move(record));
+    HardWrapRow(FCurY);
     return true;
 }
 

@@ -85,6 +85,49 @@ void TSavedText::AfterChange(const TZvMemoStrings& lines) {
         FMid.pop_back();
         ++FTail;
     }
+    if (!FMid.empty() || FTop + FTail != FRows)
+        SettleCuts(lines);
+}
+
+// The window's text written out with the line end before each row (a cut writes nothing),
+// so that rows cut elsewhere compare by the text they make.
+void TSavedText::SettleCuts(const TZvMemoStrings& lines) {
+    // A wider window waits for the row comparison; the sizes are compared first, so a window
+    // whose text differs in length costs a pass over its rows only.
+    constexpr std::size_t kMaxRows = 1 << 16;
+    const int end = FRows - FTail;
+    if (FMid.size() > kMaxRows || end - FTop > static_cast<int>(kMaxRows))
+        return;
+    const auto size = [](std::uint8_t brk, std::size_t units) {
+        return units + (brk != 1 ? 2 : 0);
+    };
+    std::size_t nowSize = 0, thenSize = 0;
+    for (int row = FTop; row < end; ++row)
+        nowSize += size(Break(lines, row), lines.Get(row).size());
+    for (const TSavedRow& saved : FMid)
+        thenSize += size(saved.Break, saved.Text.Length());
+    if (nowSize != thenSize)
+        return;
+    const auto mark = [](std::u16string& out, std::uint8_t brk) {
+        if (brk != 1) // 1: a continuation, nothing stands before it
+            out.append({char16_t(0xFFFF), char16_t(brk)});
+    };
+    std::u16string now, then;
+    now.reserve(nowSize);
+    then.reserve(thenSize);
+    for (int row = FTop; row < end; ++row) {
+        mark(now, Break(lines, row));
+        now.append(lines.Get(row));
+    }
+    for (const TSavedRow& saved : FMid) {
+        mark(then, saved.Break);
+        then.append(saved.Text.View());
+    }
+    if (now != then)
+        return;
+    FMid.clear();
+    FTop = FRows;
+    FTail = 0;
 }
 
 } // namespace zv

@@ -23,7 +23,8 @@ public:
     // of every row that enters the window.
     void BeforeChange(const TZvMemoStrings& lines, int first, int last);
     // Call after that change: compares the rows at the window's edges with the saved ones and
-    // narrows the window while they agree. Costs the length of the rows compared.
+    // narrows the window while they agree; a small window whose rows make the saved text
+    // cut at other places closes. Costs the length of the rows compared.
     void AfterChange(const TZvMemoStrings& lines);
     // The text (rows, with the line end or continuation before each) is not the saved text.
     // Meaningless while Overflowed().
@@ -45,6 +46,7 @@ private:
     static std::uint8_t Break(const TZvMemoStrings& lines, int row);
     static bool Same(const TZvMemoStrings& lines, int row, const TSavedRow& saved, int savedRow);
     TSavedRow Take(const TZvMemoStrings& lines, int row) const;
+    void SettleCuts(const TZvMemoStrings& lines);
 
     // Invariants: rows [0, FTop) of the store are the saved rows [0, FTop); its last FTail
     // rows are the saved text's last FTail rows; FMid holds the saved rows in between, so

@@ -2,6 +2,7 @@
 // texts.
 #include "ZvMemoControl/ZvMemoUndo.h"
 
+#include "ZvMemoControl/WrapRows.h"
 #include "ZvMemoControl/ZvMemo.h"
 
 namespace zv {
@@ -64,7 +65,8 @@ void TUndo::Redo(TZvCustomMemo& memo) {
 
 void TUndo::RowRange(const TZvCustomMemo& memo, const TEditText& text, TZvPos& from,
                      TZvPos& to) const {
-    if (memo.Unwrapped(FAtRow) == FAt) {
+    // Rows of a cut line may be cut elsewhere by now: only uncut rows are where they were.
+    if (!RowsAreCut(memo.DocState()) && memo.Unwrapped(FAtRow) == FAt) {
         from = FAtRow;
         to = text.EndFrom(FAtRow);
     } else {

@@ -2,6 +2,7 @@
 #include "ZvMemoControl/ZvTextDocument.h"
 
 #include "ZvMemoControl/LineMarks.h"
+#include "ZvMemoControl/WrapRows.h"
 #include "ZvMemoControl/ZvMemoRows.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 
@@ -115,16 +116,22 @@ TZvPos TZvTextDocument::Change(TZvPos from, TZvPos to, const TEditText& text, TE
         change.RemovedLength = RangeUnits(*FLines, from, to);
     }
     const std::vector<TRowMarks> marks = NoteMarks(*FLines, from.Y, to.Y);
-    const TZvPos end = ReplaceText(*FLines, from, to, text);
+    TZvPos end = ReplaceText(*FLines, from, to, text);
     FSavedText.AfterChange(*FLines);
-    ++FRevision;
     change.InsertedEnd = end;
+    RecutChanged(change, end);
+    ++FRevision;
     change.InsertedLength = UnitsOf(text);
     change.RowsAdded = std::max(FLines->Count(), 1) - rowsBefore;
     change.Revision = FRevision;
     KeepMarksAcross(*FLines, marks, change);
-    for (int row = from.Y; row <= end.Y; ++row)
-        ChangeLineHistory(row);
+    int lineStart = -1;
+    for (int row = change.From.Y; row <= change.InsertedEnd.Y; ++row) {
+        const int main = FLines->GetWrappedMainLineNumber(row);
+        if (main != lineStart) // once per logical line
+            ChangeLineHistory(main);
+        lineStart = main;
+    }
     const TRowRange redraw = TellReader(change);
     ForEachListener([&](ITextListener& l) {
         if (&l != origin)
@@ -134,6 +141,37 @@ TZvPos TZvTextDocument::Change(TZvPos from, TZvPos to, const TEditText& text, TE
         origin->TextChanged(change, redraw);
     UpdateModified();
     return end;
+}
+
+// The changed rows are cut anew (rows of a long line stay within the limit, a wrapped line
+// follows its layout); the change then covers every row the cut moved: from the first row
+// it touched to the ends of the last, before and after.
+void TZvTextDocument::RecutChanged(TTextChange& change, TZvPos& end) {
+    ForceCutIfLong(*FLines, change.From.Y, end.Y);
+    const TRowSpan span = RecutSpan(*FLines, change.From.Y, end.Y);
+    if (span.Last < span.First)
+        return;
+    TZvPos logicalEnd = end;
+    FLines->GetUnwrappedPos(logicalEnd.X, logicalEnd.Y);
+    const int lastLength = FLines->GetLineLength(span.Last);
+    // Where the span's last row stood before the change (rows below end.Y only moved).
+    const int shift = end.Y - change.RemovedEnd.Y;
+    const TZvPos removedEnd =
+        span.Last > end.Y ? TZvPos{lastLength, span.Last - shift}
+                          : TZvPos{lastLength - end.X + change.RemovedEnd.X, span.Last - shift};
+    FSavedText.BeforeChange(*FLines, span.First, span.Last);
+    bool touched = false;
+    const int added = Recut(*FLines, span, touched);
+    FSavedText.AfterChange(*FLines);
+    if (!touched)
+        return; // the rows stand as the edit left them
+    FLines->GetWrappedPos(logicalEnd.X, logicalEnd.Y);
+    end = logicalEnd;
+    if (span.First < change.From.Y)
+        change.From = {0, span.First};
+    change.RemovedEnd = std::max(change.RemovedEnd, removedEnd);
+    const int last = span.Last + added;
+    change.InsertedEnd = std::max(end, TZvPos{FLines->GetLineLength(last), last});
 }
 
 bool TZvTextDocument::AppendFromFile(const std::function<bool()>& append) {
@@ -167,6 +205,23 @@ void TZvTextDocument::ReplaceLines(std::unique_ptr<TZvMemoStrings> lines) {
     FLines = FOwnLines.get();
     FUndoList.Clear();
     FSavedText.Reset(*FLines);
+    ++FRevision;
+    TellReset();
+    UpdateModified();
+}
+
+void TZvTextDocument::Relayout(const std::function<void()>& work) {
+    const bool differed = Modified();
+    WithReaderPaused([&] {
+        if (differed)
+            FSavedText.BeforeChange(*FLines, 0, FLines->Count());
+        work();
+        if (differed)
+            FSavedText.AfterChange(*FLines);
+        else
+            FSavedText.Reset(*FLines);
+    });
+    FReader.reset(); // every row's state is stale: the views attach a new reader
     ++FRevision;
     TellReset();
     UpdateModified();

@@ -54,6 +54,10 @@ public:
     // Puts `lines` in place of the store (a reload): undo cleared, unmodified, the reader
     // dropped; every listener hears DocumentReset. The old store goes after that.
     void ReplaceLines(std::unique_ptr<TZvMemoStrings> lines);
+    // Runs `work`, which cuts the rows anew without changing the text (word wrap on or off,
+    // a new width): the reader is dropped, the modified state is kept, and every listener
+    // hears DocumentReset.
+    void Relayout(const std::function<void()>& work);
     // Runs `work` while the reader reads no rows (a save, a conversion of every row).
     void WithReaderPaused(const std::function<void()>& work);
 
@@ -91,6 +95,7 @@ private:
     TZvTextDocument(TZvMemoStrings& lines, TBorrowed);
     void Setup();
     void ChangeLineHistory(int row);
+    void RecutChanged(TTextChange& change, TZvPos& end);
     void UpdateModified();
     void TellReset();
     TRowRange TellReader(const TTextChange& change);

@@ -5,6 +5,7 @@ zv_engine_library(zv_memo_edit
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoCaret.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoFoldCommands.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoChange.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ZvMemoWrap.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoClipboard.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoColumnSelect.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoDelete.cpp

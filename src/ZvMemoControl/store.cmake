@@ -21,4 +21,5 @@ zv_engine_library(zv_memo_store
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoFolds.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvUniUtils.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvWideStrings.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/WrapRows.cpp
   DEPS ICU::uc ICU::i18n zv_common)

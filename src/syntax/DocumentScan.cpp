@@ -1,6 +1,8 @@
 // The document's scan: its reader side of the edit path and its observers.
 #include "syntax/DocumentScan.h"
 
+#include "ZvMemoControl/WrapRows.h"
+
 #include <algorithm>
 
 namespace zv {
@@ -74,11 +76,22 @@ TRowRange TDocumentScan::RowsChanged(const TTextChange& change) {
     // The states of rows above the first row touched stay right unless a wrapped row
     // continues into it.
     const int first = change.From.Y;
-    const int cleared = FCtx.Options().FWordWrap ? std::max(first - 1, 0) : first;
+    const TZvMemoStrings& store = FScanner.Store();
+    // A row of a cut line reads the head of the next row: an edit within that head changes
+    // the end of the row above, and one near the row's end what the next row begins with.
+    const int reach = TLineScanner::kCutReadAhead;
+    const TZvPos end = change.InsertedEnd;
+    // (The row above may have read ahead into this one, or stopped being cut by the edit.)
+    const bool nearHead = first > 0 && RowsAreCut(store.Memo()) && change.From.X < reach;
+    const bool nearTail =
+        store.IsLineWrapped(end.Y + 1) && store.GetLineLength(end.Y) - end.X < reach;
+    const int cleared = FCtx.Options().FWordWrap || nearHead ? std::max(first - 1, 0) : first;
     FScanner.ClearLineStylesFrom(cleared);
-    if (change.InOneRow() && cleared == first) {
+    if (change.InOneRow() && cleared == first && !nearTail) {
         const TRedrawRange range = FScanner.InvalidateLine(first);
-        return {range.First, range.Last};
+        // The next row of the line is painted from this one's end.
+        const bool next = range.Last >= 0 && store.IsLineWrapped(first + 1);
+        return {range.First, next ? range.Last + 1 : range.Last};
     }
     return {std::min(first, cleared), -1};
 }

@@ -25,7 +25,7 @@ TLineScanner::TLineScanner(const TZvMemoStrings& store, const TScanContext& ctx)
 }
 
 bool TLineScanner::NextIsWrapped(int line) const {
-    return FCtx.Options().FWordWrap && FStore.IsLineWrapped(line + 1);
+    return FStore.IsLineWrapped(line + 1);
 }
 
 bool TLineScanner::GetUpLineStyleFromThread(int line, int fromX, int toX, TStyle& state,
@@ -41,14 +41,20 @@ bool TLineScanner::GetUpLineStyleFromThread(int line, int fromX, int toX, TStyle
     if (!fromThread) {
         request.Text = FStore.Get(line);
         request.NextRowIsWrapped = NextIsWrapped(line);
+        if (request.NextRowIsWrapped || (line > 0 && FStore.IsLineWrapped(line)))
+            return ScanCutRow(line, request, state, false);
         return ScanRow(FCtx, request, state, FMainScratch);
     }
     TRowText text;
+    bool cut = false;
     {
         std::lock_guard lock(FStore.Lock());
         text = FStore.GetRowText(line);
         request.NextRowIsWrapped = NextIsWrapped(line);
+        cut = request.NextRowIsWrapped || (line > 0 && FStore.IsLineWrapped(line));
     }
+    if (cut)
+        return ScanCutRow(line, request, state, true);
     request.Text = text.View();
     return ScanRow(FCtx, request, state, FThreadScratch);
 }
@@ -116,6 +122,9 @@ bool TLineScanner::GetRowFacts(int line, TRowFacts& facts) {
 
 void TLineScanner::ClearLineStylesFrom(int line) {
     FStates.ClearFrom(line, FStore.Count());
+    for (TCarry& carry : FMainCarries)
+        if (carry.Row >= line)
+            carry.Row = -1;
 }
 
 TRedrawRange TLineScanner::InvalidateLine(int line) {

@@ -78,11 +78,31 @@ public:
                const std::function<bool()>& yield = {});
     static constexpr int kSweepReportRows = 4096;
 
+    // Units of the next row a row of a cut line reads ahead (a token may run into them).
+    static constexpr int kCutReadAhead = 256;
+
     // True when every row holds a valid state.
     bool Complete() const { return FStates.ValidRows() >= FStore.Count(); }
 
 private:
     bool NextIsWrapped(int line) const;
+    // Rows of a cut line (CutRowScan.cpp): the row is read with the head of the next one, so
+    // a token runs across the cut, and begins where the token from the row above ended.
+    struct TCarry {
+        int Row = -1;          // the row whose token ran into Row + 1
+        std::uint64_t Key = 0; // the store revision (main) or state generation (sweep)
+        int Units = 0;         // units of Row + 1 that token covers
+        TRunInfo Info;         // what they are
+    };
+    bool ScanCutRow(int line, TScanRequest& request, TStyle& state, bool fromThread, int depth = 0);
+    int CarryInto(int line, bool fromThread, TRunInfo& info, int depth);
+    // The main thread keeps the carries of the rows it scanned last (slot: row mod size),
+    // dropped from the first row an edit touches on (ClearLineStylesFrom); the sweep keeps
+    // its last one for its state generation.
+    static constexpr int kMainCarries = 64;
+    TCarry FMainCarries[kMainCarries];
+    TCarry FThreadCarry;
+    std::u16string FMainJoin, FThreadJoin;
     TScanScratch FMainScratch, FThreadScratch;
     const TZvMemoStrings& FStore;
     const TScanContext& FCtx;

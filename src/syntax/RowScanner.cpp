@@ -106,6 +106,9 @@ public:
           Facts(r.Limit < 0 ? r.Facts : nullptr), FNext(r.NextRowIsWrapped), FFull(r.Limit < 0) {
         N = FFull ? int(T.size()) : std::min<int>(r.Limit, int(T.size()));
         T = T.substr(0, N); // a partial scan sees nothing behind its limit
+        FStop = r.Stop < 0 ? N : std::min(r.Stop, N);
+        p = std::clamp(r.Start, 0, N);
+        FReached = r.Reached;
     }
 
     bool Run() {
@@ -125,14 +128,16 @@ public:
         if (S.Block.Id >= int(Set->FBlocks.size()))
             S.Block.Id = -1;
         if (!P.Get(spInComment) && P.Get(spInLineComment)) {
-            Emit(0, N, TTokenKind::LineComment); // a wrapped continuation of a line comment
+            Emit(p, N, TTokenKind::LineComment); // a wrapped continuation of a line comment
             p = N;
         }
-        while (p < N) {
+        while (p < FStop) {
             if (Halt && Halt->load(std::memory_order_relaxed))
                 return false;
             Round();
         }
+        if (FReached)
+            *FReached = p;
         if (FFull)
             EndOfRow();
         return true;
@@ -1262,7 +1267,7 @@ private:
             S.Block.Id = -2;
             P.BracketId = -1;
         }
-        const bool continues = C.Options().FWordWrap && FNext;
+        const bool continues = FNext; // rows of one line scan as that line
         if (!continues) {
             P.Set(spInLineComment, false);
             if (P.Get(spStringOnLine)) {
@@ -1290,6 +1295,8 @@ private:
     const TZvCustomMemoStyles* Set = nullptr;
     const TStarterTable* Starters = nullptr;
     bool FNext, FFull;
+    int FStop = 0;           // the walk ends at the first token boundary at or behind it
+    int* FReached = nullptr; // told where the walk ended
     bool FHereDocPending = false;
     bool FFormatString = false; // the string being read holds {code} (a format prefix)
     bool FCss = false;          // the set is of the CSS family: it has a value state

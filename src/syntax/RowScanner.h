@@ -66,9 +66,15 @@ struct TScanRequest {
     // Scan only units [0, Limit); a negative limit scans the whole row and applies the
     // end-of-row rule. A limit of 0 returns at once.
     int Limit = -1;
-    bool NextRowIsWrapped = false; // word wrap: the next row continues this one
-    IRunSink* Sink = nullptr;      // null: state only (the sweep)
-    TRowFacts* Facts = nullptr;    // a full scan fills it (braces, indent, to-do); may be null
+    bool NextRowIsWrapped = false; // the next row continues this line (a cut or word wrap)
+    // A row of a cut line: the walk begins at Start (units a token of the row above ran
+    // into) and ends at the first token boundary at or behind Stop (-1: the text's end);
+    // units behind Stop are the next row's, read ahead so a token runs across the cut.
+    int Start = 0;
+    int Stop = -1;
+    int* Reached = nullptr;     // when given, told where the walk ended
+    IRunSink* Sink = nullptr;   // null: state only (the sweep)
+    TRowFacts* Facts = nullptr; // a full scan fills it (braces, indent, to-do); may be null
     // Set by another thread to make the scan return at once; the state is then unusable.
     const std::atomic<bool>* Halt = nullptr;
 };

@@ -6,6 +6,7 @@ zv_engine_library(zv_scanner
     ${CMAKE_CURRENT_LIST_DIR}/LiteralRules.cpp
     ${CMAKE_CURRENT_LIST_DIR}/LineStates.cpp
     ${CMAKE_CURRENT_LIST_DIR}/LineScanner.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/CutRowScan.cpp
     ${CMAKE_CURRENT_LIST_DIR}/BackgroundSchedule.cpp
     ${CMAKE_CURRENT_LIST_DIR}/BackgroundThread.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ColourWalk.cpp

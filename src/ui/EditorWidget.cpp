@@ -277,7 +277,9 @@ int TEditorWidget::VisibleRowCount() const {
 }
 
 int TEditorWidget::GutterWidth() const {
-    const int digits = static_cast<int>(std::to_string(std::max(1, RowCount())).size());
+    const int lines =
+        FLines && FLines->Count() > 0 ? FLines->GetRealLine(FLines->Count() - 1) + 1 : 1;
+    const int digits = static_cast<int>(std::to_string(std::max(1, lines)).size());
     return fontMetrics().horizontalAdvance(QLatin1Char('9')) * (digits + 2) + FoldMarginWidth();
 }
 
@@ -470,7 +472,7 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
     for (std::size_t i = 0; i < rows.size(); ++i)
         painter.drawText(QRect(0, static_cast<int>(i) * lineHeight,
                                gutter - 8 - FoldMarginWidth(), lineHeight),
-                         Qt::AlignRight | Qt::AlignVCenter, QString::number(rows[i] + 1));
+                         Qt::AlignRight | Qt::AlignVCenter, RowLabel(rows[i]));
     PaintGutterMarks(painter, rows, gutter);
     PaintFoldMargin(painter, rows, gutter);
     const QRect caret = CaretRect();

@@ -27,6 +27,7 @@ namespace zv {
 
 class TZvMemoStrings;
 class TRunPainter;
+class TCustomIniFile;
 
 class TEditorWidget : public QAbstractScrollArea, private IScanObserver {
     Q_OBJECT
@@ -132,6 +133,22 @@ public:
     // What Save does; returns success. The main window sets it to its save command.
     std::function<bool()> FOnSave;
 
+    // ---- Word wrap (EditorWidgetWrap.cpp). Lines are cut into rows at the wrap width: the
+    // view's text width, or FWrapAtColumnValue with FWrapAtColumn, or the memo's right
+    // margin with FWrapAtRightMargin; again whenever the view's width changes.
+    void SetWordWrap(bool on);
+    bool WordWrap() const { return FMemo.DocState().FWordWrap; }
+    // Reads the wrap keys of "EditorMisc" ("OpenWithWordwrap" or "Wordwrap" switch it on).
+    void ApplyWrapSettings(const TCustomIniFile& settings);
+    // Text columns a row holds at the present width and settings.
+    int WrapColumns() const;
+    // The gutter's label of a row: its real line's number, or the wrap mark on a continuation.
+    QString RowLabel(int row) const;
+    static const QString kWrapMark;
+    bool FWrapAtColumn = false;
+    int FWrapAtColumnValue = 80;
+    bool FWrapAtRightMargin = false;
+
 signals:
     // The text began or stopped differing from the saved text.
     void ModifiedChanged(bool modified);
@@ -143,6 +160,7 @@ signals:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool viewportEvent(QEvent* event) override; // the text width changed: wrap again
     void keyPressEvent(QKeyEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -165,6 +183,7 @@ protected:
 
 private:
     void UpdateScrollBars();
+    void RefreshWrap(); // cuts the rows again when the wrap width changed
     int GutterWidth() const;
     // Bookmarks, line marks and change bars of the painted rows in the gutter.
     void PaintGutterMarks(QPainter& painter, const std::vector<int>& rows, int gutter);

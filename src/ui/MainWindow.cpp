@@ -184,6 +184,7 @@ TEditorWidget* TMainWindow::MakeView(TDocument& doc) {
     auto* editor = new TEditorWidget;
     editor->SetTextDocument(doc.Text);
     ApplyMemoMiscOptions(editor->Memo(), FHelper.MemoMiscOptions());
+    editor->ApplyWrapSettings(SettingsIni());
     editor->Memo().FReadOnly = doc.FReadOnly;
     BindEditor(*editor, doc);
     return editor;

@@ -138,6 +138,9 @@ private:
     void CreateMenuBar();
     void ShowEditorMenu(TEditorWidget& editor, const QPoint& at);
     void OpenMenuSearch();
+    // Word wrap of the active editor on or off; stored as "EditorMisc"/"Wordwrap" when
+    // "Customize"/"StoreWordwrap" says so.
+    void ToggleWordWrap();
     void OpenKeyDialog();
     // File > Reopen with encoding (every code page this system converts).
     void CreateFileExtras(QMenu* file);

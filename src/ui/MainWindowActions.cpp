@@ -175,6 +175,11 @@ void TMainWindow::CreateActions() {
                         [this] { isFullScreen() ? showNormal() : showFullScreen(); });
     full.Checkable = true;
     full.OnChecked = [this] { return isFullScreen(); };
+    TAction& wrap = add(
+        {"WordWrapAction", "View", "430", "&Word wrap", {"Ctrl+Alt+W"}},
+        [this] { ToggleWordWrap(); }, hasEditor);
+    wrap.Checkable = true;
+    wrap.OnChecked = [this] { return ActiveEditor() && ActiveEditor()->WordWrap(); };
 
     // Tools
     add({"FindCommandAction",
@@ -254,6 +259,7 @@ void TMainWindow::CreateMenuBar() {
                     "SplitWindowVertAction", "SplitWindowLeftAction", "SplitWindowRightAction",
                     "UnsplitWindowAction", "-", "NewTabGroupAction", "MoveTabToNextGroupAction",
                     "MoveTabToPreviousGroupAction"});
+    a.AddTo(*view, {"-", "WordWrapAction"});
     a.AddTo(*a.AddSubMenu(*view, "104", "T&ab groups", "TabGroupsMenu"),
             {"ToggleTabGroup1Action", "ToggleTabGroup2Action", "ToggleTabGroup3Action",
              "ToggleTabGroup4Action", "ToggleTabGroup5Action"});

@@ -59,7 +59,8 @@ QString TMainWindow::StatusPosition() const {
     if (!editor)
         return {};
     const TZvMemo& memo = editor->Memo();
-    QString text = tr("Ln %1, Col %2").arg(memo.FCurY + 1).arg(memo.FCurX + 1);
+    const TZvPos real = memo.Unwrapped(memo.Caret()); // the line and column, not the row
+    QString text = tr("Ln %1, Col %2").arg(real.Y + 1).arg(real.X + 1);
     if (const auto length = memo.GetSelectionLength(); length > 0)
         text += tr(" (%1 selected)").arg(length);
     return text;

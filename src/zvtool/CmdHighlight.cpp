@@ -8,7 +8,9 @@
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "common/RootFolder.h"
 #include "common/Utf.h"
+#include "syntax/ColourWalk.h"
 #include "syntax/HtmlExport.h"
+#include "syntax/LineScanner.h"
 #include "syntax/SyntaxSelect.h"
 #include "syntax/TypeColors.h"
 
@@ -98,8 +100,7 @@ void AppendNumber(std::string& out, long long v) {
 void DumpTokens(const TScanContext& ctx, const TZvMemoStrings& store) {
     TStyle state;
     ClearStyle(state, true);
-    TScanScratch scratch;
-    TRunCollector runs;
+    TLineScanner scanner(store, ctx); // the editor's own row scan: cut rows join their line
     std::string out;
     int line = -1, offset = 0;
     for (int row = 0; row < store.Count(); ++row) {
@@ -107,13 +108,7 @@ void DumpTokens(const TScanContext& ctx, const TZvMemoStrings& store) {
             offset += store.GetLineLength(row - 1);
         else
             ++line, offset = 0;
-        runs.Runs.clear();
-        TScanRequest request;
-        request.Text = store.Get(row);
-        request.Sink = &runs;
-        request.NextRowIsWrapped = store.IsLineWrapped(row + 1);
-        ScanRow(ctx, request, state, scratch);
-        for (const TColourRun& r : runs.Runs) {
+        for (const TColourRun& r : RowRunsFrom(scanner, row, state)) {
             AppendNumber(out, line);
             out.push_back('\t');
             AppendNumber(out, offset + r.Start);
