@@ -15,11 +15,14 @@ build_pkgs=(
 # (uconv, iconv of libc-bin, dos2unix, file, xxd, cmp), setfattr for extended attributes,
 # xmllint for the XML files the program writes, pcre2grep for regular-expression hits,
 # Python with Pygments and its CJK samples, and the language tools whose keyword lists check
-# the shipped syntax files.
+# the shipped syntax files; Universal Ctags and the packages whose sources the code
+# explorer is compared on (PEAR's PHP, Erlang's Java interface, underscore.js, Python's and zlib's
+# documentation).
 test_pkgs=(
   xvfb xauth icu-devtools dos2unix file diffutils xxd attr libxml2-utils pcre2-utils
   python3 python3-pygments libpython3.11-testsuite
   nodejs rustc default-jdk-headless perl lua5.4 ruby php-cli golang-go
+  universal-ctags php-pear erlang-src libjs-underscore python3-dev zlib1g-dev
 )
 # Reference tools the benchmark scripts under bench/ run side by side with zvtool.
 bench_pkgs=(
