@@ -270,10 +270,13 @@ void GetMethodFoldList(const TCodeStructure& structure, const TCEListObjectType&
             break;
         if (!types.Has(s.Kind))
             continue;
-        if (item.itemType == ceModule && s.Parent >= 0 &&
-            !IsCallableKind(structure.Items[static_cast<std::size_t>(s.Parent)].Kind) &&
-            structure.Items[static_cast<std::size_t>(s.Parent)].Kind != ceNS)
-            continue; // Module: what no class or structure holds
+        // Module: the functions that no class or structure holds, nor names by its class.
+        if (item.itemType == ceModule &&
+            (!IsCallableKind(s.Kind) || !ClassOfQualified(s.Text, separator).empty() ||
+             (s.Parent >= 0 &&
+              !IsCallableKind(structure.Items[static_cast<std::size_t>(s.Parent)].Kind) &&
+              structure.Items[static_cast<std::size_t>(s.Parent)].Kind != ceNS)))
+            continue;
         if (byName && !(inside && head >= 0)) {
             std::u16string owner = ClassOfQualified(s.Text, separator);
             if (owner.empty() ||

@@ -9,6 +9,7 @@
 #include "shell/Settings.h"
 #include "ui/ActionDef.h"
 #include "ui/Actions.h"
+#include "ui/CodeExplorerPanel.h"
 #include "ui/CommandPalette.h"
 #include "ui/EditorWidget.h"
 #include "ui/KeyDialog.h"
@@ -175,6 +176,15 @@ void TMainWindow::CreateActions() {
                         [this] { isFullScreen() ? showNormal() : showFullScreen(); });
     full.Checkable = true;
     full.OnChecked = [this] { return isFullScreen(); };
+    FCodeExplorer = new TCodeExplorerPanel(this);
+    addDockWidget(Qt::LeftDockWidgetArea, FCodeExplorer);
+    FCodeExplorer->hide();
+    TAction& explorer = add({"CodeExplorerAction", "View", "480", "&Code explorer"}, [this] {
+        FCodeExplorer->setVisible(FCodeExplorer->isHidden());
+        UpdateStatus();
+    });
+    explorer.Checkable = true;
+    explorer.OnChecked = [this] { return !FCodeExplorer->isHidden(); };
 
     // Tools
     add({"FindCommandAction",
@@ -249,6 +259,7 @@ void TMainWindow::CreateMenuBar() {
     a.AddTo(*a.AddSubMenu(*view, "104", "T&ab groups", "TabGroupsMenu"),
             {"ToggleTabGroup1Action", "ToggleTabGroup2Action", "ToggleTabGroup3Action",
              "ToggleTabGroup4Action", "ToggleTabGroup5Action"});
+    a.AddTo(*view, {"-", "CodeExplorerAction"});
     QMenu* format = a.AddMenu(bar, "m04", "F&ormat", "FormatMenu");
     a.AddTo(*format, {"IndentAction", "UnIndentAction"});
     AddTextMenus(*edit, *format);
