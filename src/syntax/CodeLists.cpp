@@ -4,6 +4,8 @@
 #include "syntax/CodeLists.h"
 
 #include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace zv {
 
@@ -156,6 +158,8 @@ void GetMainFoldList(const TCodeStructure& structure, int caretRow, TCEListItemT
     int level = 0;
     TCEListItemType parentKind = ceNone;
     std::u16string parentText;
+    std::unordered_map<std::u16string, std::size_t> classAt; // ceClass entries by name
+    std::unordered_set<std::u16string> handled;              // class names of step 5
     std::vector<int> stack; // end rows of the listed items still open
     for (const TStructureItem& item : structure.Items) {
         while (!stack.empty() && stack.back() < item.Row) {
@@ -182,6 +186,8 @@ void GetMainFoldList(const TCodeStructure& structure, int caretRow, TCEListItemT
             }
             if (caretRow >= item.Row && caretRow <= item.EndRow)
                 classRec = {e.sLong, e.sLongParent, k};
+            if (k == ceClass)
+                classAt[item.Name] = list.size();
             list.push_back(std::move(e));
             if (k != ceTagStyle && k != ceTagScript)
                 stack.push_back(item.EndRow);
@@ -192,10 +198,8 @@ void GetMainFoldList(const TCodeStructure& structure, int caretRow, TCEListItemT
             if (caretRow >= item.Row && caretRow <= item.EndRow &&
                 (classRec.sLong.empty() || classRec.sLong == name))
                 classRec = {name, {}, ceClassName};
-            auto known = std::find_if(list.begin(), list.end(),
-                                      [&](const TCEListObjectType& e) { return e.sLong == name; });
-            if (known != list.end())
-                continue;
+            if (!handled.insert(name).second)
+                continue; // listed, or its class marked, already
             TCEListObjectType e;
             e.sShort = e.sLong = name;
             e.itemType = ceClassName;
@@ -203,15 +207,12 @@ void GetMainFoldList(const TCodeStructure& structure, int caretRow, TCEListItemT
             e.Row = item.Row; // keeps the list in row order for CurrentEntry
             parentKind = ceNone;
             parentText.clear();
-            bool declared = false;
-            for (auto it = list.rbegin(); it != list.rend() && it->nLevel >= level; ++it) {
-                if (it->nLevel == level && it->itemType == ceClass && HoldsName(it->sLong, name)) {
-                    it->itemTypeB = ceClassName;
-                    declared = true;
-                    break;
-                }
-            }
-            if (!declared)
+            // The class declared at this level (the latest of that name) takes its methods.
+            auto declared = classAt.find(name);
+            if (declared != classAt.end() && list[declared->second].nLevel == level &&
+                HoldsName(list[declared->second].sLong, name))
+                list[declared->second].itemTypeB = ceClassName;
+            else
                 list.push_back(std::move(e));
         }
     }
@@ -236,53 +237,55 @@ void GetMethodFoldList(const TCodeStructure& structure, const TCEListObjectType&
                        std::vector<TCEListObjectType>& list, TCEListObjectRec& methodRec) {
     list.clear();
     methodRec = {};
-    int first = 0, last = static_cast<int>(structure.Items.size()) - 1;
     int head = -1;
     const bool byName = item.itemType == ceClassName || item.itemTypeB == ceClassName;
     if (item.itemType != ceModule && item.itemType != ceClassName && item.itemType != ceNone) {
-        // The item's own head: by id, else by kind and text (under its parent's head).
-        head = item.idNr != 0 ? structure.FindId(item.idNr) : -1;
-        if (head < 0) {
-            for (std::size_t i = 0; i < structure.Items.size(); ++i) {
-                const TStructureItem& s = structure.Items[i];
-                if (s.Kind == item.itemType && s.Text == item.sLong) {
-                    head = static_cast<int>(i);
-                    break;
-                }
-            }
-        }
+        // The item's own head: by id, else by kind and text.
+        head = item.idNr != 0 ? structure.FindId(item.idNr, item.Row) : -1;
+        for (std::size_t i = 0; head < 0 && i < structure.Items.size(); ++i)
+            if (structure.Items[i].Kind == item.itemType && structure.Items[i].Text == item.sLong)
+                head = static_cast<int>(i);
         if (head < 0)
             return;
-        first = head + 1;
     } else if (item.itemType != ceModule && !byName) {
         return;
     }
-    const int headEnd = head >= 0 ? structure.Items[static_cast<std::size_t>(head)].EndRow : -1;
-    if (byName)
-        first = 0;
+    // The candidates in row order: the item's own range, with the methods named by its class
+    // when it has them; for "Module" every item.
+    std::vector<int> candidates;
+    if (head >= 0) {
+        const int end = structure.Items[static_cast<std::size_t>(head)].EndRow;
+        for (int i = head + 1; i < static_cast<int>(structure.Items.size()) &&
+                               structure.Items[static_cast<std::size_t>(i)].Row <= end;
+             ++i)
+            candidates.push_back(i);
+    }
+    if (byName) {
+        const std::u16string& name =
+            head >= 0 ? structure.Items[static_cast<std::size_t>(head)].Name : item.sLong;
+        if (auto it = structure.ByOwner.find(name); it != structure.ByOwner.end()) {
+            const std::size_t own = candidates.size();
+            candidates.insert(candidates.end(), it->second.begin(), it->second.end());
+            std::inplace_merge(candidates.begin(), candidates.begin() + static_cast<long>(own),
+                               candidates.end());
+            candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
+        }
+    }
+    const bool module = item.itemType == ceModule;
+    const int count =
+        module ? static_cast<int>(structure.Items.size()) : static_cast<int>(candidates.size());
     int around = -1;
-    for (int i = first; i <= last; ++i) {
+    for (int k = 0; k < count; ++k) {
+        const int i = module ? k : candidates[static_cast<std::size_t>(k)];
         const TStructureItem& s = structure.Items[static_cast<std::size_t>(i)];
-        if (i == head)
-            continue;
-        bool inside = head < 0 || (i > head && s.Row <= headEnd);
-        if (head >= 0 && s.Row > headEnd && !byName)
-            break;
         if (!types.Has(s.Kind))
             continue;
         // Module: the functions that no class or structure holds, nor names by its class.
-        if (item.itemType == ceModule &&
-            (!IsCallableKind(s.Kind) || !ClassOfQualified(s.Text, separator).empty() ||
-             (s.Parent >= 0 &&
-              !IsCallableKind(structure.Items[static_cast<std::size_t>(s.Parent)].Kind) &&
-              structure.Items[static_cast<std::size_t>(s.Parent)].Kind != ceNS)))
+        if (module && (!IsCallableKind(s.Kind) || !s.Owner.empty() ||
+                       (s.Parent >= 0 &&
+                        !IsCallableKind(structure.Items[static_cast<std::size_t>(s.Parent)].Kind) &&
+                        structure.Items[static_cast<std::size_t>(s.Parent)].Kind != ceNS)))
             continue;
-        if (byName && !(inside && head >= 0)) {
-            std::u16string owner = ClassOfQualified(s.Text, separator);
-            if (owner.empty() ||
-                !(owner == item.sLong || (head >= 0 && HoldsName(item.sLong, owner))))
-                continue;
-        }
         TCEListObjectType e = Entry(s, structure);
         e.sLong = MemberText(s.Text, s.Kind, separator);
         e.sShort = std::u16string(1, IconDigit(s.Kind)) + e.sLong;

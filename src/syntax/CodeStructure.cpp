@@ -150,6 +150,15 @@ int TCodeStructure::ItemAt(int row) const {
     return i;
 }
 
+int TCodeStructure::FindId(std::int32_t idNr, int row) const {
+    auto it = std::lower_bound(Items.begin(), Items.end(), row,
+                               [](const TStructureItem& item, int r) { return item.Row < r; });
+    for (; it != Items.end() && it->Row == row; ++it)
+        if (it->IdNr == idNr)
+            return static_cast<int>(it - Items.begin());
+    return FindId(idNr);
+}
+
 int TCodeStructure::FindId(std::int32_t idNr) const {
     for (std::size_t i = 0; i < Items.size(); ++i)
         if (Items[i].IdNr == idNr)
@@ -550,7 +559,10 @@ struct TStructureBuild::TState {
         TCEListItemType kind = ceFunction;
         if (!owner.empty())
             kind = last[0] == u'~' ? ceDestructor : last == owner ? ceConstructor : ceMethod;
-        return AddItem(StatementRows[b], kind, std::move(name));
+        std::u16string ownerName(cls ? std::u16string_view() : owner);
+        int item = AddItem(StatementRows[b], kind, std::move(name));
+        Out->Items[static_cast<std::size_t>(item)].Owner = std::move(ownerName);
+        return item;
     }
 
     void Append(char16_t c, int row) {
@@ -744,6 +756,9 @@ struct TStructureBuild::TState {
             }
             Out->Items = std::move(sorted);
         }
+        for (std::size_t i = 0; i < Out->Items.size(); ++i)
+            if (!Out->Items[i].Owner.empty())
+                Out->ByOwner[Out->Items[i].Owner].push_back(static_cast<int>(i));
     }
 };
 

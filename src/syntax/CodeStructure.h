@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace zv {
@@ -27,12 +28,15 @@ struct TStructureItem {
     std::int8_t Level = 0; // number of enclosing items
     std::u16string Name;   // the bare name ("Foo::bar" for a qualified method)
     std::u16string Text;   // the head row, trimmed
+    std::u16string Owner;  // the class part of a qualified name ("Foo" of "Foo::bar")
 };
 
 class TCodeStructure {
 public:
     std::vector<TStructureItem> Items;
     std::int32_t RowCount = 0; // rows of the document it was built from
+    // Items by Owner, each list in row order.
+    std::unordered_map<std::u16string, std::vector<int>> ByOwner;
 
     // The innermost item whose range holds `row`, or -1. O(log n + depth).
     int ItemAt(int row) const;
@@ -45,6 +49,8 @@ public:
     }
     // The item with fold number `idNr`, or -1.
     int FindId(std::int32_t idNr) const;
+    // The same with its head row known: O(log n).
+    int FindId(std::int32_t idNr, int row) const;
 };
 
 // Builds a TCodeStructure of `rows` by the document's syntax. Rows are read only inside Step,

@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QVBoxLayout>
 
 namespace zv {
@@ -32,7 +33,8 @@ QString Shown(const TCEListObjectType& e) {
 
 TCodeExplorerPanel::TCodeExplorerPanel(QWidget* parent)
     : QDockWidget(Lang("450", "Code explorer"), parent), FFilter(new QLineEdit),
-      FOuter(new QListWidget), FMembers(new QListWidget) {
+      FOuter(new QListWidget), FMembers(new QListWidget), FModuleView(new QListWidget),
+      FMemberPages(new QStackedWidget) {
     setObjectName(QStringLiteral("CodeExplorerDock"));
     FFilter->setObjectName(QStringLiteral("CodeExplorerFilter"));
     FFilter->setPlaceholderText(Lang("451", "Filter"));
@@ -41,7 +43,14 @@ TCodeExplorerPanel::TCodeExplorerPanel(QWidget* parent)
     FMembers->setObjectName(QStringLiteral("CodeExplorerMembers"));
     auto* split = new QSplitter(Qt::Vertical);
     split->addWidget(FOuter);
-    split->addWidget(FMembers);
+    FModuleView->setObjectName(QStringLiteral("CodeExplorerModule"));
+    // One row height for all: a long list then lays out and scrolls without measuring
+    // every item.
+    for (QListWidget* view : {FOuter, FMembers, FModuleView})
+        view->setUniformItemSizes(true);
+    FMemberPages->addWidget(FMembers);
+    FMemberPages->addWidget(FModuleView);
+    split->addWidget(FMemberPages);
     auto* body = new QWidget;
     auto* layout = new QVBoxLayout(body);
     layout->setContentsMargins(2, 2, 2, 2);
@@ -64,14 +73,16 @@ TCodeExplorerPanel::TCodeExplorerPanel(QWidget* parent)
         GoTo(FCEList1[static_cast<std::size_t>(row)]);
     };
     const auto memberChosen = [this](QListWidgetItem* item) {
-        const int row = FMembers->row(item);
-        if (row >= 0 && row < static_cast<int>(FCEList2.size()))
-            GoTo(FCEList2[static_cast<std::size_t>(row)]);
+        const int row = MemberView()->row(item);
+        if (row >= 0 && row < static_cast<int>(MemberList().size()))
+            GoTo(MemberList()[static_cast<std::size_t>(row)]);
     };
     connect(FOuter, &QListWidget::itemClicked, this, outerChosen);
     connect(FOuter, &QListWidget::itemActivated, this, outerChosen);
     connect(FMembers, &QListWidget::itemClicked, this, memberChosen);
     connect(FMembers, &QListWidget::itemActivated, this, memberChosen);
+    connect(FModuleView, &QListWidget::itemClicked, this, memberChosen);
+    connect(FModuleView, &QListWidget::itemActivated, this, memberChosen);
 }
 
 TCodeExplorerPanel::~TCodeExplorerPanel() = default;
@@ -133,24 +144,47 @@ void TCodeExplorerPanel::BuildSlice() {
 void TCodeExplorerPanel::FillOuter() {
     FOuter->clear();
     FMembers->clear();
+    FModuleView->clear();
     FCEList1.clear();
     FCEList2.clear();
+    FModuleList.clear();
     FCEListIndex1 = FCEListIndex2 = FMembersOf = -1;
     if (!FStructure || !FEditor)
         return;
     GetMainFoldList(*FStructure, FEditor->CaretRow(), DefaultOuterTypes(), FSeparator, FCEList1,
                     CEClassRec);
+    QStringList texts;
+    texts.reserve(static_cast<qsizetype>(FCEList1.size()));
     for (const TCEListObjectType& e : FCEList1)
-        FOuter->addItem(Shown(e));
+        texts.push_back(Shown(e));
+    FOuter->addItems(texts);
+    FillModule();
     SyncToCaret();
     ApplyFilter();
 }
 
+void TCodeExplorerPanel::FillModule() {
+    TCEListObjectType module;
+    module.itemType = ceModule;
+    GetMethodFoldList(*FStructure, module, FEditor->CaretRow(), DefaultMemberTypes(), FSeparator,
+                      FModuleList, CEMethodRec);
+    QStringList texts;
+    texts.reserve(static_cast<qsizetype>(FModuleList.size()));
+    for (const TCEListObjectType& e : FModuleList)
+        texts.push_back(QString::fromStdU16String(e.sLong));
+    FModuleView->addItems(texts);
+}
+
 void TCodeExplorerPanel::FillMembers() {
-    FMembers->clear();
-    FCEList2.clear();
     FCEListIndex2 = -1;
     FMembersOf = FCEListIndex1;
+    FShowingModule = FCEListIndex1 >= 0 &&
+                     FCEList1[static_cast<std::size_t>(FCEListIndex1)].itemType == ceModule;
+    FMemberPages->setCurrentWidget(MemberView());
+    if (FShowingModule)
+        return;
+    FMembers->clear();
+    FCEList2.clear();
     if (!FStructure || !FEditor || FCEListIndex1 < 0)
         return;
     GetMethodFoldList(*FStructure, FCEList1[static_cast<std::size_t>(FCEListIndex1)],
@@ -176,8 +210,8 @@ void TCodeExplorerPanel::SyncToCaret() {
     if (outer != FMembersOf)
         FillMembers();
     SelectRow(FOuter, outer);
-    FCEListIndex2 = CurrentEntry(*FStructure, FCEList2, row);
-    SelectRow(FMembers, FCEListIndex2);
+    FCEListIndex2 = CurrentEntry(*FStructure, MemberList(), row);
+    SelectRow(MemberView(), FCEListIndex2);
 }
 
 void TCodeExplorerPanel::SelectRow(QListWidget* view, int row) {
@@ -200,6 +234,7 @@ void TCodeExplorerPanel::ApplyFilter() {
     };
     apply(FOuter, FCEList1);
     apply(FMembers, FCEList2);
+    apply(FModuleView, FModuleList);
 }
 
 void TCodeExplorerPanel::GoTo(const TCEListObjectType& entry) {

@@ -16,6 +16,7 @@
 class QLineEdit;
 class QListWidget;
 class QListWidgetItem;
+class QStackedWidget;
 
 namespace zv {
 
@@ -36,11 +37,13 @@ public:
     bool Building() const { return FBuild != nullptr; }
     // The lists as shown (FCEList1, FCEList2) and the selected indices (-1 none).
     const std::vector<TCEListObjectType>& OuterList() const { return FCEList1; }
-    const std::vector<TCEListObjectType>& MemberList() const { return FCEList2; }
+    const std::vector<TCEListObjectType>& MemberList() const {
+        return FShowingModule ? FModuleList : FCEList2;
+    }
     int OuterIndex() const { return FCEListIndex1; }
     int MemberIndex() const { return FCEListIndex2; }
     QListWidget* OuterView() const { return FOuter; }
-    QListWidget* MemberView() const { return FMembers; }
+    QListWidget* MemberView() const { return FShowingModule ? FModuleView : FMembers; }
     QLineEdit* FilterBox() const { return FFilter; }
 
 private:
@@ -48,6 +51,7 @@ private:
     void BuildSlice();  // one slice of the running build
     void FillOuter();   // FCEList1 from the structure, then the members
     void FillMembers(); // FCEList2 of the selected outer entry
+    void FillModule();  // FModuleList and its view
     void SyncToCaret(); // selects the entries around the caret
     void ApplyFilter();
     void GoTo(const TCEListObjectType& entry);
@@ -58,6 +62,12 @@ private:
     QLineEdit* FFilter;
     QListWidget* FOuter;
     QListWidget* FMembers;
+    // "Module" lists every free function: built once per structure and kept, so the caret
+    // going in and out of classes never refills a long list.
+    QListWidget* FModuleView;
+    QStackedWidget* FMemberPages;
+    std::vector<TCEListObjectType> FModuleList;
+    bool FShowingModule = false;
     QTimer FRestart;                         // single shot: a build after the edits stop
     QTimer FSlices;                          // zero interval while a build runs
     std::unique_ptr<TStructureBuild> FBuild; // the running build, reading FEditor's rows
