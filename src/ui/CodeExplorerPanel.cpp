@@ -194,7 +194,8 @@ void TCodeExplorerPanel::FillMembers() {
     for (const TCEListObjectType& e : FCEList2)
         texts.push_back(QString::fromStdU16String(e.sLong));
     FMembers->addItems(texts);
-    ApplyFilter();
+    if (!FFilter->text().trimmed().isEmpty()) // new rows show; only a filter hides some
+        ApplyFilter();
 }
 
 void TCodeExplorerPanel::SyncToCaret() {
