@@ -18,13 +18,15 @@ build_pkgs=(
 # the shipped syntax files; packages that install sources of further languages (Erlang, Nim, R
 # demos, Objective-C headers, Fortran modules, Pascal examples, LaTeX classes, SCSS, Less and
 # nginx files) for the comparison with Pygments; a minified script (libjs-popper.js) for the
-# long-line colouring.
+# long-line colouring; Universal Ctags and the packages whose sources the code explorer is
+# compared on (PEAR's PHP, Erlang's Java interface, underscore.js, Python's and zlib's headers).
 test_pkgs=(
   xvfb xauth icu-devtools dos2unix file diffutils xxd attr libxml2-utils pcre2-utils
   python3 python3-pygments libpython3.11-testsuite
   nodejs rustc default-jdk-headless perl lua5.4 ruby php-cli golang-go
   erlang-src nim r-base-core libgnustep-base-dev gfortran fp-compiler fp-units-fcl texlive-latex-base
   fonts-font-awesome node-bootstrap libjs-bootstrap nginx-common libjs-popper.js
+  universal-ctags php-pear libjs-underscore python3-dev zlib1g-dev
 )
 # Reference tools the benchmark scripts under bench/ run side by side with zvtool.
 bench_pkgs=(

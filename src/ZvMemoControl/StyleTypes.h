@@ -78,6 +78,13 @@ enum TCEListItemType : std::uint8_t {
     ceUnknown,
     ceSkip,
     ceLocalMethod,
+    // Kinds the structure lists make themselves; no syntax definition names them.
+    ceClassName,
+    ceModule,
+    ceFavorite,
+    ceBookmark,
+    ceNote,
+    ceTodo,
 };
 
 } // namespace zv

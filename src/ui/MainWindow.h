@@ -25,6 +25,7 @@ class QToolBar;
 
 namespace zv {
 
+class TCodeExplorerPanel;
 class TMenuSearchForm;
 class TTabGroups;
 class TWindowActions;
@@ -74,6 +75,8 @@ public:
     // The main view of the helper's document `index`, or null.
     // The search commands (find bar, find next, replace, find all, go to line).
     TWindowSearch& Search() const { return *FSearch; }
+    // The code explorer panel (hidden until View > Code explorer).
+    TCodeExplorerPanel& CodeExplorer() const { return *FCodeExplorer; }
     TEditorWidget* EditorAt(int index) const;
     // The document an editor of this window shows, or null.
     TDocument* DocumentOf(const TEditorWidget& editor) const;
@@ -254,6 +257,8 @@ private:
     TWindowActions* FActions = nullptr; // a child, made first
     QToolBar* FToolBar = nullptr;
     TMenuSearchForm* FMenuSearch = nullptr; // a child, made when first opened
+    // A child dock, made with the actions.
+    TCodeExplorerPanel* FCodeExplorer = nullptr;
 
     std::shared_ptr<const TTailKeywords> FTailKeywords; // made on the first followed line
 };

@@ -9,6 +9,7 @@
 #include "shell/Settings.h"
 #include "ui/ActionDef.h"
 #include "ui/Actions.h"
+#include "ui/CodeExplorerPanel.h"
 #include "ui/CommandPalette.h"
 #include "ui/EditorWidget.h"
 #include "ui/KeyDialog.h"
@@ -180,6 +181,15 @@ void TMainWindow::CreateActions() {
         [this] { ToggleWordWrap(); }, hasEditor);
     wrap.Checkable = true;
     wrap.OnChecked = [this] { return ActiveEditor() && ActiveEditor()->WordWrap(); };
+    FCodeExplorer = new TCodeExplorerPanel(this);
+    addDockWidget(Qt::LeftDockWidgetArea, FCodeExplorer);
+    FCodeExplorer->hide();
+    TAction& explorer = add({"CodeExplorerAction", "View", "480", "&Code explorer"}, [this] {
+        FCodeExplorer->setVisible(FCodeExplorer->isHidden());
+        UpdateStatus();
+    });
+    explorer.Checkable = true;
+    explorer.OnChecked = [this] { return !FCodeExplorer->isHidden(); };
 
     // Tools
     add({"FindCommandAction",
@@ -264,6 +274,7 @@ void TMainWindow::CreateMenuBar() {
             {"ToggleTabGroup1Action", "ToggleTabGroup2Action", "ToggleTabGroup3Action",
              "ToggleTabGroup4Action", "ToggleTabGroup5Action"});
     FillFoldMenu(*a.AddSubMenu(*view, "112", "Fol&ding", "FoldingMenu"));
+    a.AddTo(*view, {"-", "CodeExplorerAction"});
     QMenu* format = a.AddMenu(bar, "m04", "F&ormat", "FormatMenu");
     a.AddTo(*format, {"IndentAction", "UnIndentAction"});
     AddTextMenus(*edit, *format);

@@ -4,6 +4,7 @@
 #include "ZvMemoControl/CodePages.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "shell/Language.h"
+#include "ui/CodeExplorerPanel.h"
 #include "ui/EditorWidget.h"
 #include "ui/WindowSearch.h"
 
@@ -83,6 +84,8 @@ QString TMainWindow::StatusEncoding() const {
 }
 
 void TMainWindow::UpdateStatus() {
+    if (FCodeExplorer && !FCodeExplorer->isHidden())
+        FCodeExplorer->Follow(ActiveEditor());
     if (!FStatusPosition)
         return;
     const TEditorWidget* editor = ActiveEditor();

@@ -1,0 +1,84 @@
+// The code explorer: a dockable panel with the outer items of the active document (namespaces,
+// classes, structures) above the members of the selected one, a filter box over both, the
+// items around the caret kept selected as the caret moves, and a click that goes to an item's
+// line. The structure is rebuilt after edits in slices of a few milliseconds on the main
+// thread, so typing never waits for a large document.
+#pragma once
+
+#include "syntax/CodeLists.h"
+
+#include <QDockWidget>
+#include <QPointer>
+#include <QTimer>
+
+#include <memory>
+
+class QLineEdit;
+class QListWidget;
+class QListWidgetItem;
+class QStackedWidget;
+
+namespace zv {
+
+class TEditorWidget;
+
+class TCodeExplorerPanel : public QDockWidget {
+    Q_OBJECT
+public:
+    explicit TCodeExplorerPanel(QWidget* parent = nullptr);
+    ~TCodeExplorerPanel() override;
+
+    // The editor to explore (null: none). The same editor again only brings the selection in
+    // step with its caret, which costs a search of the structure, never a rebuild.
+    void Follow(TEditorWidget* editor);
+
+    // The structure in force (null before the first build ends), and whether a build runs.
+    const TCodeStructure* Structure() const { return FStructure.get(); }
+    bool Building() const { return FBuild != nullptr; }
+    // The lists as shown (FCEList1, FCEList2) and the selected indices (-1 none).
+    const std::vector<TCEListObjectType>& OuterList() const { return FCEList1; }
+    const std::vector<TCEListObjectType>& MemberList() const {
+        return FShowingModule ? FModuleList : FCEList2;
+    }
+    int OuterIndex() const { return FCEListIndex1; }
+    int MemberIndex() const { return FCEListIndex2; }
+    QListWidget* OuterView() const { return FOuter; }
+    QListWidget* MemberView() const { return FShowingModule ? FModuleView : FMembers; }
+    QLineEdit* FilterBox() const { return FFilter; }
+
+private:
+    void StartBuild();  // drops a running build and starts anew
+    void BuildSlice();  // one slice of the running build
+    void FillOuter();   // FCEList1 from the structure, then the members
+    void FillMembers(); // FCEList2 of the selected outer entry
+    void FillModule();  // FModuleList and its view
+    void SyncToCaret(); // selects the entries around the caret
+    void ApplyFilter();
+    void GoTo(const TCEListObjectType& entry);
+    void SelectRow(QListWidget* view, int row);
+
+    QPointer<TEditorWidget> FEditor;
+    QMetaObject::Connection FTextWatch;
+    QLineEdit* FFilter;
+    QListWidget* FOuter;
+    QListWidget* FMembers;
+    // "Module" lists every free function: built once per structure and kept, so the caret
+    // going in and out of classes never refills a long list.
+    QListWidget* FModuleView;
+    QStackedWidget* FMemberPages;
+    std::vector<TCEListObjectType> FModuleList;
+    bool FShowingModule = false;
+    QTimer FRestart;                         // single shot: a build after the edits stop
+    QTimer FSlices;                          // zero interval while a build runs
+    std::unique_ptr<TStructureBuild> FBuild; // the running build, reading FEditor's rows
+    const void* FBuildScan = nullptr;        // the scan whose context FBuild reads
+    std::shared_ptr<const TCodeStructure> FStructure;
+    std::vector<TCEListObjectType> FCEList1, FCEList2;
+    TCEListObjectRec CEClassRec, CEMethodRec;
+    int FCEListIndex1 = -1, FCEListIndex2 = -1;
+    int FMembersOf = -1;     // the outer index FCEList2 was built for
+    bool FSelecting = false; // the panel moves its own selection: no navigation
+    std::u16string FSeparator;
+};
+
+} // namespace zv
