@@ -170,17 +170,17 @@ const TCase kCases[] = {
      {{"Don't", nullptr, "Text"}, {"Dim", nullptr, "Keyword:Dim"}}},
     {"a.tsx",
      "const x = <p className=\"a\">Don't stop</p>;\nlet y: Array<string> = ['z'];\n",
-     {{"Don't stop", nullptr, "Block:#JSX element"},
+     {{"Don't stop", nullptr, "Text"},
       {"let", nullptr, "Keyword:let"},
       {"'z'", nullptr, "String"}}},
     {"a.jsx",
      "return (\n  <div>\n    <p>It's {n}</p>\n  </div>\n);\nlet s = 'z';\n",
-     {{"It's", nullptr, "Block:#JSX element"},
+     {{"It's", nullptr, "Text"},
       {"let", nullptr, "Keyword:let"},
       {"'z'", nullptr, "String"}}},
-    {"b.tsx", // a start tag over rows opens no element: the quote ends with its row
+    {"b.tsx", // a start tag over rows still opens an element
      "const x = (\n  <p\n    id=\"a\">Don't</p>\n);\nlet y = 1;\n",
-     {{"let", nullptr, "Keyword:let"}}},
+     {{"Don't", nullptr, "Text"}, {"let", nullptr, "Keyword:let"}}},
     // Languages known by extension or name.
     {"a.scss",
      "$a: 1px; // c\n.b { font-size: $a; }\n",
