@@ -68,6 +68,8 @@ public:
     bool FRestoreView = false; // the view takes caret, selection and top row from here
     // Marks remembered from a former opening, put on the rows by the next read of the file.
     std::optional<TMarksInfo> FRememberedMarks;
+    // Folds closed at a former opening (real lines), closed once the first fold pass is in.
+    std::vector<std::int32_t> FRememberedFolds;
     std::string FHighlighter; // syntax type in force; empty: chosen by the extension
     bool FAddToMRU = false;   // goes to the recent files (not when reopened by the program)
     TOpenAs FOpenAs = oaNone;

@@ -3,6 +3,7 @@
 
 #include "ZvMemoControl/LineMarks.h"
 #include "ZvMemoControl/TextAttribute.h"
+#include "ZvMemoControl/ZvMemoFolds.h"
 #include "shell/MainFormHelper.h"
 
 #include <ctime>
@@ -23,6 +24,8 @@ TFileInfo FileInfoOf(const TDocument& doc) {
     info.ReadOnly = doc.FReadOnly && !IsReadOnlyFile(doc.FFilePath);
     // A deferred tab never read keeps what it was given.
     info.Marks = doc.FRememberedMarks ? doc.FRememberedMarks : MarksOf(doc.Lines());
+    info.FoldLines =
+        !doc.FRememberedFolds.empty() ? doc.FRememberedFolds : ClosedFoldLines(doc.Lines());
     return info;
 }
 
@@ -48,6 +51,7 @@ void RecallFileData(const TFileQue& fileQ, TDocument& doc, bool detect, bool cur
     if (info->Highlighter)
         doc.FHighlighter = *info->Highlighter;
     doc.FRememberedMarks = info->Marks;
+    doc.FRememberedFolds = info->FoldLines.value_or(std::vector<std::int32_t>{});
     doc.FReadOnly = doc.FReadOnly || info->ReadOnly.value_or(false);
 }
 
@@ -81,6 +85,22 @@ void ApplyMarks(TZvMemoStrings& lines, const TMarksInfo& marks) {
         if (const int line = marks.Bookmarks[static_cast<size_t>(number)]; line >= 0)
             if (const int row = rowOf(line); row >= 0 && GetBookmark(lines, row) != number)
                 SetBookmark(lines, row, number);
+}
+
+std::vector<std::int32_t> ClosedFoldLines(const TZvMemoStrings& lines) {
+    std::vector<std::int32_t> folds;
+    for (int row = 0; row < lines.Count(); ++row)
+        if (IsFoldHead(lines, row) && IsFoldClosed(lines, row))
+            folds.push_back(lines.GetRealLine(row));
+    return folds;
+}
+
+void CloseFoldsAt(TZvMemoStrings& lines, const std::vector<std::int32_t>& folds) {
+    // Inner folds first: closing an outer one hides the heads of those inside it.
+    for (auto line = folds.rbegin(); line != folds.rend(); ++line)
+        if (const int row = lines.GetWrapIndex(*line);
+            row < lines.Count() && IsFoldHead(lines, row) && !IsFoldClosed(lines, row))
+            ToggleNode(lines, row, false);
 }
 
 } // namespace zv

@@ -108,6 +108,10 @@ std::optional<TMarksInfo> MarksOf(const TZvMemoStrings& lines);
 // Puts remembered marks on the rows of `lines` (the first row of each line); lines past the
 // end (the file shrank meanwhile) are skipped.
 void ApplyMarks(TZvMemoStrings& lines, const TMarksInfo& marks);
+// The real lines heading closed folds of `lines`, ascending.
+std::vector<std::int32_t> ClosedFoldLines(const TZvMemoStrings& lines);
+// Closes the folds headed by the real lines `folds` (lines that head no fold now are skipped).
+void CloseFoldsAt(TZvMemoStrings& lines, const std::vector<std::int32_t>& folds);
 
 // True when the last documents are to be reopened at start: the option is on, no
 // "NOREOPEN" switch is given and "SILENT" does not come first.

@@ -91,6 +91,10 @@ void WriteEntry(pugi::xml_node files, const TFileInfo& info) {
         AddKey(entry, "BOM", *info.BOM ? 1 : 0);
     if (info.Marks)
         WriteMarks(entry, *info.Marks);
+    if (info.FoldLines)
+        AddKey(
+            entry, "FoldLines",
+            JoinNumbers(info.FoldLines->data(), info.FoldLines->data() + info.FoldLines->size()));
 }
 
 template <typename T> std::optional<T> Key(pugi::xml_node entry, const char* key) {
@@ -166,6 +170,8 @@ TFileInfo ReadEntry(pugi::xml_node entry) {
     info.Enc = Key<std::uint32_t>(entry, "Enc");
     info.BOM = BoolKey(entry, "BOM");
     info.Marks = ReadMarks(entry);
+    if (const pugi::xml_node folds = entry.child("FoldLines"))
+        info.FoldLines = SplitNumbers(folds.text().as_string(), 0);
     return info;
 }
 
@@ -197,6 +203,7 @@ TFileQueOptions ReadFileQueOptions(const TCustomIniFile& settings) {
     o.StoreHighlighter = settings.ReadBool("FileInfo", "StoreHighlighter", o.StoreHighlighter);
     o.StoreReadOnly = settings.ReadBool("FileInfo", "StoreReadOnly", o.StoreReadOnly);
     o.StoreBookmarks = settings.ReadBool("FileInfo", "StoreBookmarks", o.StoreBookmarks);
+    o.StoreFoldState = settings.ReadBool("FileInfo", "StoreFoldState", o.StoreFoldState);
     o.MaxIndex = std::max(1, settings.ReadInteger("FileInfo", "MaxIndex", o.MaxIndex));
     return o;
 }
@@ -289,6 +296,8 @@ TFileInfo TFileQue::Filtered(TFileInfo info) const {
         info.ReadOnly.reset();
     if (!FOptions.StoreBookmarks)
         info.Marks.reset();
+    if (!FOptions.StoreFoldState)
+        info.FoldLines.reset();
     return info;
 }
 

@@ -39,6 +39,8 @@ struct TFileInfo {
     std::optional<std::string> Highlighter; // syntax type name
     std::optional<bool> ReadOnly;
     std::optional<TMarksInfo> Marks; // "BookmarkLines", "LinemarkLines"
+    // Real lines heading a closed fold, ascending ("FoldLines").
+    std::optional<std::vector<std::int32_t>> FoldLines;
     bool operator==(const TFileInfo&) const = default;
 };
 
@@ -50,6 +52,7 @@ struct TFileQueOptions {
     bool StoreHighlighter = true;
     bool StoreReadOnly = true;
     bool StoreBookmarks = true;
+    bool StoreFoldState = true;
     std::int32_t MaxIndex = 500; // below 1 counts as 1
     bool operator==(const TFileQueOptions&) const = default;
 };

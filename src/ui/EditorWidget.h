@@ -156,6 +156,8 @@ signals:
     void CursorChanged();
     // The text changed (every edit, undo and redo).
     void TextChanged();
+    // A fold pass's result reached the rows: folds can be closed now.
+    void FoldsApplied();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -226,7 +228,7 @@ private:
     bool ScanVisible() const override { return FShown.load(); }
     bool ScanBusy() const override { return FKeyDown.load(); }
     void RowsScanned(int first) override { RowsScannedFromThread(first); }
-    void FoldsReady() override; // background thread: post the hand-over
+    void FoldsReady() override;            // background thread: post the hand-over
     void RowsScannedFromThread(int first); // background thread: post a repaint
     void RowsScanned();                    // main thread: repaint what the sweep reached
     void UpdateMarks();                    // brace and tag pair at the caret

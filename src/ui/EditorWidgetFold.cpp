@@ -116,8 +116,10 @@ void TEditorWidget::FoldsReady() {
     QMetaObject::invokeMethod(
         this,
         [this] {
-            if (FScan && FLines && FScan->ApplyFolds(*FLines))
+            if (FScan && FLines && FScan->ApplyFolds(*FLines)) {
+                emit FoldsApplied();
                 viewport()->update();
+            }
         },
         Qt::QueuedConnection);
 }

@@ -4,6 +4,7 @@
 
 #include "common/Trace.h"
 #include "common/Utf.h"
+#include "shell/DocumentMemory.h"
 #include "shell/MemoOptions.h"
 #include "shell/RootFolder.h"
 #include "shell/Settings.h"
@@ -207,6 +208,12 @@ void TMainWindow::BindEditor(TEditorWidget& editor, TDocument& doc) {
             UpdateStatus();
     });
     connect(&editor, &TEditorWidget::TextChanged, this, [this] { KeepUnsavedText(); });
+    connect(&editor, &TEditorWidget::FoldsApplied, this, [&editor, &doc] {
+        if (!doc.FRememberedFolds.empty()) { // the first folds of a file opened again
+            CloseFoldsAt(editor.Memo().Lines(), std::exchange(doc.FRememberedFolds, {}));
+            editor.viewport()->update();
+        }
+    });
     editor.setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&editor, &QWidget::customContextMenuRequested, this,
             [this, &editor](const QPoint& at) { ShowEditorMenu(editor, at); });

@@ -65,6 +65,8 @@ zv::TFileInfo RandomEntry(std::mt19937& random) {
             marks.Linemarks.push_back(number());
         info.Marks = marks;
     }
+    if (coin())
+        info.FoldLines = std::vector<std::int32_t>{number(), number()};
     return info;
 }
 
@@ -136,6 +138,7 @@ TEST_F(FileQueStore, KeepsTheNewestEntriesUpToItsCapacity) {
 TEST_F(FileQueStore, WritesOnlyWhatItStores) {
     zv::TFileQueOptions options;
     options.StoreCursor = options.StoreEncoding = options.StoreBookmarks = false;
+    options.StoreFoldState = false;
     zv::TFileQue store(file, options);
     zv::TFileInfo info = RandomEntry(random);
     info.Cursor = zv::TCursorInfo{1, 2, 3, 4, 5, 6, 7};
@@ -144,6 +147,7 @@ TEST_F(FileQueStore, WritesOnlyWhatItStores) {
     info.Highlighter = "C";
     info.ReadOnly = false;
     info.Marks = zv::TMarksInfo{};
+    info.FoldLines = std::vector<std::int32_t>{3};
     ASSERT_TRUE(store.AddFiledata(info));
     ASSERT_TRUE(store.SaveFile());
     const std::string bytes = zvtest::ReadAll(file);

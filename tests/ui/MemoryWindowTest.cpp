@@ -5,12 +5,15 @@
 // sessions open and close documents; a damaged memory is said once and starts empty.
 #include "UiFixtures.h"
 #include "ZvMemoControl/LineMarks.h"
+#include "ZvMemoControl/TextAttribute.h"
+#include "ZvMemoControl/ZvMemoFolds.h"
 #include "common/Utf.h"
 #include "shell/DocumentMemory.h"
 #include "shell/MainForm.h"
 #include "shell/RootFolder.h"
 #include "shell/Settings.h"
 #include "syntax/SyntaxSelect.h"
+#include "ui/Actions.h"
 #include "ui/EditorWidget.h"
 #include "ui/TabGroups.h"
 
@@ -20,6 +23,7 @@
 #include <QTabWidget>
 
 #include <filesystem>
+#include <functional>
 #include <random>
 
 namespace fs = std::filesystem;
@@ -197,6 +201,43 @@ TEST_F(MemoryWindowTest, BookmarksAndLineMarksComeBackOnTheirLines) {
     EXPECT_EQ(marksOf(third), (std::vector<std::pair<int, int>>{{5, 3}, {12, -2}}));
     EXPECT_TRUE(third.Exit());
     EXPECT_EQ(zvtest::ReadAll(file), shrunk) << "remembering never writes the file";
+}
+
+// A fold closed with its command closes again, once the first fold pass is in, when the file
+// opens again; the text stays as it was.
+TEST_F(MemoryWindowTest, ClosedFoldsCloseAgainWhenTheFileOpensAgain) {
+    const std::string text = "int f(void)\n{\n    if (a) {\n        b();\n    }\n}\n"
+                             "int g(void) {\n    return 1;\n}\nint c;\n";
+    const fs::path file = Write("folds.c", text);
+    // Waits (bounded) until `done` holds for the active document's rows.
+    const auto waitFor = [](TRun& run, const std::function<bool(const zv::TZvMemoStrings&)>& done) {
+        const zv::TZvMemoStrings& lines = run.helper.ActiveDocument()->Lines();
+        for (int i = 0; i < 200 && !done(lines); ++i)
+            QTest::qWait(50); // the background thread builds the folds
+        return done(lines);
+    };
+    {
+        TRun first;
+        ASSERT_TRUE(first.Open(file));
+        ASSERT_TRUE(waitFor(first, [](const auto& l) { return zv::IsFoldHead(l, 6); }));
+        zv::TEditorWidget& editor = *first.window->ActiveEditor();
+        editor.setFocus();
+        editor.Memo().SetTextCursor(0, 6);
+        first.window->Actions().UpdateActions();
+        first.window->Actions().Get("ToggleFoldAction")->trigger();
+        ASSERT_TRUE(zv::IsFoldClosed(first.helper.ActiveDocument()->Lines(), 6));
+        ASSERT_TRUE(first.Exit());
+    }
+    TRun second;
+    ASSERT_TRUE(second.Open(file));
+    EXPECT_TRUE(waitFor(second, [](const auto& l) { return zv::IsFoldClosed(l, 6); }));
+    const zv::TZvMemoStrings& lines = second.helper.ActiveDocument()->Lines();
+    EXPECT_FALSE(zv::IsFoldClosed(lines, 0));
+    EXPECT_TRUE(lines.GetLineAttribute(7).Hidden());
+    EXPECT_FALSE(lines.GetLineAttribute(9).Hidden());
+    EXPECT_FALSE(second.helper.ActiveDocument()->Modified());
+    EXPECT_TRUE(second.Exit());
+    EXPECT_EQ(zvtest::ReadAll(file), text);
 }
 
 TEST_F(MemoryWindowTest, ACodePageGivenForTheOpeningWinsOverTheRememberedOne) {
