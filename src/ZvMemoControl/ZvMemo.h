@@ -158,8 +158,8 @@ public:
 
     // ---- Folds (the document's, shared by its views). Each returns false when nothing
     // changed; the caret moves to the head of a fold that hides its row.
-    bool acnFoldAll();   // closes every outermost fold
-    bool acnUnfoldAll(); // opens every fold
+    bool acnFoldAll();            // closes every outermost fold
+    bool acnUnfoldAll();          // opens every fold
     bool acnFoldLevel(int level); // closes the folds of nesting `level` (1 outermost)
     // Closes the fold around the caret, or opens it when the caret's row heads a closed one.
     bool acnToggleCurrentFold();
@@ -373,6 +373,8 @@ private:
     enum class TCaretEdit { Char, Backspace, Delete, Enter, Cut };
     bool CaretsActive() const;
     bool EditAtCarets(TCaretEdit kind, char16_t c = 0);
+    // The single-caret edit `kind` at the caret (typing `c` for Char).
+    void EditAtCaret(TCaretEdit kind, char16_t c);
     bool PasteAtCarets(std::u16string_view text);
     std::u16string CaretsText() const;
     bool CutAtCarets();

@@ -178,6 +178,26 @@ std::vector<std::u16string> SplitTextLines(std::u16string_view text) {
     return lines;
 }
 
+void TZvCustomMemo::EditAtCaret(TCaretEdit kind, char16_t c) {
+    switch (kind) {
+    case TCaretEdit::Char:
+        InsertChar(c);
+        break;
+    case TCaretEdit::Backspace:
+        Backspace();
+        break;
+    case TCaretEdit::Delete:
+        DeleteChar();
+        break;
+    case TCaretEdit::Cut:
+        DeleteSelection();
+        break;
+    case TCaretEdit::Enter:
+        EnterPress();
+        break;
+    }
+}
+
 bool TZvCustomMemo::EditAtCarets(TCaretEdit kind, char16_t c) {
     if (FReadOnly || !CanEdit())
         return false;
@@ -197,25 +217,7 @@ bool TZvCustomMemo::EditAtCarets(TCaretEdit kind, char16_t c) {
     }
     TMultiEditUndo* record = nullptr;
     BeginCaretEdit(record);
-    EditEach(FMultiCursorList, [&](std::size_t) {
-        switch (kind) {
-        case TCaretEdit::Char:
-            InsertChar(c);
-            break;
-        case TCaretEdit::Backspace:
-            Backspace();
-            break;
-        case TCaretEdit::Delete:
-            DeleteChar();
-            break;
-        case TCaretEdit::Cut:
-            DeleteSelection();
-            break;
-        case TCaretEdit::Enter:
-            EnterPress();
-            break;
-        }
-    });
+    EditEach(FMultiCursorList, [&](std::size_t) { EditAtCaret(kind, c); });
     DropDuplicates(FMultiCursorList);
     const TMultiCursorPos& last = FMultiCursorList.back();
     SetTextCursor(last.aCurX, last.aCurY);

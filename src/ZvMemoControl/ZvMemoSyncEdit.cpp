@@ -126,17 +126,9 @@ bool TZvCustomMemo::SyncEdit(TCaretEdit kind, char16_t c) {
     EditEach(list, [&](std::size_t i) {
         if (i >= edits)
             return;
-        switch (kind) {
-        case TCaretEdit::Char:
-            InsertChar(c);
-            break;
-        case TCaretEdit::Backspace:
-            Backspace();
-            break;
-        default:
-            DeleteChar();
-            break;
-        }
+        // A sync edit types or deletes; anything else deletes forward.
+        const bool typed = kind == TCaretEdit::Char || kind == TCaretEdit::Backspace;
+        EditAtCaret(typed ? kind : TCaretEdit::Delete, c);
     });
     FSyncData.xEnd = list.back().aCurX;
     FSyncData.yEnd = list.back().aCurY;
