@@ -389,11 +389,12 @@ TEST(LanguageOracle, NimReservedWordsAreTheCompilersList) {
 std::optional<std::set<std::string>> PascalRefusedNames(const std::set<std::string>& words) {
     if (!WordsOf("command -v fpc"))
         return std::nullopt;
-    // One folder a word, eight compilers at a time.
+    // One folder a word, eight compilers at a time. The word stands in as "{}", which a
+    // temporary folder's name (letters and digits) never holds.
     return WordsOf("d=$(mktemp -d) && printf '%s\\n'" + Arguments(words) +
-                   " | xargs -P 8 -I W sh -c 'mkdir \"$0/W\" && cd \"$0/W\" && printf "
-                   "\"program p;\\nvar W: integer;\\nbegin\\nend.\\n\" > w.pas && "
-                   "{ fpc -Mobjfpc -s w.pas >/dev/null 2>&1 || echo W; }' \"$d\"; echo .; "
+                   " | xargs -P 8 -I {} sh -c 'mkdir \"$0/{}\" && cd \"$0/{}\" && printf "
+                   "\"program p;\\nvar {}: integer;\\nbegin\\nend.\\n\" > w.pas && "
+                   "{ fpc -Mobjfpc -s w.pas >/dev/null 2>&1 || echo {}; }' \"$d\"; echo .; "
                    "rm -rf \"$d\"");
 }
 
