@@ -128,8 +128,7 @@ def main():
                                              oracle.py_classes("javascript", text, lines), lines)
             for cls in oracle.GATED:
                 either, both = counts[cls]
-                share = both / either if either else 1.0
-                ok = share >= oracle.MIN_SHARE[cls] or either < oracle.MIN_CHARS
+                share, ok = oracle.gate(cls, either, both)
                 print(f"{'ok  ' if ok else 'FAIL'} pygments {cls:7} {share:7.2%} of {either:6} "
                       f"chars  {path}")
                 if not ok:

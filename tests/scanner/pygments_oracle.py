@@ -432,6 +432,14 @@ GATED = ("comment", "string")
 MIN_SHARE = {"comment": 0.99, "string": 0.97}
 # A file with fewer characters in a class is not judged on it: one token would decide.
 MIN_CHARS = 20
+
+
+def gate(cls, either, both):
+    """The share of `cls` characters both tools agree on, and whether it passes."""
+    share = both / either if either else 1.0
+    return share, share >= MIN_SHARE[cls] or either < MIN_CHARS
+
+
 # Gated classes a Pygments lexer does not have: HTML comments in Markdown are comments here;
 # diff lines are inserted, deleted or headings to Pygments, blocks of strings here.
 UNGATED = {("markdown", "comment"), ("diff", "string")}
@@ -492,8 +500,7 @@ def main():
                     total[1] += both
                 if cls not in GATED or (syntax, cls) in UNGATED:
                     continue
-                share = both / either if either else 1.0
-                ok = share >= MIN_SHARE[cls] or either < MIN_CHARS
+                share, ok = gate(cls, either, both)
                 print(f"{'ok  ' if ok else 'FAIL'} {syntax:10} {cls:7} {share:7.2%} "
                       f"of {either:6} chars  {path}")
                 if not ok:
