@@ -26,9 +26,6 @@ struct TMultiCursorPos {
     TZvPos Last() const;
 };
 
-// The lines of `text`, split at CR LF, CR and LF (always at least one).
-std::vector<std::u16string> SplitTextLines(std::u16string_view text);
-
 // Sync edit: the block it works in (0-based columns, the end exclusive) and the word last
 // found at the caret.
 struct TSyncData {

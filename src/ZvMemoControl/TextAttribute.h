@@ -67,10 +67,8 @@ struct TSpellRec {
 struct TAttributeExtra {
     std::int32_t ChangeHistory = 0; // changes to the line; set only on edited lines
     std::int32_t UndoNr = -1;       // undo stamp of the line's last change, -1 none
-    std::int32_t Indent = 0;
     std::int32_t LineNr = 0;
     std::int32_t SelNodeTopIdNr = 0;
-    std::int32_t TodoId = 0;
     std::int8_t FindId = 0;
     std::int8_t FindWrapLen = 0;
     std::int8_t FindWrapPos = 0;
@@ -78,7 +76,6 @@ struct TAttributeExtra {
     bool ExpandingClip = false;
     std::vector<TSpellRec> SpellList;
     // TAttribute's own part (fold, region and code-explorer data).
-    std::u16string Braces1, Braces2, Braces3;
     TCEListItemType ceListItem = ceNone, ceTempListItem = ceNone;
     std::vector<std::int32_t> NodeTopIdNrList, TempNodeTopIdNrList;
     std::int32_t NodeTopIdNr = 0, TempNodeTopIdNr = 0, TagId = 0;

@@ -102,7 +102,7 @@ void TZvCustomMemo::ColumnMoveHook(unsigned& shift) {
 bool TZvCustomMemo::SetColSelText(std::u16string_view text, bool fill) {
     if (FReadOnly || FSyncEditMode || DocState().FWordWrap || !CanEdit())
         return false;
-    const std::vector<std::u16string> lines = SplitTextLines(text);
+    const std::vector<TRowText> lines = TEditText::FromString(text, true).Rows;
     fill = fill || lines.size() == 1;
     int left = 0, right = 0;
     std::vector<TMultiCursorPos> rows = ColumnRows(left, right);
@@ -129,7 +129,7 @@ bool TZvCustomMemo::SetColSelText(std::u16string_view text, bool fill) {
             RowEntry(top + i, ToRealCursorPos(top + i, left), ToRealCursorPos(top + i, right),
                      RowLength(top + i));
     EditEach(rows, [&](std::size_t i) {
-        const std::u16string& line = fill ? lines.front() : lines[i];
+        const std::u16string_view line = (fill ? lines.front() : lines[i]).View();
         if (!line.empty() || HasSelection())
             InsertText(line);
     });

@@ -164,20 +164,6 @@ void DropDuplicates(std::vector<TMultiCursorPos>& list) {
 
 } // namespace
 
-std::vector<std::u16string> SplitTextLines(std::u16string_view text) {
-    std::vector<std::u16string> lines(1);
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == u'\r' || text[i] == u'\n') {
-            if (text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n')
-                ++i;
-            lines.emplace_back();
-        } else {
-            lines.back() += text[i];
-        }
-    }
-    return lines;
-}
-
 void TZvCustomMemo::EditAtCaret(TCaretEdit kind, char16_t c) {
     switch (kind) {
     case TCaretEdit::Char:

@@ -17,6 +17,17 @@
 namespace zv::test {
 namespace {
 
+// The model's lines of `text`: split at CR LF, CR and LF, always at least one.
+std::vector<std::u16string> ModelLines(std::u16string_view text) {
+    std::vector<std::u16string> lines(1);
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (text[i] != u'\r' && text[i] != u'\n')
+            lines.back() += text[i];
+        else if (!(text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n'))
+            lines.emplace_back();
+    return lines;
+}
+
 int Pick(std::mt19937& rng, int from, int to) {
     return std::uniform_int_distribution<int>(from, to)(rng);
 }
@@ -204,7 +215,7 @@ TEST(ColumnBlock, TypingDeletingAndPastingEqualTheRectangleModelAndUndoInOneStep
             original += '\n'; // the model's rows are the text's lines
         TClipFixture f(original);
         TBlockModel model{{}, 0, 0, 0, 0};
-        for (const std::u16string& line : SplitTextLines(f.Text()))
+        for (const std::u16string& line : ModelLines(f.Text()))
             model.lines.push_back(line);
         const int rows = f.memo.RowCount();
         const int a = Pick(rng, 0, rows - 1), b = Pick(rng, 0, rows - 1);
@@ -244,7 +255,7 @@ TEST(ColumnBlock, TypingDeletingAndPastingEqualTheRectangleModelAndUndoInOneStep
         default: {
             f.clipboard.SetText(pasted, false);
             f.memo.PasteFromClipboard();
-            const auto lines = SplitTextLines(pasted);
+            const auto lines = ModelLines(pasted);
             for (std::size_t i = 0; i < lines.size(); ++i)
                 model.Put(model.top + static_cast<int>(i), lines[i]);
             break;
