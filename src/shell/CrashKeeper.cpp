@@ -109,9 +109,7 @@ void TCrashKeeper::WriteNow() {
     ForgetFailedWrites();
     TCrashJob job;
     job.Folder = FOwn;
-    auto list = std::make_unique<TMemIniFileW>(FOwn / "Crash.ini", TIniEncoding::Utf8);
-    for (const auto& name : list->ReadSections())
-        list->EraseSection(name);
+    auto list = TMemIniFileW::Replacing(FOwn / "Crash.ini", TIniEncoding::Utf8);
     std::unordered_map<const TDocument*, TKept> kept;
     int n = 0;
     for (const auto& doc : FHelper.Documents()) {

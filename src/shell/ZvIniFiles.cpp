@@ -127,6 +127,13 @@ TMemIniFileW::TMemIniFileW(std::filesystem::path fileName, TIniEncoding encoding
     Reload();
 }
 
+std::unique_ptr<TMemIniFileW> TMemIniFileW::Replacing(std::filesystem::path fileName,
+                                                      TIniEncoding encoding) {
+    auto file = std::make_unique<TMemIniFileW>(std::filesystem::path(), encoding);
+    file->FFileName = std::move(fileName);
+    return file;
+}
+
 TIniLoadStatus TMemIniFileW::Reload() {
     FSections.Clear();
     FSourceForm = TTextForm::Empty;

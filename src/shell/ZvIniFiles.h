@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -85,6 +86,10 @@ public:
     // encoding is the form UpdateFile writes; any form is read.
     explicit TMemIniFileW(std::filesystem::path fileName = {},
                           TIniEncoding encoding = TIniEncoding::Utf16LE);
+    // An empty file that UpdateFile writes to fileName, whatever that file holds now: for
+    // lists rewritten whole, which need not read the former one.
+    static std::unique_ptr<TMemIniFileW> Replacing(std::filesystem::path fileName,
+                                                   TIniEncoding encoding);
 
     const std::filesystem::path& FileName() const { return FFileName; }
     TIniEncoding Encoding() const { return FEncoding; }
