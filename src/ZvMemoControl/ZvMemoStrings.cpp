@@ -146,8 +146,8 @@ TZvMemoStrings::TRowItem& TZvMemoStrings::AppendItem() {
 void TZvMemoStrings::PendRowsReplaced(std::size_t row, std::size_t removed, std::size_t added) {
     SettlePendingEnd();
     if (FPendingFirst != kNothingPending &&
-        (FPendingEnd - FPendingFirst > kPendingReach || row > FPendingEnd + kPendingReach ||
-         row + removed + kPendingReach < FPendingFirst))
+        (FPendingEnd - FPendingFirst > kPendingReach || row > FPendingEnd + kPendingGap ||
+         row + removed + kPendingGap < FPendingFirst))
         RefreshIndex();
     if (FPendingFirst == kNothingPending) {
         FPendingFirst = row;

@@ -424,6 +424,9 @@ private:
     static constexpr std::size_t kToTheEnd = static_cast<std::size_t>(-1);
     // A pending stretch longer than this is read in before the next change of the rows.
     static constexpr std::size_t kPendingReach = 1024;
+    // A change further than this from the pending stretch has the stretch read in first:
+    // joining them would weigh every row between (edits at carets spread over the text).
+    static constexpr std::size_t kPendingGap = 32;
 };
 
 } // namespace zv
