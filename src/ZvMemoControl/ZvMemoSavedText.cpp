@@ -23,6 +23,10 @@ std::uint8_t TSavedText::Break(const TZvMemoStrings& lines, int row) {
                                      (a.GetValue2(ab2LinefeedLF) ? 8 : 0));
 }
 
+std::size_t TSavedText::Units(const TZvMemoStrings& lines, int row) {
+    return Units(Break(lines, row), row < lines.Count() ? lines.Get(row).size() : 0);
+}
+
 TSavedText::TSavedRow TSavedText::Take(const TZvMemoStrings& lines, int row) const {
     return {row < lines.Count() ? lines.GetRowText(row) : TRowText(), Break(lines, row)};
 }
@@ -44,11 +48,15 @@ void TSavedText::Reset(const TZvMemoStrings& lines) {
     FTail = 0;
     FForced = false;
     FOverflowed = false;
+    FNowUnits = FThenUnits = 0;
 }
 
 void TSavedText::BeforeChange(const TZvMemoStrings& lines, int first, int last) {
     if (FOverflowed)
         return;
+    // Rows loaded into the store behind the document's back: the window's units are counted
+    // again rather than trusted.
+    const bool untold = Rows(lines) != FRows;
     FRows = Rows(lines);
     first = std::clamp(first, 0, FRows - 1);
     last = std::clamp(last, first, FRows - 1);
@@ -63,17 +71,39 @@ void TSavedText::BeforeChange(const TZvMemoStrings& lines, int first, int last) 
         FOverflowed = true;
         return;
     }
-    for (; FTop > first; --FTop)
+    for (; FTop > first; --FTop) {
         FMid.push_front(Take(lines, FTop - 1));
-    for (int next = FRows - FTail; next <= last; ++next, --FTail)
+        FNowUnits += Units(FMid.front());
+        FThenUnits += Units(FMid.front());
+    }
+    for (int next = FRows - FTail; next <= last; ++next, --FTail) {
         FMid.push_back(Take(lines, next));
+        FNowUnits += Units(FMid.back());
+        FThenUnits += Units(FMid.back());
+    }
+    if (untold) {
+        FNowUnits = 0;
+        for (int row = FTop; row < FRows - FTail; ++row)
+            FNowUnits += Units(lines, row);
+    }
+    for (int row = first; row <= last; ++row)
+        FNowUnits -= Units(lines, row);
+    FChangeFirst = first;
+    FChangeLast = last;
+    FRowsBefore = FRows;
 }
 
 void TSavedText::AfterChange(const TZvMemoStrings& lines) {
     if (FOverflowed)
         return;
     FRows = Rows(lines);
+    const int changedEnd = std::min(FChangeLast + FRows - FRowsBefore, FRows - 1);
+    for (int row = FChangeFirst; row <= changedEnd; ++row)
+        FNowUnits += Units(lines, row);
+    FChangeLast = -1;
     while (!FMid.empty() && FTop < FRows - FTail && Same(lines, FTop, FMid.front(), FTop)) {
+        FNowUnits -= Units(lines, FTop);
+        FThenUnits -= Units(FMid.front());
         FMid.pop_front();
         ++FTop;
     }
@@ -82,6 +112,8 @@ void TSavedText::AfterChange(const TZvMemoStrings& lines) {
         const int savedRow = FTop + static_cast<int>(FMid.size()) - 1;
         if (!Same(lines, row, FMid.back(), savedRow))
             break;
+        FNowUnits -= Units(lines, row);
+        FThenUnits -= Units(FMid.back());
         FMid.pop_back();
         ++FTail;
     }
@@ -90,31 +122,21 @@ void TSavedText::AfterChange(const TZvMemoStrings& lines) {
 }
 
 // The window's text written out with the line end before each row (a cut writes nothing),
-// so that rows cut elsewhere compare by the text they make.
+// so that rows cut elsewhere compare by the text they make. Texts of different lengths
+// differ: only a window as long as the saved one is written out.
 void TSavedText::SettleCuts(const TZvMemoStrings& lines) {
-    // A wider window waits for the row comparison; the sizes are compared first, so a window
-    // whose text differs in length costs a pass over its rows only.
-    constexpr std::size_t kMaxRows = 1 << 16;
+    constexpr std::size_t kMaxRows = 1 << 16; // a wider window waits for the row comparison
     const int end = FRows - FTail;
-    if (FMid.size() > kMaxRows || end - FTop > static_cast<int>(kMaxRows))
-        return;
-    const auto size = [](std::uint8_t brk, std::size_t units) {
-        return units + (brk != 1 ? 2 : 0);
-    };
-    std::size_t nowSize = 0, thenSize = 0;
-    for (int row = FTop; row < end; ++row)
-        nowSize += size(Break(lines, row), lines.Get(row).size());
-    for (const TSavedRow& saved : FMid)
-        thenSize += size(saved.Break, saved.Text.Length());
-    if (nowSize != thenSize)
+    if (FNowUnits != FThenUnits || FMid.size() > kMaxRows ||
+        end - FTop > static_cast<int>(kMaxRows))
         return;
     const auto mark = [](std::u16string& out, std::uint8_t brk) {
         if (brk != 1) // 1: a continuation, nothing stands before it
             out.append({char16_t(0xFFFF), char16_t(brk)});
     };
     std::u16string now, then;
-    now.reserve(nowSize);
-    then.reserve(thenSize);
+    now.reserve(FNowUnits);
+    then.reserve(FThenUnits);
     for (int row = FTop; row < end; ++row) {
         mark(now, Break(lines, row));
         now.append(lines.Get(row));
@@ -128,6 +150,7 @@ void TSavedText::SettleCuts(const TZvMemoStrings& lines) {
     FMid.clear();
     FTop = FRows;
     FTail = 0;
+    FNowUnits = FThenUnits = 0;
 }
 
 } // namespace zv

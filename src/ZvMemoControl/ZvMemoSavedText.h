@@ -7,6 +7,7 @@
 
 #include "ZvMemoControl/RowText.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 
@@ -23,8 +24,9 @@ public:
     // of every row that enters the window.
     void BeforeChange(const TZvMemoStrings& lines, int first, int last);
     // Call after that change: compares the rows at the window's edges with the saved ones and
-    // narrows the window while they agree; a small window whose rows make the saved text
-    // cut at other places closes. Costs the length of the rows compared.
+    // narrows the window while they agree; a window whose rows make the saved text cut at
+    // other places closes. Costs the length of the rows changed and compared, and a pass
+    // over the window only when its text is as long as the saved one's.
     void AfterChange(const TZvMemoStrings& lines);
     // The text (rows, with the line end or continuation before each) is not the saved text.
     // Meaningless while Overflowed().
@@ -44,6 +46,15 @@ private:
     };
     static int Rows(const TZvMemoStrings& lines);
     static std::uint8_t Break(const TZvMemoStrings& lines, int row);
+    // The units a row adds to the window's text written out: its own and the line end
+    // before it (a continuation has none).
+    static std::size_t Units(std::uint8_t brk, std::size_t length) {
+        return length + (brk != 1 ? 2 : 0);
+    }
+    static std::size_t Units(const TZvMemoStrings& lines, int row);
+    static std::size_t Units(const TSavedRow& saved) {
+        return Units(saved.Break, saved.Text.Length());
+    }
     static bool Same(const TZvMemoStrings& lines, int row, const TSavedRow& saved, int savedRow);
     TSavedRow Take(const TZvMemoStrings& lines, int row) const;
     void SettleCuts(const TZvMemoStrings& lines);
@@ -57,6 +68,11 @@ private:
     int FRows = 1; // the store's rows (an empty store counts as one empty row)
     bool FForced = false;
     bool FOverflowed = false;
+    // Units of the window's text now and as saved, kept in step with each change so that a
+    // change costs its own rows, not the window's (edits in a block of many rows).
+    std::size_t FNowUnits = 0, FThenUnits = 0;
+    // The rows the change under way replaces, and the store's rows before it.
+    int FChangeFirst = 0, FChangeLast = -1, FRowsBefore = 1;
 };
 
 } // namespace zv
