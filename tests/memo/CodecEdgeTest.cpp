@@ -1,6 +1,6 @@
 // The codec's edge cases: empty files, odd UTF-16, line-end verdicts, CSV quoting, slice
-// edges, Latin-1 read as Windows-1252, detection order, the atomic save (mode, symlink,
-// failure), the 2 GB limit and a code page the system lacks.
+// edges, Latin-1 read as Windows-1252, detection order, failed saves and loads, the 2 GB
+// limit and a code page the system lacks. (What a save keeps of the file: SaveSafety.)
 #include "MemoTestUtil.h"
 
 #include "ZvMemoControl/CodePages.h"
@@ -10,11 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <vector>
 
@@ -215,36 +211,6 @@ TEST(CodecEdge, JohabIsRefusedClearly) {
     test::TTempDir dir;
     EXPECT_FALSE(store.SaveToFile((dir / "out.txt").string()));
     EXPECT_FALSE(std::filesystem::exists(dir / "out.txt"));
-}
-
-TEST(CodecEdge, SaveKeepsModeOwnerAndSymlinkAndIsAtomic) {
-    test::TTempDir dir;
-    const auto real = dir / "real.txt", link = dir / "link.txt";
-    WriteAll(real, "old text\n");
-    ::chmod(real.c_str(), 0640);
-    std::filesystem::create_symlink("real.txt", link);
-    TZvMemoStrings store;
-    ASSERT_TRUE(store.LoadFromFile(link.string()));
-    store.SetLineString(0, u"new text");
-    ASSERT_TRUE(store.SaveToFile(link.string())) << store.LastError();
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
-    EXPECT_EQ(ReadAll(real), "new text\n");
-    struct stat st {};
-    ASSERT_EQ(::stat(real.c_str(), &st), 0);
-    EXPECT_EQ(st.st_mode & 0777, 0640u);
-    if (::geteuid() == 0) { // only root can give the file to someone else
-        ASSERT_EQ(::chown(real.c_str(), 4321, 4322), 0);
-        store.SetLineString(0, u"third text");
-        ASSERT_TRUE(store.SaveToFile(link.string())) << store.LastError();
-        ASSERT_EQ(::stat(real.c_str(), &st), 0);
-        EXPECT_EQ(st.st_uid, 4321u);
-        EXPECT_EQ(st.st_gid, 4322u);
-        EXPECT_EQ(ReadAll(real), "third text\n");
-    }
-    // No temporary file is left behind.
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()),
-                            std::filesystem::directory_iterator()),
-              2);
 }
 
 // Failures report and change nothing: a save into a missing folder, a load of a missing

@@ -4,30 +4,19 @@
 #include "shell/FileMonitor.h"
 #include "UiFixtures.h"
 #include "common/Utf.h"
-#include "platform/Prompt.h"
-#include "shell/MainFormHelper.h"
 #include "shell/TailKeywords.h"
 #include "shell/ZvIniFiles.h"
-#include "support/ZvTestSupport.h"
-#include "ui/EditorWidget.h"
-#include "ui/MainWindow.h"
 #include "ui/QtPrompt.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QMessageBox>
 #include <QProcess>
 #include <QTabWidget>
-#include <QTest>
 #include <QTimer>
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <deque>
-#include <filesystem>
 #include <fstream>
 
 namespace fs = std::filesystem;
@@ -52,20 +41,18 @@ const TOutsideChange kDelete{"delete", "os.remove(p)"};
 // In time: within one sweep, plus what a loaded machine needs to run it.
 constexpr int kNoticeMs = zv::TFileMonitor::kSweepMs + 1500;
 
-class FileMonitorTest : public ::testing::Test {
+class FileMonitorTest : public zvtest::TShownWindowTest {
 protected:
+    FileMonitorTest() : TShownWindowTest("zv-monitor") {}
     void SetUp() override {
-        window = zvtest::ShownWindow(helper);
+        TShownWindowTest::SetUp();
         monitor = std::make_unique<zv::TFileMonitor>(helper);
     }
     zv::TDocument& Open(const std::string& name, const std::string& bytes) {
-        zvtest::WriteAll(dir / name, bytes);
-        zv::TLoadFileArgs args;
-        args.FileName = (dir / name).string();
-        EXPECT_TRUE(helper.LoadFile(args));
+        zvtest::OpenInWindow(helper, *window, dir / name, bytes);
         // A later modification time than the load's, whatever the file system's grain.
         QTest::qWait(20);
-        return *helper.Documents()[helper.FindDocMemo(args.FileName)];
+        return *helper.Documents()[helper.FindDocMemo((dir / name).string())];
     }
     zv::TEditorWidget& EditorOf(const zv::TDocument& doc) {
         return *window->EditorAt(helper.FindDocMemo(doc.FFilePath));
@@ -112,11 +99,6 @@ protected:
         helper.SetCustomize(settings);
     }
 
-    zvtest::TTempDir temp{"zv-monitor"};
-    const fs::path dir = temp.Path();
-    zvtest::TScriptedPrompt prompt;
-    zv::TMainFormHelper helper{prompt};
-    std::unique_ptr<zv::TMainWindow> window;
     std::unique_ptr<zv::TFileMonitor> monitor;
 };
 

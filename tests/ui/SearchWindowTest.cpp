@@ -5,18 +5,12 @@
 #include "UiFixtures.h"
 #include "ZvMemoControl/TextSearch.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
-#include "platform/Prompt.h"
-#include "shell/MainFormHelper.h"
 #include "shell/Settings.h"
 #include "shell/ZvIniFiles.h"
-#include "support/ZvTestSupport.h"
-#include "ui/EditorWidget.h"
-#include "ui/MainWindow.h"
 #include "ui/QuickFindBar.h"
 #include "ui/SearchDialog.h"
 #include "ui/WindowSearch.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QInputDialog>
@@ -27,8 +21,6 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QToolButton>
-
-#include <gtest/gtest.h>
 
 namespace {
 
