@@ -1,9 +1,9 @@
 // What the real window remembers for the next run, in runs of the window and its main object
 // as the program makes them (data root of this test program's own): a file opened again
-// gets its caret, selection, top row and encoding back; the last documents come back at
-// start unless -NOREOPEN; recent and recently closed files open from the File menu; named
-// sessions open and close documents; a damaged memory is said once and starts empty;
-// unsaved text comes back after a kill.
+// gets its caret, selection, top row and encoding back (unless the opening names one); the
+// last documents come back at start unless -NOREOPEN; recent and recently closed files open
+// from the File menu; named sessions open and close documents; a damaged memory is said once
+// and starts empty; unsaved text comes back after a kill.
 #include "UiFixtures.h"
 #include "ZvMemoControl/LineMarks.h"
 #include "ZvMemoControl/TextAttribute.h"
@@ -146,6 +146,13 @@ TEST_F(MemoryWindowTest, AFileOpenedAgainGetsItsCaretSelectionTopRowAndEncodingB
         EXPECT_TRUE(second.Exit());
         EXPECT_EQ(zvtest::ReadAll(file), bytes) << "remembering never writes the file";
     }
+    // A code page given for the opening wins over the remembered one.
+    TRun third;
+    zv::TLoadFileArgs args;
+    args.FileName = file.string();
+    args.CodePage = 1252;
+    ASSERT_TRUE(third.helper.LoadFile(args));
+    EXPECT_EQ(third.helper.ActiveDocument()->Lines().CodePage(), 1252u);
 }
 
 // Marks set with the keys come back on their lines, whether the file opens at once or in a
@@ -238,22 +245,6 @@ TEST_F(MemoryWindowTest, ClosedFoldsCloseAgainWhenTheFileOpensAgain) {
     EXPECT_FALSE(second.helper.ActiveDocument()->Modified());
     EXPECT_TRUE(second.Exit());
     EXPECT_EQ(zvtest::ReadAll(file), text);
-}
-
-TEST_F(MemoryWindowTest, ACodePageGivenForTheOpeningWinsOverTheRememberedOne) {
-    const fs::path file = Write("cyr.txt", Cyrillic1251Text());
-    {
-        TRun first;
-        ASSERT_TRUE(first.Open(file));
-        ASSERT_TRUE(first.helper.ReopenWithEncoding(*first.helper.ActiveDocument(), 1251));
-        ASSERT_TRUE(first.Exit());
-    }
-    TRun second;
-    zv::TLoadFileArgs args;
-    args.FileName = file.string();
-    args.CodePage = 1252;
-    ASSERT_TRUE(second.helper.LoadFile(args));
-    EXPECT_EQ(second.helper.ActiveDocument()->Lines().CodePage(), 1252u);
 }
 
 TEST_F(MemoryWindowTest, TheLastDocumentsComeBackAtStartUnlessNoReopen) {
