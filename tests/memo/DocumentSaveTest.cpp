@@ -10,20 +10,13 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include <algorithm>
 
 namespace zv {
 namespace {
 
 using test::ReadAll;
 using test::WriteAll;
-
-std::set<std::string> Names(const std::filesystem::path& folder) {
-    std::set<std::string> out;
-    for (const auto& e : std::filesystem::directory_iterator(folder))
-        out.insert(e.path().filename().string());
-    return out;
-}
 
 TEST(DocumentSave, TrimsWhenNotKeptAsIs) {
     test::TTempDir dir;
@@ -85,12 +78,12 @@ TEST(DocumentSave, BackupsAreNamedAndPrunedOldestFirst) {
         ASSERT_EQ(SaveDocument(doc, file.string(), options, error), TZvSaveResult::Written)
             << error;
     }
-    const auto names = Names(dir.Path());
+    const auto names = zvtest::FolderNames(dir.Path());
     int backups = 0;
     for (const auto& n : names)
         backups += n.ends_with(").txt.bak") ? 1 : 0;
     EXPECT_EQ(backups, 2); // the oldest (v0) went
-    EXPECT_TRUE(names.count("notes_(zv-zevrit_unrelated.txt"));
+    EXPECT_EQ(std::count(names.begin(), names.end(), "notes_(zv-zevrit_unrelated.txt"), 1);
     const std::string newest = BackupFileName(dir.Path().string(), file.string(), clock, true);
     EXPECT_EQ(ReadAll(newest), "v2\n");
     EXPECT_EQ(ReadAll(file), "v3\n");
@@ -111,7 +104,7 @@ TEST(DocumentSave, BackupSubfolderIsMadeOnDemand) {
     std::string error;
     ASSERT_EQ(SaveDocument(doc, file.string(), options, error), TZvSaveResult::Written);
     ASSERT_TRUE(std::filesystem::is_directory(dir / "backups"));
-    EXPECT_EQ(Names(dir / "backups").size(), 1u);
+    EXPECT_EQ(zvtest::FolderNames(dir / "backups").size(), 1u);
     // An absolute folder that does not exist is reported.
     std::string reported;
     options.BackupFolder = (dir / "missing" / "deep").string();
@@ -138,7 +131,7 @@ TEST(DocumentSave, AFailedWriteLeavesTheOriginal) {
     EXPECT_FALSE(ok);
     EXPECT_NE(error.find("disk full"), std::string::npos);
     EXPECT_EQ(ReadAll(file), "original\n");
-    EXPECT_EQ(Names(dir.Path()).size(), 1u); // the temporary file is gone
+    EXPECT_EQ(zvtest::FolderNames(dir.Path()).size(), 1u); // the temporary file is gone
 }
 
 } // namespace

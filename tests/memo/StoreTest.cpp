@@ -1,13 +1,11 @@
 // Row operations of the line store: shared buffers, attributes and their defaults, hidden
-// rows, whole-text extraction, search primitives, tab expansion, hashes, thread readers.
+// rows, whole-text extraction, search primitives, tab expansion, hashes.
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "ZvMemoControl/ZvUniUtils.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <random>
-#include <thread>
 
 namespace zv {
 namespace {
@@ -340,31 +338,6 @@ TEST(Store, HashesAreStandardCrc32InRowOrder) {
     EXPECT_NE(plain[0], plain[1]);
     EXPECT_EQ(folded[0], folded[1]);
     EXPECT_EQ(folded[1], folded[2]);
-}
-
-TEST(Store, ThreadReadersSeeWholeRowsWhileRowsChange) {
-    TZvMemoStrings store;
-    for (int i = 0; i < 1000; ++i)
-        store.Add(u"row of text");
-    std::atomic<bool> stop{false};
-    std::atomic<int> bad{0};
-    std::thread reader([&] {
-        std::mt19937 rng(1);
-        while (!stop) {
-            const auto s = store.GetLineStringFromThread(static_cast<int>(rng() % 1000));
-            if (!s.empty() && s != u"row of text")
-                ++bad;
-            (void)store.GetLineAttributeFromThread(static_cast<int>(rng() % 1000));
-        }
-    });
-    for (int i = 0; i < 20000; ++i) {
-        store.Add(u"row of text");
-        store.Delete(0);
-    }
-    stop = true;
-    reader.join();
-    EXPECT_EQ(bad.load(), 0);
-    EXPECT_EQ(store.Count(), 1000);
 }
 
 } // namespace

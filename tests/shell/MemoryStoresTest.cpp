@@ -2,17 +2,12 @@
 // per file survives a write and a read unchanged (read back by xmllint as well), keeps the
 // newest entries, never writes keys for what it does not store, and a damaged file is kept
 // aside; the recent lists follow their rules; sessions and the reopen list round-trip.
-#include "common/Utf.h"
-#include "platform/Prompt.h"
 #include "shell/DocumentMemory.h"
 #include "shell/FileQue.h"
-#include "shell/MainFormHelper.h"
 #include "shell/MruList.h"
 #include "shell/Sessions.h"
-#include "shell/ZvIniFiles.h"
 #include "support/ZvTestSupport.h"
 
-#include <QCoreApplication>
 #include <QProcess>
 
 #include <gtest/gtest.h>
@@ -204,23 +199,6 @@ TEST_F(FileQueStore, ADamagedFileThatCannotBeKeptAsideIsNeverWrittenOver) {
     store.AddFiledata(RandomEntry(random));
     EXPECT_FALSE(store.SaveFile());
     EXPECT_EQ(zvtest::ReadAll(longName), "<Files>");
-}
-
-TEST_F(FileQueStore, ADamagedFileIsSaidOnceWhenTheProgramStarts) {
-    zvtest::TheApp<QCoreApplication>();
-    fs::create_directories(file.parent_path());
-    zvtest::WriteAll(file, "<Files><File>");
-    zv::THeadlessPrompt prompt{false};
-    zv::TMainFormHelper helper{prompt};
-    struct THost : zv::ICommandLineHost {
-        void ProcessParam(const std::string&, const zv::TParamFlags&) override {}
-        bool CloseDocument(const std::string&) override { return false; }
-    } host;
-    zv::TDocumentMemory memory(helper, host, file.parent_path(), zv::TMemIniFileW());
-    ASSERT_EQ(prompt.Log().size(), 1u);
-    EXPECT_NE(prompt.Log()[0].find(memory.FileQ().DamagedCopy().string()), std::string::npos);
-    EXPECT_TRUE(memory.FileQ().Entries().empty());
-    EXPECT_EQ(zvtest::ReadAll(memory.FileQ().DamagedCopy()), "<Files><File>");
 }
 
 // The recent list against a model of its rules, over random additions and removals.

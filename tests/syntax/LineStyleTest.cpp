@@ -1,5 +1,6 @@
-// The per-row scanner state: copies share their variable parts until one of them changes, and
-// clearing keeps fold words unless asked. Copies on several threads: SharedTablesThreadTest.
+// The per-row scanner state: each property bit on its own, and clearing keeps fold words
+// unless asked. Copies that share parts: the scanner's properties (stored states equal fresh
+// ones) and, on several threads, SharedTablesThreadTest.
 #include "LineStyleSample.h"
 
 #include <gtest/gtest.h>
@@ -8,20 +9,6 @@ namespace zv {
 namespace {
 
 using test::StateWithEverything;
-
-TEST(LineStyle, CopiesAreIndependentValues) {
-    const TStyle original = StateWithEverything();
-    TStyle copy = original;
-    EXPECT_EQ(copy, original);
-    copy.Block.Extra.mut().Cache.push_back(9);
-    copy.Folds.mut().NodeStyles.clear();
-    EXPECT_EQ(original.Block.Cache().size(), 2u);
-    EXPECT_EQ(original.NodeStyles().size(), 1u);
-    EXPECT_NE(copy, original);
-    // Equal contents compare equal even when held apart.
-    TStyle rebuilt = StateWithEverything();
-    EXPECT_EQ(rebuilt, original);
-}
 
 TEST(LineStyle, EachPropertyBitIsSetAndClearedAlone) {
     for (int bit = spStringEnd; bit <= spHyperscript; ++bit) {

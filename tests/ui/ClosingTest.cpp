@@ -4,28 +4,16 @@
 // reopen changes the encoding, a copy leaves the document as it was.
 #include "UiFixtures.h"
 #include "common/Utf.h"
-#include "platform/Prompt.h"
 #include "shell/CrashKeeper.h"
-#include "shell/MainForm.h"
-#include "shell/MainFormHelper.h"
-#include "support/ZvTestSupport.h"
-#include "ui/EditorWidget.h"
-#include "ui/MainWindow.h"
 #include "ui/SaveAsDialog.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QTabWidget>
-#include <QTest>
 #include <QUrl>
 
-#include <gtest/gtest.h>
-
-#include <deque>
-#include <filesystem>
 #include <functional>
 #include <random>
 
@@ -33,34 +21,17 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class TAnswering : public zv::IPrompt {
-public:
-    int Prompt(const std::string&, const std::string&, unsigned, int) override {
-        ++Questions;
-        return Answer;
-    }
-    void ShowMessage(const std::string&) override {}
-    int Answer = zv::prCancel;
-    int Questions = 0;
-};
-
-class ClosingTest : public ::testing::Test {
+class ClosingTest : public zvtest::TShownWindowTest {
 protected:
-    void SetUp() override { window = zvtest::ShownWindow(helper); }
-    zv::TEditorWidget& Open(const std::string& name, const std::string& bytes,
-                            bool readOnly = false) {
-        zvtest::WriteAll(dir / name, bytes);
+    ClosingTest() : TShownWindowTest("zv-close") {}
+    // Opens the file `name` as it stands on disk, read-only when asked.
+    zv::TEditorWidget& Load(const std::string& name, bool readOnly) {
         zv::TLoadFileArgs args;
         args.FileName = (dir / name).string();
         args.ReadOnly = readOnly;
         EXPECT_TRUE(helper.LoadFile(args));
         return *window->ActiveEditor();
     }
-    zvtest::TTempDir temp{"zv-close"};
-    const fs::path dir = temp.Path();
-    TAnswering prompt;
-    zv::TMainFormHelper helper{prompt};
-    std::unique_ptr<zv::TMainWindow> window;
 };
 
 TEST_F(ClosingTest, EveryWayToCloseAModifiedDocumentAsksAndKeepsItsPromise) {
@@ -87,10 +58,10 @@ TEST_F(ClosingTest, EveryWayToCloseAModifiedDocumentAsksAndKeepsItsPromise) {
             zv::TEditorWidget& edited = Open("f.txt", "orig\n");
             Open("other.txt", "other\n");
             QTest::keyClicks(&edited, "x");
-            prompt.Answer = answer;
-            prompt.Questions = 0;
+            prompt.Answers = {answer};
+            prompt.Asked.clear();
             close(*window);
-            EXPECT_EQ(prompt.Questions, 1) << what;
+            EXPECT_EQ(prompt.Asked.size(), 1u) << what;
             const bool kept = answer == zv::prCancel;
             const auto& docs = helper.Documents();
             const bool stillOpen = helper.FindDocMemo((dir / "f.txt").string()) >= 0;
@@ -103,7 +74,7 @@ TEST_F(ClosingTest, EveryWayToCloseAModifiedDocumentAsksAndKeepsItsPromise) {
             }
             EXPECT_EQ(zvtest::ReadAll(dir / "f.txt"), answer == zv::prYes ? "xorig\n" : "orig\n")
                 << what;
-            prompt.Answer = zv::prNo;
+            prompt.Answers = {zv::prNo};
             helper.CloseAllDocumentTabs();
             ASSERT_TRUE(helper.Documents().empty());
             window->show();
@@ -135,7 +106,7 @@ TEST_F(ClosingTest, NoSequenceOfEditsSavesAndClosesLosesTextWithoutANo) {
             break;
         default: { // close with an answer
             const int answer = std::array{zv::prYes, zv::prNo, zv::prCancel}[random() % 3];
-            prompt.Answer = answer;
+            prompt.Answers = {answer};
             const bool modified = index >= 0 && helper.Documents()[index]->Modified();
             if (index >= 0 && window->TabGroup()->count() > 0)
                 emit window->TabGroup()->tabCloseRequested(index);
@@ -154,9 +125,10 @@ TEST_F(ClosingTest, NoSequenceOfEditsSavesAndClosesLosesTextWithoutANo) {
 
 TEST_F(ClosingTest, ReadOnlyDocumentsRefuseEditsAndSaveUnderANewName) {
     const fs::path locked = dir / "locked.txt";
-    zv::TEditorWidget& byMode = Open("locked.txt", "keep\n");
+    Open("locked.txt", "keep\n");
     fs::permissions(locked, fs::perms::owner_read | fs::perms::group_read);
-    zv::TEditorWidget& bySwitch = Open("switch.txt", "keep\n", true);
+    zvtest::WriteAll(dir / "switch.txt", "keep\n");
+    zv::TEditorWidget& bySwitch = Load("switch.txt", true);
     EXPECT_TRUE(helper.Documents()[1]->FReadOnly);
     QTest::keyClicks(&bySwitch, "typed");
     QTest::keyClick(&bySwitch, Qt::Key_Delete);
@@ -164,8 +136,7 @@ TEST_F(ClosingTest, ReadOnlyDocumentsRefuseEditsAndSaveUnderANewName) {
     EXPECT_FALSE(bySwitch.IsModified());
 
     helper.CloseDocument(0);
-    zv::TEditorWidget& reopened = Open("locked.txt", "");
-    (void)byMode;
+    zv::TEditorWidget& reopened = Load("locked.txt", false);
     EXPECT_TRUE(helper.ActiveDocument()->FReadOnly) << "a file without write bits";
     std::string asked;
     helper.FOnAskSaveAs = [&](const zv::TDocument& doc) {
@@ -205,7 +176,6 @@ TEST_F(ClosingTest, DroppedFilesOpenReopenChangesTheEncodingACopyLeavesTheDocume
     EXPECT_EQ(cyr.FFilePath, (dir / "cyr.txt").string());
     EXPECT_TRUE(editor.IsModified()) << "the document itself is still unsaved";
     EXPECT_TRUE(window->StatusMode().contains("Modified"));
-    prompt.Answer = zv::prNo;
 }
 
 // Another process appends to, rewrites and replaces the file behind an open document: the
@@ -224,97 +194,21 @@ TEST_F(ClosingTest, ASaveNeverOverwritesAChangeOnDiskUnseen) {
         QTest::qWait(20); // a later modification time, whatever the file system's grain
         ASSERT_EQ(std::system(command.c_str()), 0) << what;
         const std::string theirs = zvtest::ReadAll(file);
-        prompt.Answer = zv::prNo;
-        prompt.Questions = 0;
+        prompt.Answers = {zv::prNo};
+        prompt.Asked.clear();
         QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
-        EXPECT_EQ(prompt.Questions, 1) << what;
+        EXPECT_EQ(prompt.Asked.size(), 1u) << what;
         EXPECT_EQ(zvtest::ReadAll(file), theirs) << what << ": their change stays";
         EXPECT_TRUE(editor.IsModified()) << what;
-        prompt.Answer = zv::prYes;
+        prompt.Answers = {zv::prYes};
         QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
         EXPECT_EQ(zvtest::ReadAll(file), "xmine\n") << what << ": overwritten when told";
-        prompt.Questions = 0;
+        prompt.Asked.clear();
         QTest::keyClicks(&editor, "y");
         QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
-        EXPECT_EQ(prompt.Questions, 0) << what << ": our own save changed nothing behind us";
+        EXPECT_EQ(prompt.Asked.size(), 0u) << what << ": our own save changed nothing behind us";
         helper.CloseAllDocumentTabs();
     }
-}
-
-// Unsaved text survives a kill: within two seconds of the edits the crash session holds the
-// exact text of every modified document, named or new; another window of the same root
-// neither offers nor clears it while this one runs; and the next start asks "134" and
-// restores each text, modified, with its encoding and caret, without writing any file.
-TEST_F(ClosingTest, UnsavedTextIsKeptWithinTwoSecondsAndRestoredAtTheNextStart) {
-    const fs::path root = dir / "root";
-    fs::create_directories(root / "Data");
-    const std::string formerRoot = std::getenv("ZEVRIT_ROOT") ? std::getenv("ZEVRIT_ROOT") : "";
-    ::setenv("ZEVRIT_ROOT", root.c_str(), 1);
-    struct TRootBack {
-        std::string Root;
-        ~TRootBack() { ::setenv("ZEVRIT_ROOT", Root.c_str(), 1); }
-    } rootBack{formerRoot};
-    const fs::path crash = root / "Data" / "Crash";
-    auto keeper = std::make_unique<zv::TCrashKeeper>(helper, crash);
-    zv::TEditorWidget& latin = Open("latin.txt", "caf\xE9\r\nline two\r\n");
-    latin.Memo().SetTextCursor(0, 1);
-    QTest::keyClicks(&latin, "new ");
-    zv::TDocument& fresh = helper.NewDocument();
-    zv::TEditorWidget& blank = *window->ActiveEditor();
-    QTest::keyClicks(&blank, "never saved");
-    for (const auto& doc : helper.Documents())
-        ASSERT_TRUE(doc->Modified());
-    keeper->TextChanged();
-    QTest::qWait(zv::TCrashKeeper::kDelayMs + 300);
-    keeper->WaitWritten();
-    const fs::path kept = keeper->Folder() / "Crash.ini";
-    ASSERT_TRUE(fs::exists(kept)) << "written within two seconds of the edit";
-    EXPECT_EQ(fs::status(kept).permissions() & fs::perms::all,
-              fs::perms::owner_read | fs::perms::owner_write);
-    {
-        zv::THeadlessPrompt quiet{false};
-        zv::TMainFormHelper other{quiet};
-        zv::TCrashKeeper otherWindow(other, crash);
-        EXPECT_FALSE(otherWindow.HasSession()) << "a running window's texts are not a crash's";
-        otherWindow.Clear(); // its clean end
-        EXPECT_TRUE(fs::exists(kept)) << "another window's end keeps this one's texts";
-    }
-    const std::u16string latinText = helper.Documents()[0]->Lines().GetTextWithLinefeeds();
-    const std::string freshName = fresh.FFilePath;
-
-    // The run is killed: nothing closes, nothing is saved, its lock goes with it.
-    keeper.reset();
-    zvtest::TScriptedPrompt asked;
-    asked.Answers = {zv::prYes};
-    zv::TMainFormHelper next{asked};
-    zv::TMainWindow nextWindow(next);
-    zv::TMainForm form(next, &nextWindow);
-    nextWindow.AttachForm(form);
-    form.FormShow({"zevrit"});
-    ASSERT_EQ(asked.Asked.size(), 1u) << "the start asks once";
-    ASSERT_EQ(next.Documents().size(), 2u);
-    const zv::TDocument& back = *next.Documents()[0];
-    EXPECT_EQ(back.FFilePath, (dir / "latin.txt").string());
-    EXPECT_EQ(back.Lines().GetTextWithLinefeeds(), latinText) << "byte for byte, CR LF kept";
-    EXPECT_EQ(back.Lines().CodePage(), 1252u);
-    EXPECT_TRUE(nextWindow.EditorAt(0)->IsModified());
-    EXPECT_EQ(nextWindow.EditorAt(0)->Memo().Caret(), (zv::TZvPos{4, 1}));
-    EXPECT_EQ(zvtest::ReadAll(dir / "latin.txt"), "caf\xE9\r\nline two\r\n")
-        << "nothing is saved without the user";
-    EXPECT_EQ(next.Documents()[1]->FFilePath, freshName);
-    EXPECT_TRUE(next.Documents()[1]->FIsNew);
-    EXPECT_EQ(next.Documents()[1]->Lines().Get(0), u"never saved");
-    // The restored texts are this run's now; the killed run's folder went.
-    EXPECT_TRUE(fs::exists(form.Crash().Folder() / "Crash.ini"));
-    EXPECT_EQ(zvtest::FolderNames(crash),
-              (std::vector<std::string>{form.Crash().Folder().filename().string()}));
-
-    // Saved and closed with "no": nothing is left to keep.
-    asked.Answers = {zv::prNo, zv::prNo};
-    next.CloseAllDocumentTabs();
-    form.Crash().WriteNow();
-    form.Crash().WaitWritten();
-    EXPECT_FALSE(fs::exists(form.Crash().Folder() / "Crash.ini"));
 }
 
 // Save As writes the encoding, byte order mark and line ends chosen in the dialog (the
@@ -347,14 +241,14 @@ TEST_F(ClosingTest, SaveAsWritesTheFormChosenInTheDialog) {
     EXPECT_EQ(doc.FFilePath, (dir / "wide.txt").string());
 
     choice = {(dir / "legacy.txt").string(), 1252, 0, -1};
-    prompt.Answer = zv::prNo;
-    const int asked = prompt.Questions;
+    prompt.Answers = {zv::prNo};
+    const std::size_t asked = prompt.Asked.size();
     EXPECT_FALSE(helper.SaveFileAs(&doc));
-    EXPECT_EQ(prompt.Questions, asked + 1) << "the Unicode question";
+    EXPECT_EQ(prompt.Asked.size(), asked + 1) << "the Unicode question";
     EXPECT_FALSE(fs::exists(dir / "legacy.txt"));
     EXPECT_EQ(doc.FFilePath, (dir / "wide.txt").string());
     EXPECT_EQ(doc.Lines().CodePage(), 1200u);
-    prompt.Answer = zv::prYes;
+    prompt.Answers = {zv::prYes};
     ASSERT_TRUE(helper.SaveFileAs(&doc));
     EXPECT_EQ(iconv("CP1252", "legacy.txt"), "caf\xC3\xA9\r\nline\r\n");
     EXPECT_EQ(zvtest::ReadAll(dir / "legacy.txt").size(), 12u) << "one byte per character";
@@ -397,7 +291,7 @@ TEST_F(ClosingTest, OnlyTextsChangedSinceTheLastWriteAreWrittenAgain) {
                       helper.Documents()[i]->Lines().GetTextWithLinefeeds())
                 << "round " << round << ", document " << i;
     }
-    prompt.Answer = zv::prNo;
+    prompt.Answers = {zv::prNo, zv::prNo, zv::prNo, zv::prNo};
     helper.CloseAllDocumentTabs();
     keeper.WriteNow();
     keeper.WaitWritten();

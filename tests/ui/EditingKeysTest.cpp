@@ -3,25 +3,15 @@
 // deletes against a model of the word rule, and typing that the saved file can hold.
 #include "UiFixtures.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
-#include "platform/Prompt.h"
+#include "common/Utf.h"
 #include "shell/MainForm.h"
-#include "shell/MainFormHelper.h"
 #include "shell/Settings.h"
 #include "shell/ZvIniFiles.h"
-#include "support/ZvTestSupport.h"
-#include "ui/EditorWidget.h"
-#include "ui/MainWindow.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QTabWidget>
-#include <QTest>
-
-#include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <deque>
-#include <filesystem>
 #include <random>
 
 namespace fs = std::filesystem;
@@ -30,12 +20,6 @@ namespace {
 
 // The shipped syntax files, before the first look-up of the data root fixes it.
 const bool kTreeRoot = ::setenv("ZEVRIT_ROOT", ZV_TEST_TREE, 1) == 0;
-
-using zvtest::TScriptedPrompt;
-
-std::string Utf8(std::u16string_view text) {
-    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size())).toStdString();
-}
 
 // Types `text` as key events carrying the characters (what an input of any layout sends).
 void Type(QWidget* widget, const QString& text) {
@@ -49,25 +33,17 @@ int Shell(const std::string& command) {
     return std::system(command.c_str());
 }
 
-class EditingKeysTest : public ::testing::Test {
+class EditingKeysTest : public zvtest::TShownWindowTest {
 protected:
+    EditingKeysTest() : TShownWindowTest("zv-keys") {}
     void SetUp() override {
-        zvtest::TheApp<QApplication>();
         zv::TMemIniFileW settings;
         settings.WriteInteger("EditorMisc", "DefaultEncoding", 65001);
         helper.SetCustomize(settings);
-        own = zvtest::ShownWindow(helper);
-    }
-    zv::TEditorWidget& Open(const std::string& name, const std::string& bytes) {
-        return zvtest::OpenInWindow(helper, Win(), dir / name, bytes);
+        TShownWindowTest::SetUp();
     }
     static std::string Text(const zv::TEditorWidget& editor) { return zvtest::EditorText(editor); }
-    zvtest::TTempDir temp{"zv-keys"};
-    const fs::path dir = temp.Path();
-    TScriptedPrompt prompt;
-    zv::TMainFormHelper helper{prompt};
-    std::unique_ptr<zv::TMainWindow> own;
-    zv::TMainWindow& Win() { return *own; }
+    zv::TMainWindow& Win() { return *window; }
 };
 
 // Each line of `text` but empty ones with `unit` in front.
@@ -129,11 +105,11 @@ TEST_F(EditingKeysTest, EnterIndentsDeeperAfterTheOpeningTheSyntaxNames) {
     ASSERT_NE(c.Scan(), nullptr) << "C colours and indents by its syntax file";
     c.Memo().SetTextCursor(9, 0);
     QTest::keyClick(&c, Qt::Key_Return);
-    EXPECT_EQ(Utf8(c.Memo().RowText(1)), "    ");
+    EXPECT_EQ(zv::Utf16ToUtf8(c.Memo().RowText(1)), "    ");
     zv::TEditorWidget& text = Open("f.txt", "note {");
     text.Memo().SetTextCursor(6, 0);
     QTest::keyClick(&text, Qt::Key_Return);
-    EXPECT_EQ(Utf8(text.Memo().RowText(1)), "") << "plain text has no opening";
+    EXPECT_EQ(zv::Utf16ToUtf8(text.Memo().RowText(1)), "") << "plain text has no opening";
 }
 
 TEST_F(EditingKeysTest, AltChordsTypeNothingAndCtrlTabSwitchesDocuments) {

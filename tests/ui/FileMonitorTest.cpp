@@ -4,30 +4,19 @@
 #include "shell/FileMonitor.h"
 #include "UiFixtures.h"
 #include "common/Utf.h"
-#include "platform/Prompt.h"
-#include "shell/MainFormHelper.h"
 #include "shell/TailKeywords.h"
 #include "shell/ZvIniFiles.h"
-#include "support/ZvTestSupport.h"
-#include "ui/EditorWidget.h"
-#include "ui/MainWindow.h"
 #include "ui/QtPrompt.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QMessageBox>
 #include <QProcess>
 #include <QTabWidget>
-#include <QTest>
 #include <QTimer>
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <deque>
-#include <filesystem>
 #include <fstream>
 
 namespace fs = std::filesystem;
@@ -52,20 +41,18 @@ const TOutsideChange kDelete{"delete", "os.remove(p)"};
 // In time: within one sweep, plus what a loaded machine needs to run it.
 constexpr int kNoticeMs = zv::TFileMonitor::kSweepMs + 1500;
 
-class FileMonitorTest : public ::testing::Test {
+class FileMonitorTest : public zvtest::TShownWindowTest {
 protected:
+    FileMonitorTest() : TShownWindowTest("zv-monitor") {}
     void SetUp() override {
-        window = zvtest::ShownWindow(helper);
+        TShownWindowTest::SetUp();
         monitor = std::make_unique<zv::TFileMonitor>(helper);
     }
     zv::TDocument& Open(const std::string& name, const std::string& bytes) {
-        zvtest::WriteAll(dir / name, bytes);
-        zv::TLoadFileArgs args;
-        args.FileName = (dir / name).string();
-        EXPECT_TRUE(helper.LoadFile(args));
+        zvtest::OpenInWindow(helper, *window, dir / name, bytes);
         // A later modification time than the load's, whatever the file system's grain.
         QTest::qWait(20);
-        return *helper.Documents()[helper.FindDocMemo(args.FileName)];
+        return *helper.Documents()[helper.FindDocMemo((dir / name).string())];
     }
     zv::TEditorWidget& EditorOf(const zv::TDocument& doc) {
         return *window->EditorAt(helper.FindDocMemo(doc.FFilePath));
@@ -112,64 +99,50 @@ protected:
         helper.SetCustomize(settings);
     }
 
-    zvtest::TTempDir temp{"zv-monitor"};
-    const fs::path dir = temp.Path();
-    zvtest::TScriptedPrompt prompt;
-    zv::TMainFormHelper helper{prompt};
-    std::unique_ptr<zv::TMainWindow> window;
     std::unique_ptr<zv::TFileMonitor> monitor;
 };
 
-TEST_F(FileMonitorTest, AChangeIsNoticedInTimeAndReloadGivesTheDisksBytes) {
+// Every kind of outside change is noticed in time and asked about once, typed into or not
+// (then the question says the typing would be lost): yes reloads the disk's bytes and keeps
+// the caret's row; no keeps the text, modified, and their bytes on disk until a save, which
+// asks nothing more since the change was shown.
+TEST_F(FileMonitorTest, AChangeIsNoticedInTimeAndEachAnswerKeepsItsPromise) {
+    const std::string mine = "mine\r\nsecond line\r\n";
+    constexpr auto npos = std::string::npos;
     for (const TOutsideChange& change : {kAppend, kRewrite, kReplace, kInPlace}) {
-        zv::TDocument& doc = Open("f.txt", "mine\r\nsecond line\r\n");
-        EditorOf(doc).Memo().SetTextCursor(2, 1);
-        prompt.Asked.clear();
-        prompt.Answers = {zv::prYes};
-        Change(change, {dir / "f.txt"});
-        const qint64 ms = WaitForQuestions(1);
-        ASSERT_GE(ms, 0) << change.Name << ": not noticed within " << kNoticeMs << " ms";
-        std::printf("[ measure  ] %s noticed after %lld ms\n", change.Name,
-                    static_cast<long long>(ms));
-        EXPECT_NE(prompt.Asked[0].find(doc.FFilePath), std::string::npos) << change.Name;
-        EXPECT_TRUE(prompt.Flags[0] & zv::pfAlwaysButton) << change.Name;
-        EXPECT_EQ(Written(doc), zvtest::ReadAll(dir / "f.txt")) << change.Name;
-        EXPECT_FALSE(doc.Modified()) << change.Name;
-        EXPECT_FALSE(EditorOf(doc).IsModified()) << change.Name;
-        EXPECT_FALSE(TabShowsModified(doc)) << change.Name;
-        const zv::TZvMemo& memo = EditorOf(doc).Memo();
-        EXPECT_EQ(memo.FCurY, std::min(1, memo.RowCount() - 1)) << change.Name << ": caret kept";
-        monitor->CheckMemoTimeStamp();
-        EXPECT_EQ(prompt.Asked.size(), 1u) << change.Name << ": one change asks once";
-        helper.CloseAllDocumentTabs();
-    }
-}
-
-TEST_F(FileMonitorTest, KeepMineKeepsTheTextModifiedAsksOnceAndSavesWhenTold) {
-    for (const TOutsideChange& change : {kAppend, kRewrite, kReplace}) {
-        for (const bool typed : {true, false}) {
-            zv::TDocument& doc = Open("f.txt", "mine\n");
+        for (const auto& [typed, answer] :
+             {std::pair{false, zv::prYes}, std::pair{true, zv::prNo}, std::pair{false, zv::prNo},
+              std::pair{true, zv::prYes}}) {
+            const bool reloaded = answer == zv::prYes;
+            const std::string what =
+                std::string(change.Name) + (typed ? ", typed" : "") + (reloaded ? ", yes" : ", no");
+            zv::TDocument& doc = Open("f.txt", mine);
+            EditorOf(doc).Memo().SetTextCursor(2, 1);
             if (typed)
                 QTest::keyClicks(&EditorOf(doc), "x");
-            const std::string what = std::string(change.Name) + (typed ? ", typed" : "");
+            const std::string ours = typed ? "mine\r\nsexcond line\r\n" : mine;
             prompt.Asked.clear();
-            prompt.Answers = {zv::prNo};
+            prompt.Answers = {answer};
             Change(change, {dir / "f.txt"});
             const std::string theirs = zvtest::ReadAll(dir / "f.txt");
-            ASSERT_GE(WaitForQuestions(1), 0) << what;
-            // A modified document's question says that reading again loses its changes.
-            EXPECT_EQ(prompt.Asked[0].find("would be lost") != std::string::npos, typed) << what;
-            EXPECT_EQ(Written(doc), typed ? "xmine\n" : "mine\n") << what;
-            EXPECT_TRUE(doc.Modified()) << what << ": the text differs from the file";
-            EXPECT_TRUE(EditorOf(doc).IsModified()) << what;
-            EXPECT_TRUE(TabShowsModified(doc)) << what;
+            const qint64 ms = WaitForQuestions(1);
+            ASSERT_GE(ms, 0) << what << ": not noticed within " << kNoticeMs << " ms";
+            std::printf("[ measure  ] %s noticed after %lld ms\n", what.c_str(),
+                        static_cast<long long>(ms));
+            EXPECT_NE(prompt.Asked[0].find(doc.FFilePath), npos) << what;
+            EXPECT_TRUE(prompt.Flags[0] & zv::pfAlwaysButton) << what;
+            EXPECT_EQ(prompt.Asked[0].find("would be lost") != npos, typed) << what;
+            EXPECT_EQ(Written(doc), reloaded ? theirs : ours) << what;
+            EXPECT_EQ(doc.Modified(), !reloaded) << what;
+            EXPECT_EQ(EditorOf(doc).IsModified(), !reloaded) << what;
+            EXPECT_EQ(TabShowsModified(doc), !reloaded) << what;
             EXPECT_EQ(zvtest::ReadAll(dir / "f.txt"), theirs) << what << ": their bytes stay";
+            const zv::TZvMemo& memo = EditorOf(doc).Memo();
+            EXPECT_EQ(memo.FCurY, std::min(1, memo.RowCount() - 1)) << what << ": caret kept";
             monitor->CheckMemoTimeStamp();
-            EXPECT_EQ(prompt.Asked.size(), 1u) << what << ": one change asks once";
-            // The change was shown: saving writes this text without a further question.
             QTest::keyClick(&EditorOf(doc), Qt::Key_S, Qt::ControlModifier);
-            EXPECT_EQ(prompt.Asked.size(), 1u) << what;
-            EXPECT_EQ(zvtest::ReadAll(dir / "f.txt"), typed ? "xmine\n" : "mine\n") << what;
+            EXPECT_EQ(prompt.Asked.size(), 1u) << what << ": one change asks once";
+            EXPECT_EQ(zvtest::ReadAll(dir / "f.txt"), reloaded ? theirs : ours) << what;
             helper.CloseAllDocumentTabs();
         }
     }

@@ -2,25 +2,15 @@
 // the editor widget scrolls to a line, keys move through a long document,
 // Ctrl+S saves, the modified mark shows, handed-over text is pasted, editors take the
 // editor keys of the settings.
-#include "ui/MainWindow.h"
-#include "platform/Prompt.h"
+#include "UiFixtures.h"
+#include "common/Utf.h"
 #include "shell/HandOver.h"
 #include "shell/MainForm.h"
-#include "shell/MainFormHelper.h"
 #include "shell/Settings.h"
-#include "support/ZvTestSupport.h"
-#include "ui/EditorWidget.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTest>
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
 
 namespace fs = std::filesystem;
 
@@ -30,7 +20,7 @@ class MainWindowTest : public ::testing::Test {
 protected:
     void SetUp() override { zvtest::TheApp<QApplication>(); }
     std::string Write(const std::string& name, const std::string& text) {
-        std::ofstream(dir / name, std::ios::binary) << text;
+        zvtest::WriteAll(dir / name, text);
         return (dir / name).string();
     }
     bool Load(const std::string& path) {
@@ -43,18 +33,6 @@ protected:
     zv::THeadlessPrompt prompt{false};
     zv::TMainFormHelper helper{prompt};
 };
-
-std::string Utf8(std::u16string_view text) {
-    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size())).toStdString();
-}
-
-// The rows an editor shows joined by "\n" (a final line end shows as an empty last row).
-std::string ShownText(const zv::TEditorWidget& editor) {
-    std::string text;
-    for (int row = 0; row < editor.Memo().RowCount(); ++row)
-        text += (row > 0 ? "\n" : "") + Utf8(editor.Memo().RowText(row));
-    return text;
-}
 
 TEST_F(MainWindowTest, CommandLineFilesBecomeTabsShowingTheirText) {
     std::string longText;
@@ -70,13 +48,13 @@ TEST_F(MainWindowTest, CommandLineFilesBecomeTabsShowingTheirText) {
     EXPECT_EQ(window.TabGroup()->tabText(0), "**a.txt")
         << "collected files open sorted; one not shown yet is read when it first shows";
     EXPECT_EQ(window.TabGroup()->tabText(1), "b.c");
-    EXPECT_EQ(ShownText(*window.EditorAt(1)), longText);
+    EXPECT_EQ(zvtest::EditorText(*window.EditorAt(1)), longText);
     EXPECT_EQ(window.TabGroup()->currentIndex(), 1) << "the last file opened is active";
     EXPECT_EQ(window.ActiveEditor()->CaretRow(), 2) << "/L:3 puts the caret on line 3";
     EXPECT_TRUE(helper.Documents()[0]->FReadOnly && helper.Documents()[1]->FReadOnly);
     window.TabGroup()->setCurrentIndex(0);
     EXPECT_EQ(window.TabGroup()->tabText(0), "a.txt");
-    EXPECT_EQ(ShownText(*window.EditorAt(0)), zvtest::ReadAll(a));
+    EXPECT_EQ(zvtest::EditorText(*window.EditorAt(0)), zvtest::ReadAll(a));
 }
 
 TEST_F(MainWindowTest, ModifiedMarkFollowsTheEditorUntilSaved) {
@@ -95,7 +73,7 @@ TEST_F(MainWindowTest, ModifiedMarkFollowsTheEditorUntilSaved) {
     EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt*");
     EXPECT_EQ(window.windowTitle().toStdString(), "Zevrit - " + path + "*");
 
-    QTest::keyClick(editor, Qt::Key_S, Qt::ControlModifier);
+    QTest::keyClick(window.windowHandle(), Qt::Key_S, Qt::ControlModifier); // the window's key
     EXPECT_EQ(zvtest::ReadAll(path), "xabc\n");
     EXPECT_FALSE(doc.Modified());
     EXPECT_EQ(window.TabGroup()->tabText(0), "R&&D.txt");
@@ -118,7 +96,8 @@ TEST_F(MainWindowTest, HandedOverTextIsPastedBeforeTheSelection) {
     auto& memo = window.ActiveEditor()->Memo();
     memo.SetSelection({2, 0}, {5, 0});
     form.HandOverReceived(zv::kHandOverPaste, "XY");
-    EXPECT_EQ(Utf8(memo.RowText(0)), "alXYpha beta") << "the selection stays, text goes first";
+    EXPECT_EQ(zv::Utf16ToUtf8(memo.RowText(0)), "alXYpha beta")
+        << "the selection stays, text goes first";
     EXPECT_TRUE(helper.Documents()[0]->Modified());
 
     form.HandOverReceived(zv::kHandOverZenWindow, " 4711 ");
@@ -191,18 +170,6 @@ TEST_F(MainWindowTest, EditorScrollsToALineAndKeysMoveThroughALongDocument) {
     EXPECT_EQ(full->TopRow(), top) << "one row up inside the view does not scroll";
 }
 
-TEST_F(MainWindowTest, CtrlSSavesTheActiveDocument) {
-    const auto path = Write("s.txt", "one\r\ntwo");
-    ASSERT_TRUE(Load(path));
-    zv::TMainWindow window(helper);
-    window.show();
-    QApplication::setActiveWindow(&window);
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    fs::remove(path);
-    QTest::keyClick(window.windowHandle(), Qt::Key_S, Qt::ControlModifier);
-    EXPECT_EQ(zvtest::ReadAll(path), "one\r\ntwo");
-}
-
 // Each editor takes the "EditorMisc" keys read when the main object was made: with
 // AutoIndent off a new row starts at column 0; with the default it keeps the indent.
 TEST_F(MainWindowTest, EditorsTakeTheEditorKeysOfTheSettings) {
@@ -219,7 +186,7 @@ TEST_F(MainWindowTest, EditorsTakeTheEditorKeysOfTheSettings) {
         auto* editor = window.ActiveEditor();
         editor->Memo().SetTextCursor(5, 0);
         QTest::keyClick(editor, Qt::Key_Return);
-        return Utf8(editor->Memo().RowText(1));
+        return zv::Utf16ToUtf8(editor->Memo().RowText(1));
     };
     EXPECT_EQ(newRowAfterEnter(true), "    ");
     EXPECT_EQ(newRowAfterEnter(false), "");

@@ -1,20 +1,21 @@
 // What the real window remembers for the next run, in runs of the window and its main object
 // as the program makes them (data root of this test program's own): a file opened again
-// gets its caret, selection, top row and encoding back; the last documents come back at
-// start unless -NOREOPEN; recent and recently closed files open from the File menu; named
-// sessions open and close documents; a damaged memory is said once and starts empty.
+// gets its caret, selection, top row and encoding back (unless the opening names one); the
+// last documents come back at start unless -NOREOPEN; recent and recently closed files open
+// from the File menu; named sessions open and close documents; a damaged memory is said once
+// and starts empty; unsaved text comes back after a kill.
 #include "UiFixtures.h"
 #include "ZvMemoControl/LineMarks.h"
 #include "ZvMemoControl/TextAttribute.h"
 #include "ZvMemoControl/ZvMemoFolds.h"
 #include "common/Utf.h"
+#include "shell/CrashKeeper.h"
 #include "shell/DocumentMemory.h"
 #include "shell/MainForm.h"
 #include "shell/RootFolder.h"
 #include "shell/Settings.h"
 #include "syntax/SyntaxSelect.h"
 #include "ui/Actions.h"
-#include "ui/EditorWidget.h"
 #include "ui/TabGroups.h"
 
 #include <QMenu>
@@ -22,7 +23,6 @@
 #include <QTabBar>
 #include <QTabWidget>
 
-#include <filesystem>
 #include <functional>
 #include <random>
 
@@ -146,6 +146,13 @@ TEST_F(MemoryWindowTest, AFileOpenedAgainGetsItsCaretSelectionTopRowAndEncodingB
         EXPECT_TRUE(second.Exit());
         EXPECT_EQ(zvtest::ReadAll(file), bytes) << "remembering never writes the file";
     }
+    // A code page given for the opening wins over the remembered one.
+    TRun third;
+    zv::TLoadFileArgs args;
+    args.FileName = file.string();
+    args.CodePage = 1252;
+    ASSERT_TRUE(third.helper.LoadFile(args));
+    EXPECT_EQ(third.helper.ActiveDocument()->Lines().CodePage(), 1252u);
 }
 
 // Marks set with the keys come back on their lines, whether the file opens at once or in a
@@ -238,22 +245,6 @@ TEST_F(MemoryWindowTest, ClosedFoldsCloseAgainWhenTheFileOpensAgain) {
     EXPECT_FALSE(second.helper.ActiveDocument()->Modified());
     EXPECT_TRUE(second.Exit());
     EXPECT_EQ(zvtest::ReadAll(file), text);
-}
-
-TEST_F(MemoryWindowTest, ACodePageGivenForTheOpeningWinsOverTheRememberedOne) {
-    const fs::path file = Write("cyr.txt", Cyrillic1251Text());
-    {
-        TRun first;
-        ASSERT_TRUE(first.Open(file));
-        ASSERT_TRUE(first.helper.ReopenWithEncoding(*first.helper.ActiveDocument(), 1251));
-        ASSERT_TRUE(first.Exit());
-    }
-    TRun second;
-    zv::TLoadFileArgs args;
-    args.FileName = file.string();
-    args.CodePage = 1252;
-    ASSERT_TRUE(second.helper.LoadFile(args));
-    EXPECT_EQ(second.helper.ActiveDocument()->Lines().CodePage(), 1252u);
 }
 
 TEST_F(MemoryWindowTest, TheLastDocumentsComeBackAtStartUnlessNoReopen) {
@@ -408,6 +399,77 @@ TEST_F(MemoryWindowTest, NamedSessionsOpenTheirDocumentsAndCanBeDeleted) {
     ASSERT_EQ(remove->actions().size(), 1);
     remove->actions()[0]->trigger();
     EXPECT_TRUE(zv::TSessions(data / "Sessions.ini").Names().empty());
+}
+
+// Unsaved text survives a kill: within two seconds of the edits the crash session holds the
+// exact text of every modified document, named or new; another window of the same root
+// neither offers nor clears it while this one runs; and the next start asks once and
+// restores each text, modified, with its encoding and caret, without writing any file.
+TEST_F(MemoryWindowTest, UnsavedTextIsKeptWithinTwoSecondsAndRestoredAtTheNextStart) {
+    const fs::path crash = data / "Crash";
+    zvtest::TScriptedPrompt prompt;
+    zv::TMainFormHelper helper{prompt};
+    const auto window = zvtest::ShownWindow(helper);
+    auto keeper = std::make_unique<zv::TCrashKeeper>(helper, crash);
+    zv::TEditorWidget& latin =
+        zvtest::OpenInWindow(helper, *window, dir / "latin.txt", "caf\xE9\r\nline two\r\n");
+    latin.Memo().SetTextCursor(0, 1);
+    QTest::keyClicks(&latin, "new ");
+    zv::TDocument& fresh = helper.NewDocument();
+    QTest::keyClicks(window->ActiveEditor(), "never saved");
+    for (const auto& doc : helper.Documents())
+        ASSERT_TRUE(doc->Modified());
+    keeper->TextChanged();
+    QTest::qWait(zv::TCrashKeeper::kDelayMs + 300);
+    keeper->WaitWritten();
+    const fs::path kept = keeper->Folder() / "Crash.ini";
+    ASSERT_TRUE(fs::exists(kept)) << "written within two seconds of the edit";
+    EXPECT_EQ(fs::status(kept).permissions() & fs::perms::all,
+              fs::perms::owner_read | fs::perms::owner_write);
+    {
+        zv::THeadlessPrompt quiet{false};
+        zv::TMainFormHelper other{quiet};
+        zv::TCrashKeeper otherWindow(other, crash);
+        EXPECT_FALSE(otherWindow.HasSession()) << "a running window's texts are not a crash's";
+        otherWindow.Clear(); // its clean end
+        EXPECT_TRUE(fs::exists(kept)) << "another window's end keeps this one's texts";
+    }
+    const std::u16string latinText = helper.Documents()[0]->Lines().GetTextWithLinefeeds();
+    const std::string freshName = fresh.FFilePath;
+
+    // The run is killed: nothing closes, nothing is saved, its lock goes with it.
+    keeper.reset();
+    zvtest::TScriptedPrompt asked;
+    asked.Answers = {zv::prYes};
+    zv::TMainFormHelper next{asked};
+    zv::TMainWindow nextWindow(next);
+    zv::TMainForm form(next, &nextWindow);
+    nextWindow.AttachForm(form);
+    form.FormShow({"zevrit"});
+    ASSERT_EQ(asked.Asked.size(), 1u) << "the start asks once";
+    ASSERT_EQ(next.Documents().size(), 2u);
+    const zv::TDocument& back = *next.Documents()[0];
+    EXPECT_EQ(back.FFilePath, (dir / "latin.txt").string());
+    EXPECT_EQ(back.Lines().GetTextWithLinefeeds(), latinText) << "byte for byte, CR LF kept";
+    EXPECT_EQ(back.Lines().CodePage(), 1252u);
+    EXPECT_TRUE(nextWindow.EditorAt(0)->IsModified());
+    EXPECT_EQ(nextWindow.EditorAt(0)->Memo().Caret(), (zv::TZvPos{4, 1}));
+    EXPECT_EQ(zvtest::ReadAll(dir / "latin.txt"), "caf\xE9\r\nline two\r\n")
+        << "nothing is saved without the user";
+    EXPECT_EQ(next.Documents()[1]->FFilePath, freshName);
+    EXPECT_TRUE(next.Documents()[1]->FIsNew);
+    EXPECT_EQ(next.Documents()[1]->Lines().Get(0), u"never saved");
+    // The restored texts are this run's now; the killed run's folder went.
+    EXPECT_TRUE(fs::exists(form.Crash().Folder() / "Crash.ini"));
+    EXPECT_EQ(zvtest::FolderNames(crash),
+              (std::vector<std::string>{form.Crash().Folder().filename().string()}));
+
+    // Saved and closed with "no": nothing is left to keep.
+    asked.Answers = {zv::prNo, zv::prNo};
+    next.CloseAllDocumentTabs();
+    form.Crash().WriteNow();
+    form.Crash().WaitWritten();
+    EXPECT_FALSE(fs::exists(form.Crash().Folder() / "Crash.ini"));
 }
 
 // The type the extension map gives a file name: an oracle apart from the window.

@@ -5,18 +5,12 @@
 #include "UiFixtures.h"
 #include "ZvMemoControl/TextSearch.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
-#include "platform/Prompt.h"
-#include "shell/MainFormHelper.h"
 #include "shell/Settings.h"
 #include "shell/ZvIniFiles.h"
-#include "support/ZvTestSupport.h"
-#include "ui/EditorWidget.h"
-#include "ui/MainWindow.h"
 #include "ui/QuickFindBar.h"
 #include "ui/SearchDialog.h"
 #include "ui/WindowSearch.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QInputDialog>
@@ -27,8 +21,6 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QToolButton>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -43,15 +35,15 @@ const std::string kText = "alpha needle beta\n"
                           "needle needle; Needle\n"
                           "last line with a needle\n";
 
-class SearchWindowTest : public ::testing::Test {
+class SearchWindowTest : public zvtest::TShownWindowTest {
 protected:
+    SearchWindowTest() : TShownWindowTest("zv-search-ui") {}
     void SetUp() override {
-        zvtest::TheApp<QApplication>();
         zv::TMemIniFileW settings;
         settings.WriteInteger("EditorMisc", "DefaultEncoding", 65001);
         helper.SetCustomize(settings);
-        window = zvtest::ShownWindow(helper);
-        editor = &zvtest::OpenInWindow(helper, *window, file, kText);
+        TShownWindowTest::SetUp();
+        editor = &Open("text.txt", kText);
     }
     std::pair<TZvPos, TZvPos> Selection() const {
         TZvPos s, e;
@@ -74,11 +66,7 @@ protected:
         return nullptr;
     }
 
-    zvtest::TTempDir temp{"zv-search-ui"};
-    const std::filesystem::path file = temp.Path() / "text.txt";
-    zvtest::TScriptedPrompt prompt;
-    zv::TMainFormHelper helper{prompt};
-    std::unique_ptr<zv::TMainWindow> window;
+    const std::filesystem::path file = dir / "text.txt";
     zv::TEditorWidget* editor = nullptr;
 };
 
