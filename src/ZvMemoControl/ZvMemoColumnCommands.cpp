@@ -106,7 +106,7 @@ bool TZvMemo::acnColumnClear() {
         return false;
     const TZvPos s = SelStart(), e = SelEnd();
     const int width = std::abs(FromRealCursorPos(s.Y, s.X) - FromRealCursorPos(e.Y, e.X));
-    return SetColSelText(std::u16string(static_cast<std::size_t>(width), u' '), true);
+    return width > 0 && SetColSelText(std::u16string(static_cast<std::size_t>(width), u' '), true);
 }
 
 bool TZvMemo::acnColumnFill(std::u16string_view text) {

@@ -285,7 +285,7 @@ TEST(ColumnBlock, EditsAndBlockCommandsEqualTheRectangleModelAndUndoInOneStep) {
         f.memo.SetSelection({c1, a}, {c2, b});
         if (!f.memo.HasSelection())
             continue;
-        const int op = Pick(rng, 0, 8);
+        const int op = Pick(rng, 0, 9);
         const std::u16string pasted = u"PP\nQ\nRRR";
         const int width = model.right - model.left;
         switch (op) {
@@ -316,6 +316,17 @@ TEST(ColumnBlock, EditsAndBlockCommandsEqualTheRectangleModelAndUndoInOneStep) {
             model.right = model.left;
             for (int r = model.top; r <= model.bottom; ++r)
                 model.Put(r, u"<>");
+            break;
+        case 9: // upper case of each row's part; a short row has none
+            f.memo.acnUpperCase();
+            for (int r = model.top; r <= model.bottom; ++r) {
+                std::u16string part =
+                    TBlockModel::Part(model.lines[std::size_t(r)], model.left, model.right);
+                for (char16_t& c : part)
+                    c = c >= u'a' && c <= u'z' ? char16_t(c - 32) : c;
+                if (!part.empty())
+                    model.Put(r, part);
+            }
             break;
         case 8: { // counting from 8 makes numbers of one and two digits
             f.memo.FNumEveryLine = true;
