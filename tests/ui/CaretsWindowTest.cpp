@@ -153,11 +153,9 @@ TEST_F(CaretsWindowTest, ColumnMenuAndCaseAtCaretsMatchTheToolsAndUndoToTheBytes
     // The block of the first field: its statistics, then a hex counter in its place.
     Drag(editor, PointOf(editor, 0, 0), PointOf(editor, 2, 11), Qt::AltModifier);
     QString told;
-    QTimer::singleShot(0, [&told] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        told = box->text();
-        box->accept();
+    AnswerDialog([&told](QWidget& box) {
+        if (auto* message = qobject_cast<QMessageBox*>(&box))
+            told = message->text();
     });
     Trigger(*window, "ColumnMenu", "ColumnStatisticsAction");
     EXPECT_EQ(told.toStdString() + "\n",
