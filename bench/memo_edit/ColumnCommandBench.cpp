@@ -1,7 +1,8 @@
 // Engine time of the column block commands and of a case command at 1,000 carets, on a
 // 200,000-row document of "KEY<i> = <i>" lines: numbers in a block of Arg rows, statistics
 // of such a block, aligning every line at "=", and lower case at 1,000 carets (the text upper
-// case first). Each timed command is taken back untimed by undo.
+// case first), and the first key in a block after a save. Each timed command is taken back
+// untimed by undo.
 #include "ZvMemoControl/ZvMemo.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 
@@ -124,6 +125,24 @@ void BM_LowerCaseAt1000Carets(benchmark::State& state) {
         [](zv::TZvMemo& m) { return m.acnLowerCase(); });
 }
 BENCHMARK(BM_LowerCaseAt1000Carets)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// The first key typed into a block of Arg rows right after a save: the rows' saved form is
+// kept as the block's rows change one by one.
+void BM_FirstBlockKeyAfterSave(benchmark::State& state) {
+    TimeCommand(
+        state,
+        [&state](zv::TZvMemo& m) {
+            m.Saved();
+            SelectBlock(m, static_cast<int>(state.range(0)));
+        },
+        [](zv::TZvMemo& m) { return m.KeyPress(u'x'); });
+}
+BENCHMARK(BM_FirstBlockKeyAfterSave)
+    ->Arg(1000)
+    ->Arg(10'000)
+    ->Iterations(3)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
 
