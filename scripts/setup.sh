@@ -19,9 +19,10 @@ build_pkgs=(
 # demos, Objective-C headers, Fortran modules, Pascal examples, LaTeX classes, SCSS, Less and
 # nginx files) for the comparison with Pygments; a minified script (libjs-popper.js) for the
 # long-line colouring; Universal Ctags and the packages whose sources the code explorer is
-# compared on (PEAR's PHP, Erlang's Java interface, underscore.js, Python's and zlib's headers).
+# compared on (PEAR's PHP, Erlang's Java interface, underscore.js, Python's and zlib's headers);
+# column (bsdextrautils) lays out the tables aligned text is compared with.
 test_pkgs=(
-  xvfb xauth icu-devtools dos2unix file diffutils xxd attr libxml2-utils pcre2-utils
+  xvfb xauth icu-devtools dos2unix file diffutils xxd attr libxml2-utils pcre2-utils bsdextrautils
   python3 python3-pygments libpython3.11-testsuite
   nodejs rustc default-jdk-headless perl lua5.4 ruby php-cli golang-go
   erlang-src nim r-base-core libgnustep-base-dev gfortran fp-compiler fp-units-fcl texlive-latex-base

@@ -259,6 +259,14 @@ public:
     // caret stands in no word of the block). Fills FSyncData's word fields.
     std::vector<TZvPos> SyncOccurrences();
     TSyncData FSyncData;
+    // True when an edit goes to every caret of the list or every row of a column block (and
+    // no such run is under way): commands then act through EditAtEveryCaret.
+    bool AtSeveralPlaces() const { return CaretsActive(); }
+    // Runs the single-caret `edit` at every caret of the list, or at every row of the column
+    // block (with that row's part selected), in document order, as one undo step and one
+    // repaint. `edit` says whether it changed anything and must change no line count. A block
+    // stays selected as it was. False when none changed the text or no run is possible.
+    bool EditAtEveryCaret(const std::function<bool()>& edit);
 
     // What undo keeps of the carets, and puts back.
     TCaretState CaretState() const;
@@ -378,6 +386,8 @@ private:
     bool PasteAtCarets(std::u16string_view text);
     std::u16string CaretsText() const;
     bool CutAtCarets();
+    // Overtype at every row of a zero-width block; false for a block with width.
+    bool OverwriteColumn(char16_t c);
     void EditEach(std::vector<TMultiCursorPos>& list, const std::function<void(std::size_t)>& edit);
     void BeginCaretEdit(TMultiEditUndo*& record);
     void EndCaretEdit(TMultiEditUndo* record);
@@ -584,6 +594,46 @@ public:
         std::int64_t Words = 0, Lines = 0, Chars = 0;
     };
     TWordCount acnWordCount() const;
+
+    // ---- Column block commands: on the selection in column mode, refused (false) without
+    // one. Each is one undo step through SetColSelText; afterwards a zero-width block stands
+    // behind what was put in.
+    // Blanks the block: each row's part becomes spaces as wide as the block (short rows are
+    // padded up to it).
+    bool acnColumnClear();
+    // Puts `text` (its first line) in place of each row's part.
+    bool acnColumnFill(std::u16string_view text);
+    // Puts `text` (its first line) in each row at the block's left edge, before the part.
+    bool acnColumnInsertBefore(std::u16string_view text);
+    // A counter in place of each row's part: start, start + step, ... in decimal or upper-case
+    // hex (a minus sign before the digits), right-aligned with spaces to the widest. A blank
+    // row (empty or only spaces and tabs) gets none and is not counted unless FNumEveryLine.
+    // With a caret list instead: MultiEditInsertNumbers.
+    bool InsertNumbers(std::int64_t start, std::int64_t step, bool hex);
+    bool acnColumnInsertNumbers(std::int64_t start, std::int64_t step, bool hex) {
+        return InsertNumbers(start, step, hex);
+    }
+    // The counter at every caret of the list in its order, in place of the selections,
+    // unpadded; one undo step. False without a caret list.
+    bool MultiEditInsertNumbers(std::int64_t start, std::int64_t step, bool hex);
+    struct TColumnStats {
+        std::int64_t Count = 0;
+        double Sum = 0, Min = 0, Max = 0; // Min and Max are 0 when Count is 0
+        double Average() const { return Count ? Sum / static_cast<double>(Count) : 0; }
+    };
+    // The numbers among the blank-separated words of the block (in column mode), else of the
+    // selection, else of the document: words of the form [+-]digits[.digits] or [+-].digits.
+    TColumnStats acnColumnStatistics() const;
+    // Aligns delimited lines (the command's lines): each line is cut at every `separator`
+    // (not empty), and field i of every line that has a separator after it is padded to the
+    // widest such field (in code points), with spaces or, with padWithTab, with tabs up to a
+    // common tab stop. removeSeparators puts one space (tabs: nothing) in place of each
+    // separator. Lines without a separator stay. One TAlignColumnsUndo step.
+    bool acnColumnAlignText(std::u16string_view separator, bool padWithTab, bool removeSeparators);
+    // Toggles the comment of the lines of every caret (or block row) once each, one step.
+    bool MultiEditToggleComment();
+
+    bool FNumEveryLine = false; // blank rows get a number and count too
 
     std::int32_t FRightMargin = 80;         // column of the right margin
     std::int32_t FTabCharsReplaced = 0;     // tabs or blank runs the last conversion replaced

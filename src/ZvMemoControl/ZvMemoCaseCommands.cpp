@@ -59,6 +59,11 @@ bool MapCase(std::u16string_view in, TCaseKind kind, std::u16string& out) {
 bool ChangeCase(TZvMemo& memo, TCaseKind kind) {
     if (!MayChangeText(memo))
         return false;
+    // Each caret's selection or word, or each block row's part (none in a short row), one step.
+    if (memo.AtSeveralPlaces())
+        return memo.EditAtEveryCaret([&memo, kind] {
+            return (memo.FMultiEditMode || memo.HasSelection()) && ChangeCase(memo, kind);
+        });
     TZvPos s, e;
     const bool selected = memo.HasSelection();
     if (selected) {

@@ -210,6 +210,8 @@ bool TZvMemo::UnCommentBlock() {
 bool TZvMemo::ToggleCommentBlock() {
     if (FSyncEditMode || !MayChangeText(*this))
         return false;
+    if (AtSeveralPlaces())
+        return MultiEditToggleComment();
     const TMarks marks = PickMarks(FCommentMarks, {}, {});
     if (!marks.Line.empty()) {
         int first = 0, last = 0;

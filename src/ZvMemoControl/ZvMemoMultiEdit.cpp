@@ -190,7 +190,7 @@ bool TZvCustomMemo::EditAtCarets(TCaretEdit kind, char16_t c) {
     if (!FMultiEditMode) {
         switch (kind) {
         case TCaretEdit::Char:
-            return SetColSelText(std::u16string(1, c), true);
+            return (FOverwrite && OverwriteColumn(c)) || SetColSelText(std::u16string(1, c), true);
         case TCaretEdit::Backspace:
             return DeleteColSelection(true);
         case TCaretEdit::Delete:

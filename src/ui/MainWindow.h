@@ -200,6 +200,9 @@ private:
     // Column mode and the caret list's actions (MainWindowCaretActions.cpp), their Edit submenu.
     void CreateCaretActions();
     void AddCaretMenu(QMenu& edit);
+    // The column block commands' actions (MainWindowColumnActions.cpp), their Edit submenu.
+    void CreateColumnActions();
+    void AddColumnMenu(QMenu& edit);
     // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
     // the groups showing are written back at exit.
     void LoadTabGroupLayout();

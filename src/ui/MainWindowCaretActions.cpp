@@ -41,6 +41,7 @@ void TMainWindow::CreateCaretActions() {
           [](TZvMemo& m) { m.ExitMultiEditMode(); });
     caret({"SyncEditAction", "Edit", "467", "S&ync edit", {"Shift+Ctrl+J"}},
           [](TZvMemo& m) { m.acnSyncEdit(); });
+    CreateColumnActions();
 }
 
 void TMainWindow::AddCaretMenu(QMenu& edit) {
@@ -49,6 +50,7 @@ void TMainWindow::AddCaretMenu(QMenu& edit) {
             {"ColumnModeAction", "-", "MultiSelectionAddWordAction", "MultiSelectionSkipWordAction",
              "MultiSelectionUndoAddWordAction", "-", "AddCaretAboveAction", "AddCaretBelowAction",
              "SingleCaretAction", "-", "SyncEditAction"});
+    AddColumnMenu(edit);
 }
 
 } // namespace zv

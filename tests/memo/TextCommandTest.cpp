@@ -431,6 +431,119 @@ TEST(LineCommandTest, JoinMoveCommentBehaveAsTheUserExpects) {
 
 // Random texts with mixed line ends, blank and indented lines, tabs and repeats. CR LF mixes
 // with LF or with CR, never LF with CR: a CR, an empty line and an LF would read as CR LF.
+// A zero-width (or wider) column block over rows top..bottom, columns left..right.
+void SelectBlock(TZvMemo& m, int top, int bottom, int left, int right) {
+    m.SetColumnMode(true);
+    m.SetSelection({left, top}, {right, bottom});
+}
+
+TEST(ColumnCommandTest, NumbersInABlockMatchSeqAndPrintfAndSkipBlankRowsUnlessTold) {
+    std::mt19937 rng(31);
+    const std::string text = RandomLines(rng, {"ab", "cd ", "x", " ", ""}, 60, 3);
+    struct TCase {
+        std::int64_t Start, Step;
+        bool Hex, Every;
+    };
+    for (const TCase c : {TCase{1, 1, false, false}, TCase{-5, 7, false, true},
+                          TCase{250, 3, true, false}, TCase{100, -9, false, false}}) {
+        const int top = std::uniform_int_distribution<int>(0, 20)(rng);
+        const int bottom = std::uniform_int_distribution<int>(top, 59)(rng);
+        TMemoFixture f(text);
+        int count = 0;
+        for (int row = top; row <= bottom; ++row)
+            count +=
+                c.Every || f.memo.RowText(row).find_first_not_of(u" \t") != std::u16string::npos;
+        f.memo.FNumEveryLine = c.Every;
+        SelectBlock(f.memo, top, bottom, 2, 2);
+        ASSERT_TRUE(f.memo.InsertNumbers(c.Start, c.Step, c.Hex));
+        // seq counts, printf formats; awk right-aligns them to the widest and puts one into
+        // each row of the block at column 2 (short rows padded), blank rows left out.
+        const std::string last = std::to_string(c.Start + c.Step * (count - 1));
+        const std::string script = "seq " + std::to_string(c.Start) + " " + std::to_string(c.Step) +
+                                   " " + last + " | while read n; do printf \"" +
+                                   (c.Hex ? "%X" : "%d") + R"(\n" $n; done > "$1.n"
+            w=$(awk "{ if (length > w) w = length } END { print w }" "$1.n")
+            awk -v w=$w -v t=)" + std::to_string(top) +
+                                   " -v b=" + std::to_string(bottom + 1) +
+                                   " -v every=" + std::to_string(c.Every) +
+                                   R"( "NR == FNR { num[NR] = \$0; next }
+                FNR > t && FNR <= b && (every || \$0 !~ /^[ \t]*\$/) {
+                    printf \"%-2s%\" w \"s%s\n\", substr(\$0, 1, 2), num[++k], substr(\$0, 3); next }
+                1" "$1.n" "$1")";
+        EXPECT_EQ(f.Bytes(), Tool(script, text)) << c.Start << " " << c.Step;
+        f.memo.Undo();
+        EXPECT_EQ(f.Bytes(), text);
+    }
+}
+
+TEST(ColumnCommandTest, StatisticsOfABlockMatchAwkOnTheSameCutColumns) {
+    std::mt19937 rng(37);
+    const std::string text = RandomLines(
+        rng, {"12", "-3.5", " ", "x", ".25", "7.", "+4", "1e3", "--2", "0", "\t", "900"}, 80, 6);
+    TMemoFixture f(text);
+    for (int round = 0; round < 12; ++round) {
+        const int top = std::uniform_int_distribution<int>(0, 79)(rng);
+        const int bottom = std::uniform_int_distribution<int>(top, 79)(rng);
+        const int left = std::uniform_int_distribution<int>(0, 10)(rng);
+        const int right = std::uniform_int_distribution<int>(left + 1, 30)(rng);
+        // Tabs make visual columns differ from cut's characters: expand first, as the block.
+        f.memo.DocState().FTabSize = 8;
+        SelectBlock(f.memo, top, bottom, left, right);
+        const auto stats = f.memo.acnColumnStatistics();
+        char ours[200];
+        std::snprintf(ours, sizeof ours, "%lld %.6f %.6f %.6f %.6f",
+                      static_cast<long long>(stats.Count), stats.Sum, stats.Min, stats.Max,
+                      stats.Average());
+        const std::string awk = "expand -t 8 \"$1\" | sed -n \"" + std::to_string(top + 1) + "," +
+                                std::to_string(bottom + 1) + "p\" | cut -c " +
+                                std::to_string(left + 1) + "-" + std::to_string(right) +
+                                R"( | awk "{ for (i = 1; i <= NF; i++)
+                if (\$i ~ /^[-+]?([0-9]+(\.[0-9]+)?|\.[0-9]+)\$/) {
+                    v = \$i + 0; if (!n || v < lo) lo = v; if (!n || v > hi) hi = v; s += v; n++ } }
+                END { printf \"%d %.6f %.6f %.6f %.6f\", n, s, lo, hi, n ? s / n : 0 }")";
+        EXPECT_EQ(ours, Tool(awk, text)) << top << ".." << bottom << " x " << left << ".." << right;
+    }
+}
+
+TEST(ColumnCommandTest, AlignedTextMatchesColumnTable) {
+    if (!HaveProgram("column") || !HaveProgram("expand"))
+        GTEST_SKIP() << "no column or expand";
+    std::mt19937 rng(41);
+    const std::vector<std::string> fields = {"a", "bb", "ccc d", " x", "", "Zeta ", "0"};
+    const auto align = [](bool tabs, bool remove) {
+        return [tabs, remove](TZvMemo& m) { m.acnColumnAlignText(u",", tabs, remove); };
+    };
+    for (int round = 0; round < 6; ++round) {
+        // column makes a table of as many cells as the longest line: all lines alike here.
+        const int cells = 2 + round % 3;
+        std::string text;
+        for (int line = 0; line < 40; ++line) {
+            for (int cell = 0; cell < cells; ++cell)
+                text += (cell ? "," : "") +
+                        fields[std::uniform_int_distribution<std::size_t>(0, 6)(rng)];
+            text += line == 0 ? "x\n" : "\n"; // no line all empty: column drops those
+        }
+        EXPECT_EQ(After(text, align(false, false)), Tool("column -t -s , -o , \"$1\"", text));
+        EXPECT_EQ(After(text, align(false, true)), Tool("column -t -s , -o \" \" \"$1\"", text));
+        // With tabs every separator stands at one column once expand has laid them out.
+        const std::string tabbed = Tool("expand -t 4 \"$1\"", After(text, [](TZvMemo& m) {
+                                            m.DocState().FTabSize = 4;
+                                            m.acnColumnAlignText(u",", true, false);
+                                        }));
+        std::vector<std::size_t> first;
+        for (std::size_t from = 0, end; (end = tabbed.find('\n', from)) != std::string::npos;
+             from = end + 1) {
+            std::vector<std::size_t> at;
+            for (std::size_t i = from; i < end; ++i)
+                if (tabbed[i] == ',')
+                    at.push_back(i - from);
+            if (first.empty())
+                first = at;
+            ASSERT_EQ(at, first) << tabbed;
+        }
+    }
+}
+
 std::string RandomDocument(std::mt19937& rng) {
     const std::vector<std::string> pieces = {"a",   "B",   " ",   "\t",       "  ",
                                              "// ", "<b>", "x y", "\xc3\xa9", "\xf0\x9f\x98\x80",
@@ -503,6 +616,8 @@ TEST(TextCommandUndoTest, EveryCommandUndoesToTheOriginalBytesAndRedoes) {
         {"json", false, [](TZvMemo& m) { return m.acnJSONPrettyPrint(2); }},
         {"line breaks", true, [](TZvMemo& m) { return m.acnAddHtmlLineBreaks(); }},
         {"date", false, [](TZvMemo& m) { return m.acnInsertDateTime(); }},
+        {"align", true, [](TZvMemo& m) { return m.acnColumnAlignText(u" ", false, false); }},
+        {"align tabs", true, [](TZvMemo& m) { return m.acnColumnAlignText(u"a", true, true); }},
     };
     std::mt19937 rng(29);
     for (int round = 0; round < 40; ++round) {

@@ -174,6 +174,63 @@ TEST(MultiCaret, AnEditAtAllCaretsEqualsTheEditAtEachFromTheLastToTheFirstAndUnd
     }
 }
 
+TEST(MultiCaret, CaseCommentOvertypeAndNumbersAtAllCaretsEqualTheCommandAtEachFromTheLast) {
+    const auto plain = [](TZvMemo& m, int op, int i) {
+        switch (op) {
+        case 0:
+            return m.acnUpperCase();
+        case 1:
+            return m.acnCapitalize();
+        case 2:
+            return m.ToggleCommentBlock();
+        case 3:
+            m.FOverwrite = true;
+            return m.KeyPress(u'#');
+        default:
+            return m.InsertText(Utf8ToUtf16(std::to_string(10 - 3 * i)));
+        }
+    };
+    for (unsigned seed = 1; seed <= 300; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 rng(seed);
+        const std::string original = RandomDocument(rng);
+        TMemoFixture f(original), each(original);
+        f.memo.FCommentMarks.LineA = each.memo.FCommentMarks.LineA = u"//";
+        const int op = Pick(rng, 0, 4);
+        const std::vector<TMultiCursorPos> carets = RandomCarets(rng, f.memo, false);
+        for (const TMultiCursorPos& c : carets)
+            f.memo.AddMultiCursorPos(c.aSelStartX, c.aSelStartY, c.aSelEndX, c.aSelEndY, c.aCurX,
+                                     c.aCurY);
+        if (op == 4)
+            f.memo.MultiEditInsertNumbers(10, -3, false);
+        else
+            plain(f.memo, op, 0);
+        // Case and comments keep every position (ASCII, no line added) but reach beyond the
+        // caret (its word, its line): they go from the first caret, the rest from the last. A
+        // comment goes once to each line: a caret whose first line an earlier caret toggled
+        // leaves its lines alone.
+        const int n = static_cast<int>(carets.size());
+        int toggled = -1;
+        for (int k = 0; k < n; ++k) {
+            const int i = op <= 2 ? k : n - 1 - k;
+            const TMultiCursorPos& c = carets[static_cast<std::size_t>(i)];
+            if (op == 2 && c.First().Y <= toggled)
+                continue;
+            toggled = c.Last().Y;
+            each.memo.SetSelection(c.First(), c.Last());
+            plain(each.memo, op, i);
+        }
+        const std::string edited = f.Bytes();
+        ASSERT_EQ(edited, each.Bytes()) << "op " << op << " on\n" << original;
+        if (edited == original)
+            continue;
+        f.memo.Undo();
+        EXPECT_EQ(f.Bytes(), original);
+        EXPECT_FALSE(f.memo.CanUndo()) << "one step";
+        EXPECT_TRUE(SameCarets(f.memo.FMultiCursorList, carets)) << "carets come back";
+    }
+}
+
 // The rectangle's model: each row of the block, with visual columns equal to characters (no
 // tabs in these texts).
 struct TBlockModel {
@@ -206,7 +263,7 @@ struct TBlockModel {
     }
 };
 
-TEST(ColumnBlock, TypingDeletingAndPastingEqualTheRectangleModelAndUndoInOneStep) {
+TEST(ColumnBlock, EditsAndBlockCommandsEqualTheRectangleModelAndUndoInOneStep) {
     for (unsigned seed = 1; seed <= 400; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 rng(seed);
@@ -228,13 +285,48 @@ TEST(ColumnBlock, TypingDeletingAndPastingEqualTheRectangleModelAndUndoInOneStep
         f.memo.SetSelection({c1, a}, {c2, b});
         if (!f.memo.HasSelection())
             continue;
-        const int op = Pick(rng, 0, 3);
+        const int op = Pick(rng, 0, 8);
         const std::u16string pasted = u"PP\nQ\nRRR";
+        const int width = model.right - model.left;
         switch (op) {
         case 0:
             f.memo.KeyPress(u'#');
             for (int r = model.top; r <= model.bottom; ++r)
                 model.Put(r, u"#");
+            break;
+        case 4: // overtype: a zero-width block takes the character after it in every row
+            f.memo.FOverwrite = true;
+            f.memo.KeyPress(u'#');
+            model.right += model.left == model.right;
+            for (int r = model.top; r <= model.bottom; ++r)
+                model.Put(r, u"#");
+            break;
+        case 5:
+            f.memo.acnColumnClear();
+            for (int r = model.top; r <= model.bottom; ++r)
+                model.Put(r, std::u16string(static_cast<std::size_t>(width), u' '));
+            break;
+        case 6:
+            f.memo.acnColumnFill(u"ab\ncd");
+            for (int r = model.top; r <= model.bottom; ++r)
+                model.Put(r, u"ab");
+            break;
+        case 7:
+            f.memo.acnColumnInsertBefore(u"<>");
+            model.right = model.left;
+            for (int r = model.top; r <= model.bottom; ++r)
+                model.Put(r, u"<>");
+            break;
+        case 8: // upper case of each row's part; a short row has none
+            f.memo.acnUpperCase();
+            for (int r = model.top; r <= model.bottom; ++r) {
+                std::u16string part =
+                    TBlockModel::Part(model.lines[std::size_t(r)], model.left, model.right);
+                for (char16_t& c : part)
+                    c = c >= u'a' && c <= u'z' ? char16_t(c - 32) : c;
+                if (!part.empty())
+                    model.Put(r, part);
+            }
             break;
         case 1:
         case 2: {

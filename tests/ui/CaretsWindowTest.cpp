@@ -5,11 +5,20 @@
 #include "ui/EditorWidget.h"
 #include "ui/MainWindow.h"
 
+#include "ui/Actions.h"
+
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
 #include <QMouseEvent>
+#include <QSpinBox>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -99,6 +108,90 @@ TEST_F(CaretsWindowTest, SyncEditFromItsShortcutRenamesAWordInTheSelectedRowsOnl
     Key(editor, "m");
     EXPECT_EQ(SaveAndRead(editor), "int num = 0;\nnum = num + 1;\nreturn num;\nn;\n");
     QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(SaveAndRead(editor), original);
+}
+
+// Runs the action of the Column menu or the case menu, as a click on its item does.
+void Trigger(zv::TMainWindow& window, const char* menuName, const char* action) {
+    auto* menu = window.menuBar()->findChild<QMenu*>(QString::fromLatin1(menuName));
+    ASSERT_NE(menu, nullptr) << menuName;
+    QAction* item = window.Actions().Get(action);
+    ASSERT_TRUE(menu->actions().contains(item)) << action;
+    window.Actions().UpdateActions();
+    ASSERT_TRUE(item->isEnabled()) << action;
+    item->trigger();
+}
+
+// Fills the modal dialog that opens next by `fill`, then accepts it.
+void AnswerDialog(const std::function<void(QWidget&)>& fill) {
+    QTimer::singleShot(0, [fill] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        fill(*dialog);
+        dialog->accept();
+    });
+}
+
+TEST_F(CaretsWindowTest, ColumnMenuAndCaseAtCaretsMatchTheToolsAndUndoToTheBytesOnDisk) {
+    std::string original;
+    for (int i = 0; i < 12; ++i)
+        original += std::to_string(10 + i * 7) + ",r" + std::to_string(i * 3) + "," +
+                    std::string(static_cast<std::size_t>(i % 3 + 1), 'z') + "\n";
+    zv::TEditorWidget& editor = Open("block.txt", original);
+    zvtest::WriteAll(dir / "original.txt", original);
+    const auto tool = [this](const std::string& pipeline) {
+        return zvtest::RunOutput("sh -c '" + pipeline + "' sh '" + (dir / "original.txt").string() +
+                                 "'");
+    };
+    const auto refocus = [this, &editor] {
+        QApplication::setActiveWindow(window.get());
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        editor.setFocus();
+    };
+
+    // The block of the first field: its statistics, then a hex counter in its place.
+    Drag(editor, PointOf(editor, 0, 0), PointOf(editor, 2, 11), Qt::AltModifier);
+    QString told;
+    AnswerDialog([&told](QWidget& box) {
+        if (auto* message = qobject_cast<QMessageBox*>(&box))
+            told = message->text();
+    });
+    Trigger(*window, "ColumnMenu", "ColumnStatisticsAction");
+    EXPECT_EQ(told.toStdString() + "\n",
+              tool("cut -c 1-2 \"$1\" | awk \"{ s += \\$1; if (NR == 1) lo = \\$1; hi = \\$1 } END "
+                   "{ printf \\\"Numbers: %d, sum: %d, minimum: %d, maximum: %d, average: "
+                   "%g\\n\\\", NR, s, lo, hi, s / NR }\""));
+    refocus();
+    AnswerDialog([](QWidget& d) {
+        d.findChild<QSpinBox*>(QStringLiteral("Start"))->setValue(8);
+        d.findChild<QCheckBox*>(QStringLiteral("Hex"))->setChecked(true);
+    });
+    Trigger(*window, "ColumnMenu", "ColumnInsertNumbersAction");
+    refocus();
+    EXPECT_EQ(SaveAndRead(editor), tool("seq 8 19 | xargs printf \"%2X\\n\" > \"$1.n\"; "
+                                        "cut -c 3- \"$1\" | paste -d \"\" \"$1.n\" -"));
+    QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(SaveAndRead(editor), original);
+
+    // Delimited lines aligned as column lays out a table.
+    QTest::mouseClick(editor.viewport(), Qt::LeftButton, {}, PointOf(editor, 0, 0));
+    AnswerDialog([](QWidget& d) {
+        d.findChild<QLineEdit*>(QStringLiteral("Separator"))->setText(QStringLiteral(","));
+        d.findChild<QCheckBox*>(QStringLiteral("RemoveSeparators"))->setChecked(true);
+    });
+    Trigger(*window, "ColumnMenu", "ColumnAlignTextAction");
+    refocus();
+    EXPECT_EQ(SaveAndRead(editor), tool("column -t -s , -o \" \" \"$1\""));
+    QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(SaveAndRead(editor), original);
+
+    // Upper case at two carets: the word at each.
+    QTest::mouseClick(editor.viewport(), Qt::LeftButton, {}, PointOf(editor, 4, 0));
+    QTest::mouseClick(editor.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                      PointOf(editor, 4, 2));
+    Trigger(*window, "ConvertCaseMenu", "UppercaseAction");
+    EXPECT_EQ(SaveAndRead(editor), tool("sed -e \"1s/r/R/\" -e \"3s/r/R/\" \"$1\""));
     QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(SaveAndRead(editor), original);
 }
