@@ -200,6 +200,8 @@ private:
     // Column mode and the caret list's actions (MainWindowCaretActions.cpp), their Edit submenu.
     void CreateCaretActions();
     void AddCaretMenu(QMenu& edit);
+    void CreateMoveActions();
+    void AddMoveMenus(QMenu& edit, QMenu& search);
     // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
     // the groups showing are written back at exit.
     void LoadTabGroupLayout();
