@@ -219,4 +219,48 @@ TEST_F(MoveActionsWindowTest, ChangedLineAndFoldWalksStopAtExactlyTheVisibleMark
               "\n    a();\n    b();\n");
 }
 
+TEST_F(MoveActionsWindowTest, UnderWordWrapLineSelectionsTakeTheFileLineAndScreenLinesOneRow) {
+    std::mt19937 random(5);
+    std::vector<std::string> lines;
+    std::string text;
+    for (int i = 0; i < 20; ++i) {
+        lines.push_back(RandomProse(random, 60));
+        std::replace(lines.back().begin(), lines.back().end(), '\n', ' ');
+        text += lines.back() + "\n";
+    }
+    zv::TEditorWidget& editor = Open("wrapped.txt", text);
+    editor.resize(300, 400);
+    Run("WordWrapAction");
+    zv::TZvMemo& memo = editor.Memo();
+    ASSERT_GT(memo.RowCount(), 40); // the lines are cut into rows
+    const auto selected = [&] {
+        return QString::fromStdU16String(memo.GetSelection()).toStdString();
+    };
+    for (int row = 0; row + 1 < memo.RowCount(); row += 3) {
+        const int x = static_cast<int>(random() % (memo.RowLength(row) + 1));
+        memo.SetTextCursor(x, row);
+        const TZvPos at = memo.Unwrapped(memo.Caret()); // column in the file's line
+        const std::string& line = lines[static_cast<std::size_t>(at.Y)];
+        Run("SelectToEOLAction");
+        EXPECT_EQ(selected(), line.substr(static_cast<std::size_t>(at.X))) << row;
+        memo.SetTextCursor(x, row);
+        Run("SelectToBOLAction");
+        EXPECT_EQ(selected(), line.substr(0, static_cast<std::size_t>(at.X))) << row;
+        memo.SetTextCursor(x, row);
+        Run("SelectToEndOfScreenLineAction");
+        const std::u16string_view rest = memo.RowText(row).substr(static_cast<std::size_t>(x));
+        EXPECT_EQ(memo.GetSelection(), rest) << row;
+    }
+}
+
+TEST_F(MoveActionsWindowTest, SelectTagTakesTheElementWhoseNameHoldsTheCaret) {
+    ASSERT_TRUE(kTreeRoot);
+    zv::TEditorWidget& editor =
+        Open("page.html", "<div>\n <p class=\"a\">x <b>y</b></p >\n</div>\n");
+    editor.Memo().SetTextCursor(2, 1); // on "p"
+    Run("SelectTagAction");
+    EXPECT_EQ(QString::fromStdU16String(editor.Memo().GetSelection()).toStdString(),
+              "<p class=\"a\">x <b>y</b></p >");
+}
+
 } // namespace
