@@ -650,6 +650,9 @@ public:
     // text they start from.
     bool acnNextOccurrence();
     bool acnPreviousOccurrence();
+    // Caret to `line` (1-based, a line of the file) at `column` (1-based, clipped to the
+    // line's end); false, the caret kept, for a line out of range.
+    bool acnGotoLine(int line, int column = 1);
     // Caret to column 0 of the nearest row below (above) the caret's that is changed or
     // changed and saved, or that heads a fold; hidden rows are passed over; no wrap.
     bool acnFindNextChangedLine();

@@ -1,8 +1,11 @@
 // The move commands of the command layer: named forms of the caret moves the keys make, the
-// next and previous occurrence of a word, and the walks to the next changed row or fold head.
+// go-to-line jump, the next and previous occurrence of a word, and the walks to the next
+// changed row or fold head.
 #include "ZvMemoControl/ZvMemo.h"
 #include "ZvMemoControl/ZvMemoFolds.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
+
+#include <algorithm>
 
 namespace zv {
 
@@ -79,6 +82,15 @@ void TZvMemo::acnScrollPageUp() {
 void TZvMemo::acnScrollPageDown() {
     LeaveCarets(*this);
     MovePage(1, 0);
+}
+
+bool TZvMemo::acnGotoLine(int line, int column) {
+    if (line < 1 || line > std::max(Lines().RealCount(), 1))
+        return false;
+    LeaveCarets(*this);
+    const TZvPos p = Wrapped({std::max(column, 1) - 1, line - 1});
+    SetTextCursor(std::min(p.X, RowLength(p.Y)), p.Y);
+    return true;
 }
 
 // ---- Occurrences ------------------------------------------------------------------------
