@@ -641,8 +641,9 @@ public:
     bool acnSelectSentence();
     bool acnSelectSentenceHome();
     bool acnSelectSentenceEnd();
-    // The rows of the innermost fold around the caret that the code structure lists as a
-    // function, constructor or destructor.
+    // The rows of the innermost fold around the caret that the fold pass marks as a
+    // function, constructor or destructor; when none is marked (syntaxes whose folds carry no
+    // kind), the outermost fold around the caret.
     bool acnSelectCurrentProcedure();
     // The selection on one row (or the word at the caret) is looked for, case-sensitive, as
     // a plain string after the selection's end (before its start), wrapping once round the

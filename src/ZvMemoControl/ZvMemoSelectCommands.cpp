@@ -309,17 +309,23 @@ bool TZvMemo::acnSelectCurrentProcedure() {
     const TZvMemoStrings& lines = Lines();
     if (FCurY >= lines.Count())
         return false;
+    int outermost = -1;
     for (int head = FoldHeadAround(lines, FCurY); head >= 0;
          head = head > 0 ? FoldHeadAround(lines, head - 1) : -1) {
-        const TCEListItemType item = lines.GetLineAttribute(head).Extra().ceListItem;
-        const bool procedure = item == ceFunction || item == ceConstructor || item == ceDestructor;
         const int end = GetNodeEndFromTopLine(lines, head);
-        if (procedure && end >= FCurY) {
+        if (end < FCurY)
+            continue; // a fold that ends above the caret's row
+        const TCEListItemType item = lines.GetLineAttribute(head).Extra().ceListItem;
+        if (item == ceFunction || item == ceConstructor || item == ceDestructor) {
             SelectRows(*this, head, end);
             return true;
         }
+        outermost = head;
     }
-    return false;
+    if (outermost < 0)
+        return false;
+    SelectRows(*this, outermost, GetNodeEndFromTopLine(lines, outermost));
+    return true;
 }
 
 // ---- Deletes ------------------------------------------------------------------------------

@@ -214,6 +214,9 @@ TEST_F(MoveActionsWindowTest, ChangedLineAndFoldWalksStopAtExactlyTheVisibleMark
     EXPECT_EQ(walk("PreviousNodeAction", 23), (std::vector<int>{20, 16, 12, 8, 4, 0}));
 
     editor.Memo().SetTextCursor(2, heads[4] + 1);
+    ASSERT_TRUE(editor.Memo().acnSelectCurrentProcedure());
+    EXPECT_EQ(Selection(editor), std::pair(TZvPos{0, heads[4]}, TZvPos{0, heads[5]}));
+    editor.Memo().SetTextCursor(2, heads[4] + 1);
     Run("SelectBraceEnclosedAction");
     EXPECT_EQ(QString::fromStdU16String(editor.Memo().GetSelection()).toStdString(),
               "\n    a();\n    b();\n");
