@@ -634,6 +634,88 @@ public:
     bool MultiEditToggleComment();
 
     bool FNumEveryLine = false; // blank rows get a number and count too
+    // ---- Moves and selections (ZvMemoMoveCommands.cpp, ZvMemoSelectCommands.cpp). None is
+    // refused by read-only; each leaves multi-caret mode first. A move drops the selection, a
+    // select extends it from where it stands (or from the caret). Screen lines are rows (a
+    // wrapped line has several); a line is a logical line. Those returning bool give false,
+    // changing nothing, when there is nowhere to go or nothing to select.
+    void acnHome();
+    void acnEnd();
+    void acnDocumentBeginning();
+    void acnDocumentEnd();
+    void acnTopOfPage();
+    void acnBottomOfPage();
+    void acnNextWord();
+    void acnPreviousWord();
+    void acnScrollLineUp();
+    void acnScrollLineDown();
+    void acnScrollPageUp();
+    void acnScrollPageDown();
+    void acnSelectUp();
+    void acnSelectDown();
+    void acnSelectLeft();
+    void acnSelectRight();
+    void acnSelectHome();
+    void acnSelectEnd();
+    void acnSelectPageUp();
+    void acnSelectPageDown();
+    void acnSelectNextWord();
+    void acnSelectPreviousWord();
+    void acnSelectToTopOfPage();
+    void acnSelectToBottomOfPage();
+    // Alt+Shift moves: a column block for this move (refused under word wrap: plain select).
+    void acnBlockSelectUp();
+    void acnBlockSelectDown();
+    void acnBlockSelectLeft();
+    void acnBlockSelectRight();
+    bool acnSelectToBOL();
+    bool acnSelectToEOL();
+    bool acnSelectToBeginOfScreenLine();
+    bool acnSelectToEndOfScreenLine();
+    // From the document's start to the caret, or from the caret to the document's end.
+    bool acnSelectAllAboveCurrent();
+    bool acnSelectAllBelowCurrent();
+    bool AcnSelectCurrentWord();
+    // The caret's line whole, with its line end (the last line: to its end).
+    bool AcnSelectCurrentLine();
+    // A paragraph is a run of lines that are not blank (empty or spaces and tabs only); the
+    // caret's paragraph is selected whole with the last line's line end. On a blank line:
+    // false.
+    bool acnSelectParagraph();
+    // A sentence starts at a character other than white space and ends behind a run of
+    // ".", "!" or "?" followed by white space or a line end, or at the last such character
+    // before a blank line or the document's end. The caret's sentence is the first one that
+    // ends behind the caret. Home: from the caret back to its start (false when the caret
+    // stands before it); End: from the caret to its end.
+    bool acnSelectSentence();
+    bool acnSelectSentenceHome();
+    bool acnSelectSentenceEnd();
+    // The rows of the innermost fold around the caret that the fold pass marks as a
+    // function, constructor or destructor; when none is marked (syntaxes whose folds carry no
+    // kind), the outermost fold around the caret.
+    bool acnSelectCurrentProcedure();
+    // The selection on one row (or the word at the caret) is looked for, case-sensitive, as
+    // a plain string after the selection's end (before its start), wrapping once round the
+    // document; the hit becomes the selection, the caret at its end. Hits never overlap the
+    // text they start from.
+    bool acnNextOccurrence();
+    bool acnPreviousOccurrence();
+    // Caret to `line` (1-based, a line of the file) at `column` (1-based, clipped to the
+    // line's end); false, the caret kept, for a line out of range.
+    bool acnGotoLine(int line, int column = 1);
+    // Caret to column 0 of the nearest row below (above) the caret's that is changed or
+    // changed and saved, or that heads a fold; hidden rows are passed over; no wrap.
+    bool acnFindNextChangedLine();
+    bool acnFindPreviousChangedLine();
+    bool acnFindNextNode();
+    bool acnFindPreviousNode();
+    // Delete what the matching select command selects, as one undo step; refused like any
+    // edit. False when the span is empty.
+    bool acnDeleteToBeginOfScreenLine();
+    bool acnDeleteToEndOfScreenLine();
+    bool acnDeleteSentence();
+    bool acnDeleteToSentenceHome();
+    bool acnDeleteToSentenceEnd();
 
     std::int32_t FRightMargin = 80;         // column of the right margin
     std::int32_t FTabCharsReplaced = 0;     // tabs or blank runs the last conversion replaced
@@ -642,6 +724,12 @@ public:
 private:
     bool IndentLines(bool indent);
     bool DeleteToWordStep(int dx);
+    // The span a sentence command covers: [from, to) in rows; false when there is none.
+    bool SentenceSpan(int part, TZvPos& from, TZvPos& to);
+    bool SelectSpan(bool found, TZvPos anchor, TZvPos target);
+    bool DeleteSpan(bool found, TZvPos from, TZvPos to);
+    bool FindOccurrence(bool forward);
+    bool GoToMarkedRow(int dy, bool (*marked)(const TZvMemoStrings&, int));
 };
 
 } // namespace zv

@@ -10,7 +10,9 @@ target_sources(zv_memo_edit PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoJsonCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoLineBlock.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoLineCommands.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ZvMemoMoveCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoReformat.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ZvMemoSelectCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoSortLines.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoTabCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoTextCommands.cpp)

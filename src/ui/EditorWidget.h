@@ -119,6 +119,11 @@ public:
     // Puts the caret at the brace that pairs with the one at the caret, or with the nearest
     // enclosing one; false (caret kept) without a syntax or a pair.
     bool GoToMatchingBrace();
+    // Selects what the brace pair at or around the caret encloses (`withBraces`: the braces
+    // too), or the markup element whose tag name holds the caret, from "<" of its opening
+    // tag to ">" of its closing one. False (nothing changed) without a syntax or a pair.
+    bool SelectBraceEnclosed(bool withBraces);
+    bool SelectTag();
     // Indents as the document does: with tabs when the syntax needs them or the text is
     // indented with tabs, with spaces when it is indented with spaces; otherwise as the
     // settings say. Call after the settings and the syntax are applied.
@@ -232,6 +237,8 @@ private:
     void RowsScannedFromThread(int first); // background thread: post a repaint
     void RowsScanned();                    // main thread: repaint what the sweep reached
     void UpdateMarks();                    // brace and tag pair at the caret
+    // The matched brace pair at or around the caret, opener first; false without one.
+    bool BracesAtCaret(TZvPos& open, TZvPos& close);
     TRunPainter& Painter();
     void ApplyZoom();
     // Tab and Shift+Tab; false for other keys.

@@ -103,17 +103,11 @@ void TEditorWidget::wheelEvent(QWheelEvent* event) {
 // ---- Matching brace ---------------------------------------------------------------------
 
 bool TEditorWidget::GoToMatchingBrace() {
-    if (!FScan || FMemo.FCurY >= FLines->Count())
+    TZvPos open, close;
+    if (!BracesAtCaret(open, close))
         return false;
-    const TZvPos caret = FMemo.Caret();
-    const TBracePair pair = FindBracePair(FScan->Scanner(), caret.X, caret.Y, true);
-    if (pair.Left.x < 0 || !pair.Matched)
-        return false;
-    // The pair comes as the brace found and its partner; in document order the first opens.
     // Before an opener, behind a closer: pressing again jumps back.
-    TZvPos open{pair.Left.x, pair.Left.Y}, close{pair.Right.x, pair.Right.Y};
-    if (close < open)
-        std::swap(open, close);
+    const TZvPos caret = FMemo.Caret();
     ++close.X;
     const TZvPos target = caret == open ? close : open;
     FMemo.SetTextCursor(target.X, target.Y);

@@ -203,6 +203,8 @@ private:
     // The column block commands' actions (MainWindowColumnActions.cpp), their Edit submenu.
     void CreateColumnActions();
     void AddColumnMenu(QMenu& edit);
+    void CreateMoveActions();
+    void AddMoveMenus(QMenu& edit, QMenu& search);
     // With "Window"/"SaveTabLayout", the groups "TabGroup1".."TabGroup5" show at start, and
     // the groups showing are written back at exit.
     void LoadTabGroupLayout();

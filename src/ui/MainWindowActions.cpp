@@ -228,6 +228,7 @@ void TMainWindow::CreateActions() {
     CreateHighlightActions();
     CreateFoldActions();
     CreateCaretActions();
+    CreateMoveActions();
     FSearch = new TWindowSearch(*this, FHelper);
     FSearch->AddActions(list);
     list.FOnCloseAllInGroup = [this] {
@@ -279,6 +280,7 @@ void TMainWindow::CreateMenuBar() {
     a.AddTo(*format, {"IndentAction", "UnIndentAction"});
     AddTextMenus(*edit, *format);
     AddCaretMenu(*edit);
+    AddMoveMenus(*edit, *search);
     FillBookmarksMenu(*a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu"));
     a.AddTo(*a.AddMenu(bar, "m07", "&Tools", "ToolsMenu"),
             {"FindCommandAction", "RunLastAction", "-", "WordCountAction", "-",

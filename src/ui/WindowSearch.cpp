@@ -501,10 +501,7 @@ bool TWindowSearch::GoToLine(const QString& where) {
         return false;
     }
     const int column = m.captured(2).isEmpty() ? 1 : std::max(m.captured(2).toInt(), 1);
-    editor->Run([&](TZvMemo& target) {
-        const TZvPos p = target.Wrapped({column - 1, line - 1});
-        target.SetTextCursor(std::min(p.X, target.RowLength(p.Y)), p.Y);
-    });
+    editor->Run([&](TZvMemo& target) { target.acnGotoLine(line, column); });
     editor->setFocus();
     return true;
 }
