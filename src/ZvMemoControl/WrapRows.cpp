@@ -11,6 +11,7 @@ namespace {
 constexpr int kMinWrapColumns = 16; // a narrower view is not wrapped
 constexpr int kMinRowUnits = 12;    // no row is cut narrower
 constexpr int kBreakReach = 20;     // how far back a cut looks for a break
+constexpr int kMaxIndent = 5;       // a deeper indent shifts a continuation no further
 
 bool IsBreakAfter(char16_t c) {
     return std::u16string_view(u" \t,.:;=)}]>").find(c) != std::u16string_view::npos;
@@ -18,6 +19,16 @@ bool IsBreakAfter(char16_t c) {
 
 bool IsBreakBefore(char16_t c) {
     return std::u16string_view(u"({[<").find(c) != std::u16string_view::npos;
+}
+
+// The columns of `firstRow`'s leading blanks (tab stops of `tabSize`), at most kMaxIndent;
+// 0 for a row of blanks only, which has no indent to follow.
+int IndentColumns(std::u16string_view firstRow, int tabSize) {
+    int columns = 0;
+    std::size_t i = 0;
+    for (; i < firstRow.size() && (firstRow[i] == u' ' || firstRow[i] == u'\t'); ++i)
+        columns = firstRow[i] == u' ' ? columns + 1 : (columns / tabSize + 1) * tabSize;
+    return i < firstRow.size() ? std::min(columns, kMaxIndent) : 0;
 }
 
 bool IsLowSurrogate(char16_t c) {
@@ -124,14 +135,21 @@ TCutRule CutRuleFor(const TZvMemoState& state, std::u16string_view firstRow) {
         return rule;
     rule.Width = std::clamp(state.FWrapColumns, kMinRowUnits, rule.Width);
     rule.Absolute = state.FWrapAtAbsoluteMargin;
-    if (state.FIndentWrappedLines) {
-        std::size_t indent = 0;
-        while (indent < firstRow.size() && (firstRow[indent] == u' ' || firstRow[indent] == u'\t'))
-            ++indent;
-        if (indent < firstRow.size()) // a row of blanks only has no indent to follow
-            rule.Narrower = std::clamp(static_cast<int>(indent) - 1, 0, 4);
-    }
+    // The view's width holds one column more than the rule (see WrapColumns), so a
+    // continuation shifted by the indent is one unit narrower than the indent.
+    if (state.FIndentWrappedLines)
+        rule.Narrower = std::max(IndentColumns(firstRow, std::max(state.FTabSize, 1)) - 1, 0);
     return rule;
+}
+
+int ContinuationIndent(const TZvMemoStrings& lines, int row) {
+    const TZvMemoState& state = lines.Memo();
+    if (!state.FIndentWrappedLines || !WordWrapInForce(state) || row <= 0 || row >= lines.Count() ||
+        !lines.GetLineAttribute(row).Wrapped())
+        return 0;
+    // By the position index: a line may have thousands of rows above this one.
+    const int first = lines.GetWrapIndex(lines.GetRealLine(row));
+    return IndentColumns(lines.Get(first), std::max(state.FTabSize, 1));
 }
 
 void CutLine(std::u16string_view line, const TCutRule& rule, std::vector<int>& lengths) {

@@ -25,6 +25,10 @@ struct TCutRule {
 };
 // The rule in force for a line whose first row is `firstRow`.
 TCutRule CutRuleFor(const TZvMemoState& state, std::u16string_view firstRow);
+// Columns by which row `row` is drawn right of where its first row starts: on a
+// continuation row, with word wrap laying out the rows and FIndentWrappedLines, the first
+// row's indent (tabs expanded), at most 5; otherwise 0. The cut gives such rows room for it.
+int ContinuationIndent(const TZvMemoStrings& lines, int row);
 // The lengths of the rows `line` is cut into (one entry, the whole length, when it fits;
 // an empty line is one empty row). Without Absolute a cut looks back up to 20 units (less
 // on narrow rows) for a break: after a blank or punctuation, before an opening bracket.

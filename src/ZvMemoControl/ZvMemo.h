@@ -86,7 +86,8 @@ public:
     // UTF-16 units. Past the row's end each column counts 1.
     int FromRealCursorPos(int row, int col) const;
     int ToRealCursorPos(int row, int visualCol) const;
-    // Pixel position of character column `col` of `row` (FMargin included).
+    // Pixel position of character column `col` of `row` (FMargin and the indent of a
+    // continuation row included).
     double TextLength(int row, int col) const;
     // The character column whose position is nearest to pixel `px` in `row` (no clipping to
     // the row's end: past it, columns step by a space width).

@@ -354,7 +354,7 @@ void TEditorWidget::RestartBlink() {
 // One walk over the row: each run of kept bytes gets one box (a row of nothing else stays
 // linear, where asking each byte's column would walk the row again per byte).
 void TEditorWidget::MarkInvalidBytes(QPainter& painter, const TRunPainter& runPainter,
-                                     std::u16string_view text, int y) const {
+                                     std::u16string_view text, QPointF origin) const {
     qreal x = 0;
     std::size_t done = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -365,7 +365,8 @@ void TEditorWidget::MarkInvalidBytes(QPainter& painter, const TRunPainter& runPa
             ++end;
         const qreal x1 = runPainter.AdvanceX(text.substr(done, i - done), x);
         x = runPainter.AdvanceX(text.substr(i, end - i), x1);
-        painter.fillRect(QRectF(TextLeft() + x1, y, x - x1, LineHeight()), kInvalidByteBack);
+        painter.fillRect(QRectF(origin.x() + x1, origin.y(), x - x1, LineHeight()),
+                         kInvalidByteBack);
         done = i = end;
     }
 }
@@ -406,21 +407,22 @@ void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
         if (p.x >= 0 && p.Y == row)
             braces.push_back({p.x, FBraces.Matched});
     TRunPainter& runPainter = Painter();
-    runPainter.PaintRow(painter, QPointF(left, y), text, runs, braces, viewport()->width(),
+    const qreal textLeft = RowTextLeft(row);
+    runPainter.PaintRow(painter, QPointF(textLeft, y), text, runs, braces, viewport()->width(),
                         rowStyle);
     // The tag pair: the opening tag's name and ">" and the closing tag's name.
     const auto markTag = [&](int tagRow, int x, int length) {
         if (tagRow != row || x < 0 || length <= 0)
             return;
         const qreal x1 = runPainter.ColumnX(text, x), x2 = runPainter.ColumnX(text, x + length);
-        painter.fillRect(QRectF(left + x1, y, x2 - x1, lineHeight), kTagPairBack);
+        painter.fillRect(QRectF(textLeft + x1, y, x2 - x1, lineHeight), kTagPairBack);
     };
     markTag(FTags.StartY, FTags.StartX, FTags.StartLen);
     markTag(FTags.StartEndY, FTags.StartEndX, FTags.StartEndLen);
     markTag(FTags.EndY, FTags.EndX, FTags.EndLen);
     PaintHighlightMarks(painter, row, y, text, runs);
     if (FLines->InvalidBytesKept() > 0) // only such documents pay for the look
-        MarkInvalidBytes(painter, runPainter, text, y);
+        MarkInvalidBytes(painter, runPainter, text, QPointF(textLeft, y));
     if (FOnRowPainted)
         FOnRowPainted(row, runs);
     const int width = static_cast<int>(FMeasure.TextWidth(text));

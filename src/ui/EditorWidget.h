@@ -145,6 +145,9 @@ public:
     // The gutter's label of a row: its real line's number, or the wrap mark on a continuation.
     QString RowLabel(int row) const;
     static const QString kWrapMark;
+    // Viewport x where the text of `row` starts: a continuation row is drawn indented, as
+    // the memo's pixel positions (caret, clicks, selection) count it.
+    qreal RowTextLeft(int row) const;
     bool FWrapAtColumn = false;
     int FWrapAtColumnValue = 80;
     bool FWrapAtRightMargin = false;
@@ -219,7 +222,7 @@ private:
     void PaintRow(QPainter& painter, int row, int y, const std::vector<TColourRun>& runs);
     // Red boxes over the bytes of `text` (a row painted at `y`) that the encoding could not read.
     void MarkInvalidBytes(QPainter& painter, const TRunPainter& runPainter,
-                          std::u16string_view text, int y) const;
+                          std::u16string_view text, QPointF origin) const;
     // Joins the document's scan (making it when the document has a style set and none yet).
     void AttachScan();
     void DetachScan();

@@ -20,6 +20,10 @@ int TEditorWidget::WrapColumns() const {
     return (viewport()->width() - GutterWidth() - 4) / charWidth - 1;
 }
 
+qreal TEditorWidget::RowTextLeft(int row) const {
+    return TextLeft() + FMemo.TextLength(row, 0); // the widget's FMargin is 0
+}
+
 void TEditorWidget::SetWordWrap(bool on) {
     FMemo.SetWordWrap(on, WrapColumns());
     horizontalScrollBar()->setValue(0);

@@ -143,6 +143,58 @@ TEST_F(WrapWindowTest, WrapFollowsTheWidthAndTypingAtACutSavesThePlainInsertion)
     EXPECT_EQ(zvtest::EditorText(editor) + "\n", expected + "\n");
 }
 
+// Where the painted pixels of viewport row `index` begin from x `from` on: the first that
+// `match` accepts, or -1.
+template <class Match>
+int FirstPixel(const zv::TEditorWidget& editor, int index, int from, Match match) {
+    const QImage image = editor.viewport()->grab().toImage();
+    const int h = editor.fontMetrics().lineSpacing();
+    for (int x = from; x < image.width(); ++x)
+        for (int y = index * h; y < (index + 1) * h && y < image.height(); ++y)
+            if (match(image.pixelColor(x, y)))
+                return x;
+    return -1;
+}
+
+TEST_F(WrapWindowTest, ContinuationRowsAreDrawnClickedAndSelectedUnderTheFirstRowsText) {
+    std::string text = "    ";
+    for (int word = 0; word < 60; ++word)
+        text += "w" + std::to_string(word) + (word % 5 ? " " : ", ");
+    text += "\nend\n";
+    zv::TEditorWidget& editor = Open("indented.txt", text);
+    window->resize(600, 400);
+    QApplication::processEvents();
+    editor.SetWordWrap(true);
+    QApplication::processEvents();
+    ASSERT_TRUE(editor.Lines()->IsLineWrapped(1));
+    editor.Memo().SetTextCursor(0, 0);
+    const int left = editor.CaretRect().x();                      // column 0 of a first row
+    editor.Memo().SetTextCursor(0, editor.Memo().RowCount() - 1); // no row highlight on 0, 1
+    const auto ink = [](const QColor& c) { return qGray(c.rgb()) < 100; };
+    // Every row starts with a "w": the continuation's first glyph stands under the first's.
+    const int firstInk = FirstPixel(editor, 0, left, ink),
+              continuationInk = FirstPixel(editor, 1, left, ink);
+    ASSERT_GT(firstInk, 0);
+    EXPECT_EQ(continuationInk, firstInk);
+
+    // A click on the k-th character drawn on the continuation row puts the caret before it.
+    const int cw = editor.fontMetrics().horizontalAdvance(QLatin1Char('M'));
+    const int h = editor.fontMetrics().lineSpacing();
+    for (int k : {0, 3, 8}) {
+        QTest::mouseClick(editor.viewport(), Qt::LeftButton, {},
+                          QPoint(continuationInk + k * cw + cw / 3, h + h / 2));
+        EXPECT_EQ(editor.Memo().Caret(), (zv::TZvPos{k, 1})) << k;
+    }
+
+    // A selection from a row's first "w" is painted from the same x on both rows.
+    const auto selected = [](const QColor& c) { return c == QColor(0xAD, 0xD6, 0xFF); };
+    editor.Memo().SetSelection({4, 0}, {7, 0});
+    const int firstSelected = FirstPixel(editor, 0, left, selected);
+    editor.Memo().SetSelection({0, 1}, {3, 1});
+    ASSERT_GT(firstSelected, 0);
+    EXPECT_EQ(FirstPixel(editor, 1, left, selected), firstSelected);
+}
+
 TEST_F(WrapWindowTest, HomeAndEndGoByRowsThenByTheLine) {
     zv::TEditorWidget& editor = Open("keys.txt", LongLines());
     window->resize(600, 400);
