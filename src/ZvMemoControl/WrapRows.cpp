@@ -135,10 +135,11 @@ TCutRule CutRuleFor(const TZvMemoState& state, std::u16string_view firstRow) {
         return rule;
     rule.Width = std::clamp(state.FWrapColumns, kMinRowUnits, rule.Width);
     rule.Absolute = state.FWrapAtAbsoluteMargin;
-    // The view's width holds one column more than the rule (see WrapColumns), so a
-    // continuation shifted by the indent is one unit narrower than the indent.
+    // A continuation is narrower by all of its indent: every row then ends by the same
+    // column, and the column the view holds beyond the rule (see the widget's WrapColumns)
+    // stays free for the wrap mark.
     if (state.FIndentWrappedLines)
-        rule.Narrower = std::max(IndentColumns(firstRow, std::max(state.FTabSize, 1)) - 1, 0);
+        rule.Narrower = IndentColumns(firstRow, std::max(state.FTabSize, 1));
     return rule;
 }
 

@@ -467,6 +467,7 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
                              palette().color(QPalette::AlternateBase));
         painter.setClipRect(gutter, y, viewport()->width() - gutter, lineHeight);
         PaintRow(painter, row, y, PaintRuns(row, state));
+        PaintWrapMarks(painter, row, y);
     }
     painter.setClipping(false);
     painter.fillRect(0, 0, gutter - 4, viewport()->height(), palette().color(QPalette::Window));

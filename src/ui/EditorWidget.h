@@ -148,6 +148,11 @@ public:
     // Viewport x where the text of `row` starts: a continuation row is drawn indented, as
     // the memo's pixel positions (caret, clicks, selection) count it.
     qreal RowTextLeft(int row) const;
+    // Wrap marks in the text area (FDisplayWrapMarkers, "EditorMisc"/"DisplayWrapMarkers"):
+    // a hook after the text of a row whose line goes on below, and an arrow in the indent
+    // of a continuation row, in kWrapMarkColor.
+    static const QColor kWrapMarkColor;
+    bool FDisplayWrapMarkers = true;
     bool FWrapAtColumn = false;
     int FWrapAtColumnValue = 80;
     bool FWrapAtRightMargin = false;
@@ -189,6 +194,7 @@ protected:
 private:
     void UpdateScrollBars();
     void RefreshWrap(); // cuts the rows again when the wrap width changed
+    void PaintWrapMarks(QPainter& painter, int row, int y); // of `row`, painted at `y`
     int GutterWidth() const;
     // Bookmarks, line marks and change bars of the painted rows in the gutter.
     void PaintGutterMarks(QPainter& painter, const std::vector<int>& rows, int gutter);

@@ -143,20 +143,20 @@ TEST_F(WrapWindowTest, WrapFollowsTheWidthAndTypingAtACutSavesThePlainInsertion)
     EXPECT_EQ(zvtest::EditorText(editor) + "\n", expected + "\n");
 }
 
-// Where the painted pixels of viewport row `index` begin from x `from` on: the first that
-// `match` accepts, or -1.
+// Where the painted pixels of viewport row `index` begin in [from, to) (to -1: the width):
+// the first that `match` accepts, or -1.
 template <class Match>
-int FirstPixel(const zv::TEditorWidget& editor, int index, int from, Match match) {
+int FirstPixel(const zv::TEditorWidget& editor, int index, int from, Match match, int to = -1) {
     const QImage image = editor.viewport()->grab().toImage();
     const int h = editor.fontMetrics().lineSpacing();
-    for (int x = from; x < image.width(); ++x)
+    for (int x = from; x < (to < 0 ? image.width() : std::min(to, image.width())); ++x)
         for (int y = index * h; y < (index + 1) * h && y < image.height(); ++y)
             if (match(image.pixelColor(x, y)))
                 return x;
     return -1;
 }
 
-TEST_F(WrapWindowTest, ContinuationRowsAreDrawnClickedAndSelectedUnderTheFirstRowsText) {
+TEST_F(WrapWindowTest, ContinuationRowsAreDrawnClickedSelectedAndMarkedUnderTheFirstRowsText) {
     std::string text = "    ";
     for (int word = 0; word < 60; ++word)
         text += "w" + std::to_string(word) + (word % 5 ? " " : ", ");
@@ -193,6 +193,24 @@ TEST_F(WrapWindowTest, ContinuationRowsAreDrawnClickedAndSelectedUnderTheFirstRo
     editor.Memo().SetSelection({0, 1}, {3, 1});
     ASSERT_GT(firstSelected, 0);
     EXPECT_EQ(FirstPixel(editor, 1, left, selected), firstSelected);
+
+    // Wrap marks: after the text of a row whose line goes on, in the indent of a continuation.
+    editor.Memo().SetTextCursor(0, editor.Memo().RowCount() - 1);
+    const auto mark = [](const QColor& c) { return c == zv::TEditorWidget::kWrapMarkColor; };
+    const auto marks = [&](int row) {
+        const int end =
+            left + static_cast<int>(editor.Memo().TextLength(row, editor.Memo().RowLength(row)));
+        const int textLeft = left + static_cast<int>(editor.Memo().TextLength(row, 0));
+        return std::pair(FirstPixel(editor, row, end, mark) >= 0,
+                         FirstPixel(editor, row, left, mark, textLeft) >= 0);
+    };
+    for (int row = 0; row < editor.Memo().RowCount(); ++row)
+        EXPECT_EQ(marks(row), std::pair(editor.Lines()->IsLineWrapped(row + 1),
+                                        editor.Lines()->IsLineWrapped(row)))
+            << row;
+    editor.FDisplayWrapMarkers = false;
+    EXPECT_EQ(marks(0), std::pair(false, false));
+    EXPECT_EQ(marks(1), std::pair(false, false));
 }
 
 TEST_F(WrapWindowTest, HomeAndEndGoByRowsThenByTheLine) {
