@@ -57,6 +57,31 @@ int CutBefore(std::u16string_view line, int pos, int end, bool absolute) {
     return cut;
 }
 
+// The end (exclusive) of the longest piece from `pos` that fits `width` columns, at least
+// one unit. `nextTab` caches the first tab at or after `pos` (below `pos`: not looked for
+// yet), so lines without tabs are never walked unit by unit.
+int FitEnd(std::u16string_view line, int pos, int width, int tabSize, int& nextTab) {
+    const int n = static_cast<int>(line.size());
+    if (tabSize <= 0)
+        return std::min(pos + width, n);
+    if (nextTab < pos) {
+        const std::size_t tab = line.find(u'\t', static_cast<std::size_t>(pos));
+        nextTab = tab == std::u16string_view::npos ? n : static_cast<int>(tab);
+    }
+    if (nextTab >= pos + width)
+        return std::min(pos + width, n);
+    int column = 0, end = pos;
+    for (; end < n; ++end) {
+        const int next = line[static_cast<std::size_t>(end)] == u'\t'
+                             ? (column / tabSize + 1) * tabSize
+                             : column + 1;
+        if (next > width)
+            break;
+        column = next;
+    }
+    return std::max(end, pos + 1);
+}
+
 // Puts `text` (the logical line at `row`, `count` rows now) into rows of `lengths`:
 // existing rows are reused, extra ones added as continuations, spare ones removed. The
 // pieces share `text`'s buffer. Returns the rows added.
@@ -135,6 +160,7 @@ TCutRule CutRuleFor(const TZvMemoState& state, std::u16string_view firstRow) {
         return rule;
     rule.Width = std::clamp(state.FWrapColumns, kMinRowUnits, rule.Width);
     rule.Absolute = state.FWrapAtAbsoluteMargin;
+    rule.TabSize = std::max(state.FTabSize, 1);
     // A continuation is narrower by all of its indent: every row then ends by the same
     // column, and the column the view holds beyond the rule (see the widget's WrapColumns)
     // stays free for the wrap mark.
@@ -156,9 +182,9 @@ int ContinuationIndent(const TZvMemoStrings& lines, int row) {
 void CutLine(std::u16string_view line, const TCutRule& rule, std::vector<int>& lengths) {
     lengths.clear();
     const int n = static_cast<int>(line.size());
-    int pos = 0, width = std::max(rule.Width, 1);
-    while (n - pos > width) {
-        const int cut = CutBefore(line, pos, pos + width, rule.Absolute);
+    int pos = 0, width = std::max(rule.Width, 1), nextTab = -1;
+    for (int end; (end = FitEnd(line, pos, width, rule.TabSize, nextTab)) < n;) {
+        const int cut = CutBefore(line, pos, end, rule.Absolute);
         lengths.push_back(cut - pos);
         pos = cut;
         width = std::max(rule.Width - rule.Narrower, std::min(rule.Width, kMinRowUnits));
