@@ -6,6 +6,7 @@
 // record, and the document is modified exactly when the text differs from the loaded one.
 // Hard wrap: typed lines cut at the right margin with real line ends, one undo step a cut.
 // Word wrap of random lines: rows join to the line, fit the width and cut at breaks.
+// Loading: a read slice that ends inside a pair or a CR LF splits neither.
 #include "MemoFixture.h"
 
 #include "ZvMemoControl/WrapRows.h"
@@ -368,6 +369,97 @@ TEST(CutRows, WrapCutsAtBreaksWithinTheWidthAndJoinsBack) {
             }
         }
         ASSERT_EQ(joined, text);
+    }
+}
+
+} // namespace
+} // namespace zv::test
+
+namespace zv::test {
+namespace {
+
+std::string Utf16LeWithBom(std::u16string_view text) {
+    std::string bytes = "\xFF\xFE";
+    for (char16_t c : text) {
+        bytes += static_cast<char>(c & 0xFF);
+        bytes += static_cast<char>(c >> 8);
+    }
+    return bytes;
+}
+
+// Long lines read in slices of the file: a line of astral characters whose forced cut ends
+// where a slice ends, with the slice ending inside a pair, and a CR LF split by a slice end.
+// No row starts inside a pair; saving gives the file's bytes; a character typed at each cut
+// near the slice end saves as the same insertion into the plain text, and undo gives the
+// file back.
+TEST(CutRows, LoadedCutsKeepSurrogatePairsAndLineEndsAcrossReadSlices) {
+    const std::u16string pair = u"\U0001F600";
+    for (int shift = -1; shift <= 1; ++shift) {
+        // A slice is 250000 units: the row from "c" fills the limit up to that unit.
+        std::u16string split(static_cast<std::size_t>(142 + shift), u'a');
+        split += u"\r\n";
+        for (int i = 0; i < 2048 * 60; ++i)
+            split += pair;
+        split += u'c';
+        for (int i = 0; i < 5000; ++i)
+            split += pair;
+        std::u16string crlf(static_cast<std::size_t>(249999 + shift), u'x');
+        crlf += u"\r\nend\r\n";
+        for (const std::u16string& text : {split, crlf}) {
+            const std::string bytes = Utf16LeWithBom(text);
+            TMemoFixture fx;
+            ASSERT_TRUE(fx.lines.LoadFromBytes(bytes));
+            fx.memo.SetLines(&fx.lines);
+            fx.memo.Saved();
+            ASSERT_EQ(fx.Bytes(), bytes) << shift;
+            std::vector<std::pair<int, std::size_t>> cuts; // row before a cut, text offset
+            std::size_t offset = 0;
+            for (int row = 0; row < fx.lines.Count(); ++row) {
+                const std::u16string_view s = fx.lines.Get(row);
+                ASSERT_FALSE(!s.empty() && (s[0] & 0xFC00) == 0xDC00) << shift << " row " << row;
+                offset += s.size();
+                if (row + 1 < fx.lines.Count() && fx.lines.IsLineWrapped(row + 1)) {
+                    if (offset + 5000 > 250000 && offset < 255000)
+                        cuts.emplace_back(row, offset);
+                } else {
+                    offset += 2;
+                }
+            }
+            ASSERT_FALSE(cuts.empty()) << shift;
+            // The row positions of text offset `at` (two at a cut), as the rows stand now:
+            // an edit recuts the rows around it.
+            const auto positions = [&fx](std::size_t at) {
+                std::vector<TZvPos> found;
+                std::size_t start = 0;
+                for (int row = 0; row < fx.lines.Count(); ++row) {
+                    const std::size_t length = fx.lines.Get(row).size();
+                    if (at >= start && at <= start + length)
+                        found.push_back({static_cast<int>(at - start), row});
+                    const bool cut = row + 1 < fx.lines.Count() && fx.lines.IsLineWrapped(row + 1);
+                    start += length + (cut ? 0 : 2);
+                }
+                return found;
+            };
+            for (const auto& [row, at] : cuts) {
+                ASSERT_EQ(positions(at).size(), 2u) << shift << " row " << row;
+                for (int side = 0; side < 2; ++side) {
+                    const std::vector<TZvPos> now = positions(at);
+                    const TZvPos p = now[static_cast<std::size_t>(side) % now.size()];
+                    fx.memo.SetTextCursor(p.X, p.Y);
+                    fx.memo.KeyPress(u'Z');
+                    std::u16string expected = text;
+                    expected.insert(at, u"Z");
+                    const std::string saved = fx.Bytes(), want = Utf16LeWithBom(expected);
+                    const auto differ =
+                        std::mismatch(saved.begin(), saved.end(), want.begin(), want.end());
+                    ASSERT_TRUE(saved == want)
+                        << shift << " row " << row << " col " << p.X << " cut at " << at
+                        << ", first difference at unit " << (differ.first - saved.begin()) / 2;
+                    fx.memo.Undo();
+                    ASSERT_EQ(fx.Bytes(), bytes) << shift << " row " << row;
+                }
+            }
+        }
     }
 }
 
