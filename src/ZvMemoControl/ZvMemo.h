@@ -281,6 +281,7 @@ public:
     // ---- The document's news (ITextListener): a change made by any view.
     void TextChanged(const TTextChange& change, TRowRange redraw) override;
     void DocumentReset() override;
+    void RelayoutComing() override; // the caret, selection and top line are kept (ZvMemoWrap)
     void ModifiedChanged(bool modified) override;
     void UndoChanged() override;
 
@@ -369,6 +370,15 @@ protected:
     void EndReplay(const TInputAids& saved);
 
 private:
+    // Places noted by RelayoutComing as unwrapped positions (the top as a real line), put
+    // back by the DocumentReset that follows; Valid only in between.
+    struct TKeptPlaces {
+        bool Valid = false;
+        TZvPos Caret, SelStart, SelEnd;
+        int TopLine = 0;
+    };
+    TKeptPlaces FKeptPlaces;
+    void RestoreKeptPlaces();
     // Several carets: the edit at every caret or block row, routed from the single-caret
     // entry points while a list or block is in force.
     enum class TCaretEdit { Char, Backspace, Delete, Enter, Cut };

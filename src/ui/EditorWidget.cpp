@@ -133,9 +133,10 @@ void TEditorWidget::DocumentReset() {
     FLines = &FMemo.Lines();
     AttachScan();
     FWidestSeen = 0;
-    verticalScrollBar()->setValue(0);
+    const int top = FMemo.FTopLine; // kept by a relayout, else 0
     horizontalScrollBar()->setValue(0);
     UpdateScrollBars();
+    verticalScrollBar()->setValue(top);
     viewport()->update();
 }
 

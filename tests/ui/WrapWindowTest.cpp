@@ -1,7 +1,8 @@
 // Word wrap in the real window: switched from the View menu, cut at the editor's width and
 // cut again when the window is resized; the gutter, the status bar, Home and End speak of
 // lines while the rows are pieces; keys typed at a cut and saved give the file's bytes with
-// the same insertion made in a plain string; the setting is kept when the user asks.
+// the same insertion made in a plain string; the setting is kept when the user asks;
+// continuation rows are drawn, clicked and marked indented; a split view keeps its place.
 #include "UiFixtures.h"
 #include "shell/Settings.h"
 #include "ui/Actions.h"
@@ -10,6 +11,7 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScrollBar>
 
 #include <gtest/gtest.h>
 
@@ -211,6 +213,38 @@ TEST_F(WrapWindowTest, ContinuationRowsAreDrawnClickedSelectedAndMarkedUnderTheF
     editor.FDisplayWrapMarkers = false;
     EXPECT_EQ(marks(0), std::pair(false, false));
     EXPECT_EQ(marks(1), std::pair(false, false));
+}
+
+// The other view of a split page keeps the line at its top and its caret's place in the
+// text while the rows are cut anew: wrap on, a narrower window, wrap off.
+TEST_F(WrapWindowTest, TheOtherSplitViewKeepsItsTopLineAndCaretThroughRelayouts) {
+    std::string text;
+    for (int i = 0; i < 20; ++i)
+        text += LongLines();
+    zv::TEditorWidget& other = Open("split.txt", text);
+    window->resize(700, 600);
+    QApplication::processEvents();
+    ASSERT_TRUE(window->SplitCurrentMemo(zv::TMainWindow::TSplitKind::Horizontal));
+    QApplication::processEvents();
+    ASSERT_NE(window->ActiveEditor(), &other);
+    other.verticalScrollBar()->setValue(30);
+    other.Memo().SetTextCursor(10, 30); // in view: a relayout of this view's own shows it
+    const zv::TZvPos caret = other.Memo().Unwrapped(other.Memo().Caret());
+    ASSERT_EQ(other.TopRow(), 30);
+    const auto expectKept = [&](const char* when) {
+        EXPECT_EQ(other.TopRow(), other.Lines()->GetWrapIndex(30)) << when;
+        EXPECT_EQ(other.Memo().Unwrapped(other.Memo().Caret()), caret) << when;
+    };
+    ToggleFromViewMenu();
+    ASSERT_TRUE(other.WordWrap());
+    ASSERT_GT(other.Lines()->GetWrapIndex(30), 30);
+    expectKept("wrap on");
+    window->resize(500, 600);
+    QApplication::processEvents();
+    expectKept("narrower");
+    ToggleFromViewMenu();
+    ASSERT_FALSE(other.WordWrap());
+    expectKept("wrap off");
 }
 
 TEST_F(WrapWindowTest, HomeAndEndGoByRowsThenByTheLine) {
