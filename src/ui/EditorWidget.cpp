@@ -154,6 +154,8 @@ void TEditorWidget::AttachScan() {
     FPainter.reset();
     FMemo.FHasSyntax = false;
     FMemo.FCommentMarks = {};
+    FMemo.DocState().FWrapCommentStart.clear(); // word wrap keeps comment marks whole
+    FMemo.DocState().FWrapCommentEnd.clear();
     TZvTextDocument& document = FMemo.Document();
     const std::shared_ptr<const TMemoStyleHost>& host = document.StyleHost();
     if (!host || !host->FStyles)
@@ -177,6 +179,8 @@ void TEditorWidget::AttachScan() {
     FMemo.FAutoCloseBraceStart = set.FAutoCloseBraceStart;
     FMemo.FAutoCloseBraceEnd = set.FAutoCloseBraceEnd;
     FMemo.FCommentMarks = CommentMarksOf(set);
+    FMemo.DocState().FWrapCommentStart = FMemo.FCommentMarks.BlockStart;
+    FMemo.DocState().FWrapCommentEnd = FMemo.FCommentMarks.BlockEnd;
     if (made)
         FScan->Start();
 }

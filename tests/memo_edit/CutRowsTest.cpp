@@ -292,28 +292,33 @@ int Columns(std::u16string_view row, int tab) {
     return column;
 }
 
-// Word wrap of random lines (letters, blanks, tabs, punctuation, brackets, surrogate pairs)
-// at random widths, absolute or at breaks, with indented continuations or not. The rows of
+// Word wrap of random lines (letters, blanks, tabs, punctuation, brackets, surrogate pairs,
+// comment marks) at random widths, absolute or at breaks, with indented continuations or
+// not, with the syntax's comment marks or none. The rows of
 // each line join to the line, and saving gives the loaded bytes; no row is wider than its
 // width (the first row the width, a continuation the width less the first row's indent,
 // kept to 12) unless it is one unbreakable unit; no row starts inside a surrogate pair. A row
 // cut short of the next unit fitting is cut at a break, with no break between the cut and
-// the width within the 20 units looked at; an absolute cut always fills the row.
+// the width within the 20 units looked at, or before a comment mark it would have split; an
+// absolute cut always fills the row.
 TEST(CutRows, WrapCutsAtBreaksWithinTheWidthAndJoinsBack) {
     std::mt19937 rng(16);
     const auto rand = [&rng](int lo, int hi) {
         return std::uniform_int_distribution<int>(lo, hi)(rng);
     };
     const std::vector<std::u16string> alphabet = {
-        u"a", u"b", u"c", u"d", u"e", u"f", u" ",          u" ",         u"\t",
-        u",", u".", u":", u";", u"=", u")", u"}",          u"]",         u">",
-        u"(", u"{", u"[", u"<", u"-", u"_", u"\U0001F600", u"\U0001D11E"};
-    for (int round = 0; round < 60; ++round) {
+        u"a", u"b", u"c", u"d", u"e",          u"f",          u" ",  u" ",  u"\t", u",",
+        u".", u":", u";", u"=", u")",          u"}",          u"]",  u">",  u"(",  u"{",
+        u"[", u"<", u"-", u"_", u"\U0001F600", u"\U0001D11E", u"/*", u"*/", u"*",  u"/"};
+    // Lines of words with no break at all, where only comment marks move a cut.
+    const std::vector<std::u16string> unbroken = {u"a", u"b", u"c", u"/*", u"*/", u"*", u"/"};
+    for (int round = 0; round < 90; ++round) {
+        const std::vector<std::u16string>& units = round % 3 ? alphabet : unbroken;
         std::u16string text;
         for (int line = rand(1, 5); line > 0; --line) {
             text.append(static_cast<std::size_t>(rand(0, 6)), u' ');
             for (int i = rand(0, 300); i > 0; --i)
-                text += alphabet[static_cast<std::size_t>(rand(0, int(alphabet.size()) - 1))];
+                text += units[static_cast<std::size_t>(rand(0, int(units.size()) - 1))];
             text += u'\n';
         }
         const std::string bytes = Utf16ToUtf8(text);
@@ -322,6 +327,8 @@ TEST(CutRows, WrapCutsAtBreaksWithinTheWidthAndJoinsBack) {
         state.FWrapAtAbsoluteMargin = rand(0, 1);
         state.FIndentWrappedLines = rand(0, 1);
         state.FTabSize = rand(1, 8);
+        state.FWrapCommentStart = rand(0, 1) ? u"/*" : u"";
+        state.FWrapCommentEnd = state.FWrapCommentStart.empty() ? u"" : u"*/";
         const int width = rand(16, 70);
         fx.memo.SetWordWrap(true, width);
         SCOPED_TRACE(testing::Message() << "round " << round << " width " << width);
@@ -337,10 +344,10 @@ TEST(CutRows, WrapCutsAtBreaksWithinTheWidthAndJoinsBack) {
             joined += (row > 0 && !continuation ? u"\n" : u"") + std::u16string(s);
             int allowed = width;
             if (continuation && state.FIndentWrappedLines) {
-                const std::size_t lead = firstRow.find_first_not_of(u" \t");
-                if (lead != std::u16string::npos)
-                    allowed = std::max(
-                        width - std::min(Columns(firstRow.substr(0, lead), state.FTabSize), 5), 12);
+                const std::size_t lead =
+                    std::min(firstRow.find_first_not_of(u" \t"), firstRow.size());
+                allowed = std::max(
+                    width - std::min(Columns(firstRow.substr(0, lead), state.FTabSize), 5), 12);
             }
             const bool pair = s.size() == 2 && s[0] >= 0xD800 && s[0] < 0xDC00;
             ASSERT_TRUE(Columns(s, state.FTabSize) <= allowed || s.size() == 1 || pair) << row;
@@ -357,7 +364,12 @@ TEST(CutRows, WrapCutsAtBreaksWithinTheWidthAndJoinsBack) {
             }
             const bool atBreak = kBreakAfter.find(s.back()) != std::u16string_view::npos ||
                                  kBreakBefore.find(next[0]) != std::u16string_view::npos;
-            ASSERT_TRUE(full || atBreak) << row;
+            const std::u16string across{s.back(), next[0]};
+            const bool comments = !state.FWrapCommentStart.empty();
+            const bool beforeMark =
+                comments && (next.starts_with(u"/*") || next.starts_with(u"*/"));
+            ASSERT_FALSE(comments && (across == u"/*" || across == u"*/")) << row;
+            ASSERT_TRUE(full || atBreak || beforeMark) << row;
             // The units after the cut that still fit the row hold no break it passed over.
             std::u16string longer(s);
             for (std::size_t i = 0; i < next.size() && longer.size() < s.size() + 20; ++i) {
