@@ -24,6 +24,8 @@ struct TZvMemoState {
     std::int32_t FWrapColumns = 0;
     bool FWrapAtAbsoluteMargin = false;
     bool FIndentWrappedLines = true;
+    // The syntax's block comment marks (empty: none); a cut at a break never splits one.
+    std::u16string FWrapCommentStart, FWrapCommentEnd;
     bool FHandleCSV = false; // split .csv/.psv/.tsv quote-aware
     // U+2028 and U+2029 end rows when loading (they are then lost on save). Off by default,
     // so that every file saves back to the same bytes.

@@ -48,6 +48,9 @@ public:
     // The store was replaced (a reload) or its reader (the scanner) replaced or dropped:
     // positions start anew, scanners attach again.
     virtual void DocumentReset() {}
+    // The rows are about to be cut anew (word wrap switched or laid out again) with the text
+    // unchanged; DocumentReset follows. A view may note its places as unwrapped positions.
+    virtual void RelayoutComing() {}
     // The text began or stopped differing from the saved text.
     virtual void ModifiedChanged(bool /*modified*/) {}
     // The undo list changed (can-undo or can-redo may differ).

@@ -11,6 +11,7 @@ namespace {
 constexpr int kMinWrapColumns = 16; // a narrower view is not wrapped
 constexpr int kMinRowUnits = 12;    // no row is cut narrower
 constexpr int kBreakReach = 20;     // how far back a cut looks for a break
+constexpr int kMaxIndent = 5;       // a deeper indent shifts a continuation no further
 
 bool IsBreakAfter(char16_t c) {
     return std::u16string_view(u" \t,.:;=)}]>").find(c) != std::u16string_view::npos;
@@ -20,12 +21,36 @@ bool IsBreakBefore(char16_t c) {
     return std::u16string_view(u"({[<").find(c) != std::u16string_view::npos;
 }
 
+// The columns of the leading blanks of `firstRow` (tab stops of `tabSize`), at most
+// kMaxIndent. The line before its cut and its first row after it give the same: a cut
+// inside the blanks leaves a full row of them.
+int IndentColumns(std::u16string_view firstRow, int tabSize) {
+    int columns = 0;
+    for (std::size_t i = 0; i < firstRow.size() && columns < kMaxIndent &&
+                            (firstRow[i] == u' ' || firstRow[i] == u'\t');
+         ++i)
+        columns = firstRow[i] == u' ' ? columns + 1 : (columns / tabSize + 1) * tabSize;
+    return std::min(columns, kMaxIndent);
+}
+
 bool IsLowSurrogate(char16_t c) {
     return c >= 0xDC00 && c <= 0xDFFF;
 }
 
+// Where `mark` (of at least 2 units) starts when it straddles `cut`; -1 when it does not.
+int MarkAcross(std::u16string_view line, int cut, std::u16string_view mark) {
+    if (mark.size() < 2)
+        return -1;
+    const int length = static_cast<int>(mark.size());
+    for (int at = std::max(cut - length + 1, 0); at < cut; ++at)
+        if (line.substr(static_cast<std::size_t>(at)).starts_with(mark))
+            return at;
+    return -1;
+}
+
 // The cut of the row [pos, ...) that may hold units up to `end` (exclusive).
-int CutBefore(std::u16string_view line, int pos, int end, bool absolute) {
+int CutBefore(std::u16string_view line, int pos, int end, const TCutRule& rule) {
+    const bool absolute = rule.Absolute;
     int cut = end;
     if (!absolute) {
         const int reach = std::min(kBreakReach, end - pos - 1);
@@ -43,7 +68,41 @@ int CutBefore(std::u16string_view line, int pos, int end, bool absolute) {
     if (cut > pos + 1 && cut < static_cast<int>(line.size()) &&
         IsLowSurrogate(line[static_cast<std::size_t>(cut)]))
         --cut; // a surrogate pair stays in one row
+    // Moving before one mark may split another ("/*/"): on until none is split.
+    for (bool moved = !absolute; moved;) {
+        moved = false;
+        for (const std::u16string_view mark : {rule.CommentStart, rule.CommentEnd})
+            if (const int at = MarkAcross(line, cut, mark); at > pos) {
+                cut = at;
+                moved = true;
+            }
+    }
     return cut;
+}
+
+// The end (exclusive) of the longest piece from `pos` that fits `width` columns, at least
+// one unit. `nextTab` caches the first tab at or after `pos` (below `pos`: not looked for
+// yet), so lines without tabs are never walked unit by unit.
+int FitEnd(std::u16string_view line, int pos, int width, int tabSize, int& nextTab) {
+    const int n = static_cast<int>(line.size());
+    if (tabSize <= 0)
+        return std::min(pos + width, n);
+    if (nextTab < pos) {
+        const std::size_t tab = line.find(u'\t', static_cast<std::size_t>(pos));
+        nextTab = tab == std::u16string_view::npos ? n : static_cast<int>(tab);
+    }
+    if (nextTab >= pos + width)
+        return std::min(pos + width, n);
+    int column = 0, end = pos;
+    for (; end < n; ++end) {
+        const int next = line[static_cast<std::size_t>(end)] == u'\t'
+                             ? (column / tabSize + 1) * tabSize
+                             : column + 1;
+        if (next > width)
+            break;
+        column = next;
+    }
+    return std::max(end, pos + 1);
 }
 
 // Puts `text` (the logical line at `row`, `count` rows now) into rows of `lengths`:
@@ -124,22 +183,33 @@ TCutRule CutRuleFor(const TZvMemoState& state, std::u16string_view firstRow) {
         return rule;
     rule.Width = std::clamp(state.FWrapColumns, kMinRowUnits, rule.Width);
     rule.Absolute = state.FWrapAtAbsoluteMargin;
-    if (state.FIndentWrappedLines) {
-        std::size_t indent = 0;
-        while (indent < firstRow.size() && (firstRow[indent] == u' ' || firstRow[indent] == u'\t'))
-            ++indent;
-        if (indent < firstRow.size()) // a row of blanks only has no indent to follow
-            rule.Narrower = std::clamp(static_cast<int>(indent) - 1, 0, 4);
-    }
+    rule.TabSize = std::max(state.FTabSize, 1);
+    rule.CommentStart = state.FWrapCommentStart;
+    rule.CommentEnd = state.FWrapCommentEnd;
+    // A continuation is narrower by all of its indent: every row then ends by the same
+    // column, and the column the view holds beyond the rule (see the widget's WrapColumns)
+    // stays free for the wrap mark.
+    if (state.FIndentWrappedLines)
+        rule.Narrower = IndentColumns(firstRow, std::max(state.FTabSize, 1));
     return rule;
+}
+
+int ContinuationIndent(const TZvMemoStrings& lines, int row) {
+    const TZvMemoState& state = lines.Memo();
+    if (!state.FIndentWrappedLines || !WordWrapInForce(state) || row <= 0 || row >= lines.Count() ||
+        !lines.GetLineAttribute(row).Wrapped())
+        return 0;
+    // By the position index: a line may have thousands of rows above this one.
+    const int first = lines.GetWrapIndex(lines.GetRealLine(row));
+    return IndentColumns(lines.Get(first), std::max(state.FTabSize, 1));
 }
 
 void CutLine(std::u16string_view line, const TCutRule& rule, std::vector<int>& lengths) {
     lengths.clear();
     const int n = static_cast<int>(line.size());
-    int pos = 0, width = std::max(rule.Width, 1);
-    while (n - pos > width) {
-        const int cut = CutBefore(line, pos, pos + width, rule.Absolute);
+    int pos = 0, width = std::max(rule.Width, 1), nextTab = -1;
+    for (int end; (end = FitEnd(line, pos, width, rule.TabSize, nextTab)) < n;) {
+        const int cut = CutBefore(line, pos, end, rule);
         lengths.push_back(cut - pos);
         pos = cut;
         width = std::max(rule.Width - rule.Narrower, std::min(rule.Width, kMinRowUnits));
@@ -232,7 +302,9 @@ int WrapAll(TZvMemoStrings& lines) {
     int added = 0;
     for (int row = 0; row < lines.Count();) {
         const int count = LogicalRows(lines, row);
-        if (count == 1 && lines.GetLineLength(row) <= width) {
+        // A one-row line that fits in units fits unless a tab widens it.
+        if (count == 1 && lines.GetLineLength(row) <= width &&
+            lines.Get(row).find(u'\t') == std::u16string_view::npos) {
             ++row;
             continue;
         }

@@ -22,12 +22,23 @@ struct TCutRule {
     int Width = 4096;     // units of the first row, at least 1
     int Narrower = 0;     // continuation rows hold this many units less (never below 12)
     bool Absolute = true; // cut exactly at the width, no search for a break
+    int TabSize = 0;      // width counts columns, tabs to stops of this from the row's start;
+                          // 0: every unit is one column
+    // Block comment marks a cut at a break moves before rather than split (shorter than 2
+    // units: ignored). They must outlive the rule.
+    std::u16string_view CommentStart{}, CommentEnd{};
 };
 // The rule in force for a line whose first row is `firstRow`.
 TCutRule CutRuleFor(const TZvMemoState& state, std::u16string_view firstRow);
+// Columns by which row `row` is drawn right of where its first row starts: on a
+// continuation row, with word wrap laying out the rows and FIndentWrappedLines, the first
+// row's indent (tabs expanded), at most 5; otherwise 0. The cut gives such rows room for it.
+int ContinuationIndent(const TZvMemoStrings& lines, int row);
 // The lengths of the rows `line` is cut into (one entry, the whole length, when it fits;
-// an empty line is one empty row). Without Absolute a cut looks back up to 20 units (less
-// on narrow rows) for a break: after a blank or punctuation, before an opening bracket.
+// an empty line is one empty row). No row is wider than its width unless it is one unit (or
+// one surrogate pair). Without Absolute a cut looks back up to 20 units (less on narrow
+// rows) for a break: after a blank or one of ",.:;=)}]>", before one of "({[<"; a comment
+// mark the cut would split moves to the next row whole.
 void CutLine(std::u16string_view line, const TCutRule& rule, std::vector<int>& lengths);
 
 // A change left rows [first, last]: when one is above the forced limit, or a continuation

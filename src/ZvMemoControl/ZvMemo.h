@@ -86,7 +86,8 @@ public:
     // UTF-16 units. Past the row's end each column counts 1.
     int FromRealCursorPos(int row, int col) const;
     int ToRealCursorPos(int row, int visualCol) const;
-    // Pixel position of character column `col` of `row` (FMargin included).
+    // Pixel position of character column `col` of `row` (FMargin and the indent of a
+    // continuation row included).
     double TextLength(int row, int col) const;
     // The character column whose position is nearest to pixel `px` in `row` (no clipping to
     // the row's end: past it, columns step by a space width).
@@ -288,6 +289,7 @@ public:
     // ---- The document's news (ITextListener): a change made by any view.
     void TextChanged(const TTextChange& change, TRowRange redraw) override;
     void DocumentReset() override;
+    void RelayoutComing() override; // the caret, selection and top line are kept (ZvMemoWrap)
     void ModifiedChanged(bool modified) override;
     void UndoChanged() override;
 
@@ -376,6 +378,15 @@ protected:
     void EndReplay(const TInputAids& saved);
 
 private:
+    // Places noted by RelayoutComing as unwrapped positions (the top as a real line), put
+    // back by the DocumentReset that follows; Valid only in between.
+    struct TKeptPlaces {
+        bool Valid = false;
+        TZvPos Caret, SelStart, SelEnd;
+        int TopLine = 0;
+    };
+    TKeptPlaces FKeptPlaces;
+    void RestoreKeptPlaces();
     // Several carets: the edit at every caret or block row, routed from the single-caret
     // entry points while a list or block is in force.
     enum class TCaretEdit { Char, Backspace, Delete, Enter, Cut };

@@ -303,7 +303,8 @@ double TZvCustomMemo::TextLength(int row, int col) const {
     int visual = 0;
     const std::u16string painted =
         Painted(s, 0, std::max(inText, 0), visual, std::max(DocState().FTabSize, 1));
-    double px = FMargin + Measure().TextWidth(painted);
+    double px = FMargin + ContinuationIndent(Lines(), row) * Measure().SpaceWidth() +
+                Measure().TextWidth(painted);
     if (col > inText)
         px += (col - inText) * Measure().SpaceWidth();
     return px;
@@ -312,7 +313,7 @@ double TZvCustomMemo::TextLength(int row, int col) const {
 int TZvCustomMemo::ColumnAtPixel(int row, double px) const {
     const auto s = RowText(row);
     const int tab = std::max(DocState().FTabSize, 1);
-    double left = FMargin;
+    double left = FMargin + ContinuationIndent(Lines(), row) * Measure().SpaceWidth();
     int visual = 0, col = 0;
     while (col < static_cast<int>(s.size())) {
         const int next = std::min(Breaks().NextCluster(s, col), static_cast<int>(s.size()));

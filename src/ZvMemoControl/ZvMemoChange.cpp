@@ -193,6 +193,7 @@ void TZvCustomMemo::DocumentReset() {
     FSelStartX = FSelStartY = FSelEndX = FSelEndY = 0;
     FPrevSelX = FPrevSelY = 0;
     FTopLine = 0;
+    RestoreKeptPlaces();
     if (FOnDocumentReset)
         FOnDocumentReset();
 }

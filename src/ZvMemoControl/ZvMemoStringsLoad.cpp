@@ -372,11 +372,25 @@ void TZvMemoStrings::ContinueLastRow(const TRowText& piece) {
     std::uint32_t room = limit > last.Length() ? limit - last.Length() : 0;
     if (room > 0 && (piece.View()[room - 1] & 0xFC00) == 0xD800)
         --room;
+    const auto continuation = [this]() -> TRowItem& {
+        TRowItem& rest = AppendItem();
+        rest.FObject = NewAttribute();
+        rest.FObject.SetWrapped(true);
+        ++FVisibleCount;
+        return rest;
+    };
+    const std::u16string_view kept = last.View();
+    if (room == 0 && kept.size() > 1 && (kept.back() & 0xFC00) == 0xD800) {
+        // The slice ended inside a pair on a full row: the pair starts the next row whole.
+        // Rare, so the copy of the piece does not matter.
+        std::u16string moved(1, kept.back());
+        moved.append(piece.View());
+        last.Erase(last.Length() - 1, 1);
+        AppendPieces(TRowText(moved), 0, limit, continuation());
+        return;
+    }
     last.Append(piece.View().substr(0, room));
-    TRowItem& rest = AppendItem();
-    rest.FObject = NewAttribute();
-    rest.FObject.SetWrapped(true);
-    ++FVisibleCount;
+    TRowItem& rest = continuation();
     AppendPieces(piece, room, limit, rest);
 }
 

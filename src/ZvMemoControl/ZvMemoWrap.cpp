@@ -13,9 +13,7 @@ void TZvCustomMemo::SetWordWrap(bool on, int columns) {
     TZvMemoState& state = DocState();
     if (state.FWordWrap == on && state.FWrapColumns == columns)
         return;
-    const TZvPos caret = Unwrapped(Caret()), start = Unwrapped(SelStart()),
-                 end = Unwrapped(SelEnd());
-    const int top = Lines().GetRealLine(FTopLine);
+    // Every view of the document keeps its places through the relayout (RelayoutComing).
     FDoc->Relayout([&] {
         state.FWordWrap = on;
         state.FWrapColumns = columns;
@@ -27,18 +25,30 @@ void TZvCustomMemo::SetWordWrap(bool on, int columns) {
         for (int row = 1; row < Lines().Count() && !state.FForceWrap; ++row)
             state.FForceWrap = Lines().IsLineWrapped(row);
     });
-    const TZvPos c = Wrapped(caret), s = Wrapped(start), e = Wrapped(end);
+    if (FOnInvalidate)
+        FOnInvalidate(0, -1);
+}
+
+void TZvCustomMemo::RelayoutComing() {
+    FKeptPlaces = {true, Unwrapped(Caret()), Unwrapped(SelStart()), Unwrapped(SelEnd()),
+                   Lines().GetRealLine(FTopLine)};
+}
+
+void TZvCustomMemo::RestoreKeptPlaces() {
+    if (!FKeptPlaces.Valid)
+        return;
+    FKeptPlaces.Valid = false;
+    const TZvPos c = Wrapped(FKeptPlaces.Caret), s = Wrapped(FKeptPlaces.SelStart),
+                 e = Wrapped(FKeptPlaces.SelEnd);
     FSelStartX = s.X;
     FSelStartY = s.Y;
     FSelEndX = FPrevSelX = e.X;
     FSelEndY = FPrevSelY = e.Y;
     FCurX = c.X;
     FCurY = c.Y;
-    FTopLine = Lines().GetWrapIndex(top);
+    FTopLine = Lines().GetWrapIndex(FKeptPlaces.TopLine);
     NotifySelection();
     NotifyCursor();
-    if (FOnInvalidate)
-        FOnInvalidate(0, -1);
 }
 
 bool TZvCustomMemo::HardWrapRow(int row) {

@@ -212,6 +212,7 @@ void TZvTextDocument::ReplaceLines(std::unique_ptr<TZvMemoStrings> lines) {
 
 void TZvTextDocument::Relayout(const std::function<void()>& work) {
     const bool differed = Modified();
+    ForEachListener([](ITextListener& l) { l.RelayoutComing(); });
     WithReaderPaused([&] {
         if (differed)
             FSavedText.BeforeChange(*FLines, 0, FLines->Count());

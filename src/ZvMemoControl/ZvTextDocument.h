@@ -56,7 +56,7 @@ public:
     void ReplaceLines(std::unique_ptr<TZvMemoStrings> lines);
     // Runs `work`, which cuts the rows anew without changing the text (word wrap on or off,
     // a new width): the reader is dropped, the modified state is kept, and every listener
-    // hears DocumentReset.
+    // hears RelayoutComing before and DocumentReset after.
     void Relayout(const std::function<void()>& work);
     // Runs `work` while the reader reads no rows (a save, a conversion of every row).
     void WithReaderPaused(const std::function<void()>& work);

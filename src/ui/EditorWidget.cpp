@@ -133,9 +133,10 @@ void TEditorWidget::DocumentReset() {
     FLines = &FMemo.Lines();
     AttachScan();
     FWidestSeen = 0;
-    verticalScrollBar()->setValue(0);
+    const int top = FMemo.FTopLine; // kept by a relayout, else 0
     horizontalScrollBar()->setValue(0);
     UpdateScrollBars();
+    verticalScrollBar()->setValue(top);
     viewport()->update();
 }
 
@@ -153,6 +154,8 @@ void TEditorWidget::AttachScan() {
     FPainter.reset();
     FMemo.FHasSyntax = false;
     FMemo.FCommentMarks = {};
+    FMemo.DocState().FWrapCommentStart.clear(); // word wrap keeps comment marks whole
+    FMemo.DocState().FWrapCommentEnd.clear();
     TZvTextDocument& document = FMemo.Document();
     const std::shared_ptr<const TMemoStyleHost>& host = document.StyleHost();
     if (!host || !host->FStyles)
@@ -176,6 +179,8 @@ void TEditorWidget::AttachScan() {
     FMemo.FAutoCloseBraceStart = set.FAutoCloseBraceStart;
     FMemo.FAutoCloseBraceEnd = set.FAutoCloseBraceEnd;
     FMemo.FCommentMarks = CommentMarksOf(set);
+    FMemo.DocState().FWrapCommentStart = FMemo.FCommentMarks.BlockStart;
+    FMemo.DocState().FWrapCommentEnd = FMemo.FCommentMarks.BlockEnd;
     if (made)
         FScan->Start();
 }
@@ -354,7 +359,7 @@ void TEditorWidget::RestartBlink() {
 // One walk over the row: each run of kept bytes gets one box (a row of nothing else stays
 // linear, where asking each byte's column would walk the row again per byte).
 void TEditorWidget::MarkInvalidBytes(QPainter& painter, const TRunPainter& runPainter,
-                                     std::u16string_view text, int y) const {
+                                     std::u16string_view text, QPointF origin) const {
     qreal x = 0;
     std::size_t done = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -365,7 +370,8 @@ void TEditorWidget::MarkInvalidBytes(QPainter& painter, const TRunPainter& runPa
             ++end;
         const qreal x1 = runPainter.AdvanceX(text.substr(done, i - done), x);
         x = runPainter.AdvanceX(text.substr(i, end - i), x1);
-        painter.fillRect(QRectF(TextLeft() + x1, y, x - x1, LineHeight()), kInvalidByteBack);
+        painter.fillRect(QRectF(origin.x() + x1, origin.y(), x - x1, LineHeight()),
+                         kInvalidByteBack);
         done = i = end;
     }
 }
@@ -406,21 +412,22 @@ void TEditorWidget::PaintRow(QPainter& painter, int row, int y,
         if (p.x >= 0 && p.Y == row)
             braces.push_back({p.x, FBraces.Matched});
     TRunPainter& runPainter = Painter();
-    runPainter.PaintRow(painter, QPointF(left, y), text, runs, braces, viewport()->width(),
+    const qreal textLeft = RowTextLeft(row);
+    runPainter.PaintRow(painter, QPointF(textLeft, y), text, runs, braces, viewport()->width(),
                         rowStyle);
     // The tag pair: the opening tag's name and ">" and the closing tag's name.
     const auto markTag = [&](int tagRow, int x, int length) {
         if (tagRow != row || x < 0 || length <= 0)
             return;
         const qreal x1 = runPainter.ColumnX(text, x), x2 = runPainter.ColumnX(text, x + length);
-        painter.fillRect(QRectF(left + x1, y, x2 - x1, lineHeight), kTagPairBack);
+        painter.fillRect(QRectF(textLeft + x1, y, x2 - x1, lineHeight), kTagPairBack);
     };
     markTag(FTags.StartY, FTags.StartX, FTags.StartLen);
     markTag(FTags.StartEndY, FTags.StartEndX, FTags.StartEndLen);
     markTag(FTags.EndY, FTags.EndX, FTags.EndLen);
     PaintHighlightMarks(painter, row, y, text, runs);
     if (FLines->InvalidBytesKept() > 0) // only such documents pay for the look
-        MarkInvalidBytes(painter, runPainter, text, y);
+        MarkInvalidBytes(painter, runPainter, text, QPointF(textLeft, y));
     if (FOnRowPainted)
         FOnRowPainted(row, runs);
     const int width = static_cast<int>(FMeasure.TextWidth(text));
@@ -465,6 +472,7 @@ void TEditorWidget::paintEvent(QPaintEvent*) {
                              palette().color(QPalette::AlternateBase));
         painter.setClipRect(gutter, y, viewport()->width() - gutter, lineHeight);
         PaintRow(painter, row, y, PaintRuns(row, state));
+        PaintWrapMarks(painter, row, y);
     }
     painter.setClipping(false);
     painter.fillRect(0, 0, gutter - 4, viewport()->height(), palette().color(QPalette::Window));

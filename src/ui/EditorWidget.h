@@ -150,6 +150,14 @@ public:
     // The gutter's label of a row: its real line's number, or the wrap mark on a continuation.
     QString RowLabel(int row) const;
     static const QString kWrapMark;
+    // Viewport x where the text of `row` starts: a continuation row is drawn indented, as
+    // the memo's pixel positions (caret, clicks, selection) count it.
+    qreal RowTextLeft(int row) const;
+    // Wrap marks in the text area (FDisplayWrapMarkers, "EditorMisc"/"DisplayWrapMarkers"):
+    // a hook after the text of a row whose line goes on below, and an arrow in the indent
+    // of a continuation row, in kWrapMarkColor.
+    static const QColor kWrapMarkColor;
+    bool FDisplayWrapMarkers = true;
     bool FWrapAtColumn = false;
     int FWrapAtColumnValue = 80;
     bool FWrapAtRightMargin = false;
@@ -191,6 +199,7 @@ protected:
 private:
     void UpdateScrollBars();
     void RefreshWrap(); // cuts the rows again when the wrap width changed
+    void PaintWrapMarks(QPainter& painter, int row, int y); // of `row`, painted at `y`
     int GutterWidth() const;
     // Bookmarks, line marks and change bars of the painted rows in the gutter.
     void PaintGutterMarks(QPainter& painter, const std::vector<int>& rows, int gutter);
@@ -224,7 +233,7 @@ private:
     void PaintRow(QPainter& painter, int row, int y, const std::vector<TColourRun>& runs);
     // Red boxes over the bytes of `text` (a row painted at `y`) that the encoding could not read.
     void MarkInvalidBytes(QPainter& painter, const TRunPainter& runPainter,
-                          std::u16string_view text, int y) const;
+                          std::u16string_view text, QPointF origin) const;
     // Joins the document's scan (making it when the document has a style set and none yet).
     void AttachScan();
     void DetachScan();

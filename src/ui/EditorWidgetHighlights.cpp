@@ -12,7 +12,7 @@ namespace zv {
 void TEditorWidget::PaintHighlightMarks(QPainter& painter, int row, int y, std::u16string_view text,
                                         const std::vector<TColourRun>& runs) {
     const int length = static_cast<int>(text.size());
-    const int left = TextLeft();
+    const qreal left = RowTextLeft(row);
     TRunPainter& runPainter = Painter();
     for (const THighlightMark& mark : FVisibleMarks) {
         if (mark.Hit.Start.Y > row || mark.Hit.End.Y < row)

@@ -5,6 +5,8 @@
 // equals a plain string, saving gives its bytes, an edit that changed nothing left no undo
 // record, and the document is modified exactly when the text differs from the loaded one.
 // Hard wrap: typed lines cut at the right margin with real line ends, one undo step a cut.
+// Word wrap of random lines: rows join to the line, fit the width and cut at breaks.
+// Loading: a read slice that ends inside a pair or a CR LF splits neither.
 #include "MemoFixture.h"
 
 #include "ZvMemoControl/WrapRows.h"
@@ -271,6 +273,186 @@ TEST(CutRows, HardWrapCutsTypedLinesAtTheMarginInOneUndoStepEach) {
     EXPECT_EQ(joined, typed);
     for (int row = 0; row < m.RowCount(); ++row)
         EXPECT_LE(m.RowLength(row), 20 + 2) << row;
+}
+
+} // namespace
+} // namespace zv::test
+
+namespace zv::test {
+namespace {
+
+constexpr std::u16string_view kBreakAfter = u" \t,.:;=)}]>";
+constexpr std::u16string_view kBreakBefore = u"({[<";
+
+// Columns of `row` drawn from its own start (tabs to stops of `tab`).
+int Columns(std::u16string_view row, int tab) {
+    int column = 0;
+    for (char16_t c : row)
+        column = c == u'\t' ? (column / tab + 1) * tab : column + 1;
+    return column;
+}
+
+// Word wrap of random lines (letters, blanks, tabs, punctuation, brackets, surrogate pairs,
+// comment marks) at random widths, absolute or at breaks, with indented continuations or
+// not, with the syntax's comment marks or none. The rows of
+// each line join to the line, and saving gives the loaded bytes; no row is wider than its
+// width (the first row the width, a continuation the width less the first row's indent,
+// kept to 12) unless it is one unbreakable unit; no row starts inside a surrogate pair. A row
+// cut short of the next unit fitting is cut at a break, with no break between the cut and
+// the width within the 20 units looked at, or before a comment mark it would have split; an
+// absolute cut always fills the row.
+TEST(CutRows, WrapCutsAtBreaksWithinTheWidthAndJoinsBack) {
+    std::mt19937 rng(16);
+    const auto rand = [&rng](int lo, int hi) {
+        return std::uniform_int_distribution<int>(lo, hi)(rng);
+    };
+    const std::vector<std::u16string> alphabet = {
+        u"a", u"b", u"c", u"d", u"e",          u"f",          u" ",  u" ",  u"\t", u",",
+        u".", u":", u";", u"=", u")",          u"}",          u"]",  u">",  u"(",  u"{",
+        u"[", u"<", u"-", u"_", u"\U0001F600", u"\U0001D11E", u"/*", u"*/", u"*",  u"/"};
+    // Lines of words with no break at all, where only comment marks move a cut.
+    const std::vector<std::u16string> unbroken = {u"a", u"b", u"c", u"/*", u"*/", u"*", u"/"};
+    for (int round = 0; round < 90; ++round) {
+        const std::vector<std::u16string>& units = round % 3 ? alphabet : unbroken;
+        std::u16string text;
+        for (int line = rand(1, 5); line > 0; --line) {
+            text.append(static_cast<std::size_t>(rand(0, 6)), u' ');
+            for (int i = rand(0, 300); i > 0; --i)
+                text += units[static_cast<std::size_t>(rand(0, int(units.size()) - 1))];
+            text += u'\n';
+        }
+        const std::string bytes = Utf16ToUtf8(text);
+        TMemoFixture fx(bytes);
+        TZvMemoState& state = fx.memo.DocState();
+        state.FWrapAtAbsoluteMargin = rand(0, 1);
+        state.FIndentWrappedLines = rand(0, 1);
+        state.FTabSize = rand(1, 8);
+        state.FWrapCommentStart = rand(0, 1) ? u"/*" : u"";
+        state.FWrapCommentEnd = state.FWrapCommentStart.empty() ? u"" : u"*/";
+        const int width = rand(16, 70);
+        fx.memo.SetWordWrap(true, width);
+        SCOPED_TRACE(testing::Message() << "round " << round << " width " << width);
+        ASSERT_EQ(fx.Bytes(), bytes);
+
+        std::u16string joined, firstRow;
+        for (int row = 0; row < fx.lines.Count(); ++row) {
+            const std::u16string_view s = fx.lines.Get(row);
+            const bool continuation = row > 0 && fx.lines.IsLineWrapped(row);
+            const bool continues = row + 1 < fx.lines.Count() && fx.lines.IsLineWrapped(row + 1);
+            if (!continuation)
+                firstRow = s;
+            joined += (row > 0 && !continuation ? u"\n" : u"") + std::u16string(s);
+            int allowed = width;
+            if (continuation && state.FIndentWrappedLines) {
+                const std::size_t lead =
+                    std::min(firstRow.find_first_not_of(u" \t"), firstRow.size());
+                allowed = std::max(
+                    width - std::min(Columns(firstRow.substr(0, lead), state.FTabSize), 5), 12);
+            }
+            const bool pair = s.size() == 2 && s[0] >= 0xD800 && s[0] < 0xDC00;
+            ASSERT_TRUE(Columns(s, state.FTabSize) <= allowed || s.size() == 1 || pair) << row;
+            ASSERT_FALSE(!s.empty() && s[0] >= 0xDC00 && s[0] < 0xE000) << row;
+            if (!continues)
+                continue;
+            const std::u16string_view next = fx.lines.Get(row + 1);
+            const std::size_t unit = next[0] >= 0xD800 && next[0] < 0xDC00 ? 2 : 1;
+            const bool full = Columns(std::u16string(s) + std::u16string(next.substr(0, unit)),
+                                      state.FTabSize) > allowed;
+            if (state.FWrapAtAbsoluteMargin) {
+                ASSERT_TRUE(full) << row;
+                continue;
+            }
+            const bool atBreak = kBreakAfter.find(s.back()) != std::u16string_view::npos ||
+                                 kBreakBefore.find(next[0]) != std::u16string_view::npos;
+            const std::u16string across{s.back(), next[0]};
+            const bool comments = !state.FWrapCommentStart.empty();
+            const bool beforeMark =
+                comments && (next.starts_with(u"/*") || next.starts_with(u"*/"));
+            ASSERT_FALSE(comments && (across == u"/*" || across == u"*/")) << row;
+            ASSERT_TRUE(full || atBreak || beforeMark) << row;
+            // The units after the cut that still fit the row hold no break it passed over.
+            std::u16string longer(s);
+            for (std::size_t i = 0; i < next.size() && longer.size() < s.size() + 20; ++i) {
+                longer += next[i];
+                if (Columns(longer, state.FTabSize) > allowed)
+                    break;
+                ASSERT_EQ(kBreakAfter.find(next[i]), std::u16string_view::npos)
+                    << row << " passed a break at " << i;
+            }
+        }
+        ASSERT_EQ(joined, text);
+    }
+}
+
+} // namespace
+} // namespace zv::test
+
+namespace zv::test {
+namespace {
+
+std::string Utf16LeWithBom(std::u16string_view text) {
+    std::string bytes = "\xFF\xFE";
+    for (char16_t c : text) {
+        bytes += static_cast<char>(c & 0xFF);
+        bytes += static_cast<char>(c >> 8);
+    }
+    return bytes;
+}
+
+// Long lines read in slices of the file: a line of astral characters whose forced cut ends
+// where a slice ends, with the slice ending inside a pair, and a CR LF split by a slice end.
+// No row starts inside a pair; saving gives the file's bytes; a character typed at each cut
+// near the slice end saves as the same insertion into the plain text, and undo gives the
+// file back.
+TEST(CutRows, LoadedCutsKeepSurrogatePairsAndLineEndsAcrossReadSlices) {
+    const std::u16string pair = u"\U0001F600";
+    for (int shift = -1; shift <= 1; ++shift) {
+        // A slice is 250000 units: the row from "c" fills the limit up to that unit.
+        std::u16string split(static_cast<std::size_t>(142 + shift), u'a');
+        split += u"\r\n";
+        for (int i = 0; i < 2048 * 60; ++i)
+            split += pair;
+        split += u'c';
+        for (int i = 0; i < 5000; ++i)
+            split += pair;
+        std::u16string crlf(static_cast<std::size_t>(249999 + shift), u'x');
+        crlf += u"\r\nend\r\n";
+        for (const std::u16string& text : {split, crlf}) {
+            const std::string bytes = Utf16LeWithBom(text);
+            const auto load = [&bytes] {
+                auto fx = std::make_unique<TMemoFixture>();
+                fx->lines.LoadFromBytes(bytes);
+                fx->memo.SetLines(&fx->lines);
+                fx->memo.Saved();
+                return fx;
+            };
+            const auto fx = load();
+            ASSERT_EQ(fx->Bytes(), bytes) << shift;
+            std::vector<std::pair<TZvPos, std::size_t>> cuts; // near the slice end: row end, offset
+            std::size_t offset = 0;
+            for (int row = 0; row < fx->lines.Count(); ++row) {
+                const std::u16string_view s = fx->lines.Get(row);
+                ASSERT_FALSE(!s.empty() && (s[0] & 0xFC00) == 0xDC00) << shift << " row " << row;
+                offset += s.size();
+                if (row + 1 == fx->lines.Count() || !fx->lines.IsLineWrapped(row + 1))
+                    offset += 2;
+                else if (offset + 5000 > 250000 && offset < 255000)
+                    cuts.push_back({{static_cast<int>(s.size()), row}, offset});
+            }
+            ASSERT_FALSE(cuts.empty()) << shift;
+            for (const auto& [end, at] : cuts)
+                for (const TZvPos p : {end, TZvPos{0, end.Y + 1}}) { // either side of the cut
+                    const auto edited = load();
+                    edited->memo.SetTextCursor(p.X, p.Y);
+                    edited->memo.KeyPress(u'Z');
+                    std::u16string expected = text;
+                    expected.insert(at, u"Z");
+                    ASSERT_TRUE(edited->Bytes() == Utf16LeWithBom(expected)) << shift << " " << p.Y;
+                    edited->memo.Undo();
+                    ASSERT_TRUE(edited->Bytes() == bytes) << shift << " row " << p.Y;
+                }
+        }
+    }
 }
 
 } // namespace

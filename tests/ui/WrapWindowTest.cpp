@@ -1,7 +1,8 @@
 // Word wrap in the real window: switched from the View menu, cut at the editor's width and
 // cut again when the window is resized; the gutter, the status bar, Home and End speak of
 // lines while the rows are pieces; keys typed at a cut and saved give the file's bytes with
-// the same insertion made in a plain string; the setting is kept when the user asks.
+// the same insertion made in a plain string; the setting is kept when the user asks;
+// continuation rows are drawn, clicked and marked indented; a split view keeps its place.
 #include "UiFixtures.h"
 #include "shell/Settings.h"
 #include "ui/Actions.h"
@@ -10,6 +11,7 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScrollBar>
 
 #include <gtest/gtest.h>
 
@@ -141,6 +143,108 @@ TEST_F(WrapWindowTest, WrapFollowsTheWidthAndTypingAtACutSavesThePlainInsertion)
     EXPECT_FALSE(editor.WordWrap());
     EXPECT_EQ(editor.Memo().RowCount(), 5);
     EXPECT_EQ(zvtest::EditorText(editor) + "\n", expected + "\n");
+}
+
+// Where the painted pixels of viewport row `index` begin in [from, to) (to -1: the width):
+// the first that `match` accepts, or -1.
+template <class Match>
+int FirstPixel(const zv::TEditorWidget& editor, int index, int from, Match match, int to = -1) {
+    const QImage image = editor.viewport()->grab().toImage();
+    const int h = editor.fontMetrics().lineSpacing();
+    for (int x = from; x < (to < 0 ? image.width() : std::min(to, image.width())); ++x)
+        for (int y = index * h; y < (index + 1) * h && y < image.height(); ++y)
+            if (match(image.pixelColor(x, y)))
+                return x;
+    return -1;
+}
+
+TEST_F(WrapWindowTest, ContinuationRowsAreDrawnClickedSelectedAndMarkedUnderTheFirstRowsText) {
+    std::string text = "    ";
+    for (int word = 0; word < 60; ++word)
+        text += "w" + std::to_string(word) + (word % 5 ? " " : ", ");
+    text += "\nend\n";
+    zv::TEditorWidget& editor = Open("indented.txt", text);
+    window->resize(600, 400);
+    QApplication::processEvents();
+    editor.SetWordWrap(true);
+    QApplication::processEvents();
+    ASSERT_TRUE(editor.Lines()->IsLineWrapped(1));
+    editor.Memo().SetTextCursor(0, 0);
+    const int left = editor.CaretRect().x();                      // column 0 of a first row
+    editor.Memo().SetTextCursor(0, editor.Memo().RowCount() - 1); // no row highlight on 0, 1
+    const auto ink = [](const QColor& c) { return qGray(c.rgb()) < 100; };
+    // Every row starts with a "w": the continuation's first glyph stands under the first's.
+    const int firstInk = FirstPixel(editor, 0, left, ink),
+              continuationInk = FirstPixel(editor, 1, left, ink);
+    ASSERT_GT(firstInk, 0);
+    EXPECT_EQ(continuationInk, firstInk);
+
+    // A click on the k-th character drawn on the continuation row puts the caret before it.
+    const int cw = editor.fontMetrics().horizontalAdvance(QLatin1Char('M'));
+    const int h = editor.fontMetrics().lineSpacing();
+    for (int k : {0, 3, 8}) {
+        QTest::mouseClick(editor.viewport(), Qt::LeftButton, {},
+                          QPoint(continuationInk + k * cw + cw / 3, h + h / 2));
+        EXPECT_EQ(editor.Memo().Caret(), (zv::TZvPos{k, 1})) << k;
+    }
+
+    // A selection from a row's first "w" is painted from the same x on both rows.
+    const auto selected = [](const QColor& c) { return c == QColor(0xAD, 0xD6, 0xFF); };
+    editor.Memo().SetSelection({4, 0}, {7, 0});
+    const int firstSelected = FirstPixel(editor, 0, left, selected);
+    editor.Memo().SetSelection({0, 1}, {3, 1});
+    ASSERT_GT(firstSelected, 0);
+    EXPECT_EQ(FirstPixel(editor, 1, left, selected), firstSelected);
+
+    // Wrap marks: after the text of a row whose line goes on, in the indent of a continuation.
+    editor.Memo().SetTextCursor(0, editor.Memo().RowCount() - 1);
+    const auto mark = [](const QColor& c) { return c == zv::TEditorWidget::kWrapMarkColor; };
+    const auto marks = [&](int row) {
+        const int end =
+            left + static_cast<int>(editor.Memo().TextLength(row, editor.Memo().RowLength(row)));
+        const int textLeft = left + static_cast<int>(editor.Memo().TextLength(row, 0));
+        return std::pair(FirstPixel(editor, row, end, mark) >= 0,
+                         FirstPixel(editor, row, left, mark, textLeft) >= 0);
+    };
+    for (int row = 0; row < editor.Memo().RowCount(); ++row)
+        EXPECT_EQ(marks(row), std::pair(editor.Lines()->IsLineWrapped(row + 1),
+                                        editor.Lines()->IsLineWrapped(row)))
+            << row;
+    editor.FDisplayWrapMarkers = false;
+    EXPECT_EQ(marks(0), std::pair(false, false));
+    EXPECT_EQ(marks(1), std::pair(false, false));
+}
+
+// The other view of a split page keeps the line at its top and its caret's place in the
+// text while the rows are cut anew: wrap on, a narrower window, wrap off.
+TEST_F(WrapWindowTest, TheOtherSplitViewKeepsItsTopLineAndCaretThroughRelayouts) {
+    std::string text;
+    for (int i = 0; i < 20; ++i)
+        text += LongLines();
+    zv::TEditorWidget& other = Open("split.txt", text);
+    window->resize(700, 600);
+    QApplication::processEvents();
+    ASSERT_TRUE(window->SplitCurrentMemo(zv::TMainWindow::TSplitKind::Horizontal));
+    QApplication::processEvents();
+    ASSERT_NE(window->ActiveEditor(), &other);
+    other.verticalScrollBar()->setValue(30);
+    other.Memo().SetTextCursor(10, 30); // in view: a relayout of this view's own shows it
+    const zv::TZvPos caret = other.Memo().Unwrapped(other.Memo().Caret());
+    ASSERT_EQ(other.TopRow(), 30);
+    const auto expectKept = [&](const char* when) {
+        EXPECT_EQ(other.TopRow(), other.Lines()->GetWrapIndex(30)) << when;
+        EXPECT_EQ(other.Memo().Unwrapped(other.Memo().Caret()), caret) << when;
+    };
+    ToggleFromViewMenu();
+    ASSERT_TRUE(other.WordWrap());
+    ASSERT_GT(other.Lines()->GetWrapIndex(30), 30);
+    expectKept("wrap on");
+    window->resize(500, 600);
+    QApplication::processEvents();
+    expectKept("narrower");
+    ToggleFromViewMenu();
+    ASSERT_FALSE(other.WordWrap());
+    expectKept("wrap off");
 }
 
 TEST_F(WrapWindowTest, HomeAndEndGoByRowsThenByTheLine) {
