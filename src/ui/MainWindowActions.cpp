@@ -225,6 +225,7 @@ void TMainWindow::CreateActions() {
     CreateTextActions();
     CreateExportActions();
     CreateBookmarkActions();
+    CreateClipActions();
     CreateHighlightActions();
     CreateFoldActions();
     CreateCaretActions();
@@ -279,7 +280,9 @@ void TMainWindow::CreateMenuBar() {
     a.AddTo(*format, {"IndentAction", "UnIndentAction"});
     AddTextMenus(*edit, *format);
     AddCaretMenu(*edit);
-    FillBookmarksMenu(*a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu"));
+    QMenu* bookmarks = a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu");
+    FillBookmarksMenu(*bookmarks);
+    AddClipMenus(*edit, *view, *bookmarks);
     a.AddTo(*a.AddMenu(bar, "m07", "&Tools", "ToolsMenu"),
             {"FindCommandAction", "RunLastAction", "-", "WordCountAction", "-",
              "CustomizeKeyboardAction"});

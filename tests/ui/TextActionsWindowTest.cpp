@@ -40,15 +40,8 @@ class TextActionsWindowTest : public zvtest::TShownWindowTest {
 protected:
     TextActionsWindowTest() : TShownWindowTest("zv-text-actions") {}
 
-    // Runs the action as a click on its item in the named menu of the bar does.
     void ClickInMenu(const char* menuName, const char* action) {
-        auto* menu = window->menuBar()->findChild<QMenu*>(QString::fromLatin1(menuName));
-        ASSERT_NE(menu, nullptr) << menuName;
-        QAction* item = window->Actions().Get(action);
-        ASSERT_TRUE(menu->actions().contains(item)) << action << " is not in " << menuName;
-        window->Actions().UpdateActions();
-        ASSERT_TRUE(item->isEnabled()) << action;
-        item->trigger();
+        zvtest::ClickInMenu(*window, menuName, action);
     }
 
     // After a modal dialog: the window active again (the window manager's part, off
@@ -62,12 +55,7 @@ protected:
 
     // The output of the shell `pipeline` run on `original` as the file named by $1.
     std::string ToolOn(const std::string& original, const std::string& pipeline) {
-        zvtest::WriteAll(dir / "original.txt", original);
-        int status = 0;
-        const std::string out = zvtest::RunOutput(
-            "sh -c '" + pipeline + "' sh '" + (dir / "original.txt").string() + "'", status);
-        EXPECT_EQ(status, 0) << pipeline;
-        return out;
+        return zvtest::ToolOutput(dir / "original.txt", original, pipeline);
     }
 };
 
