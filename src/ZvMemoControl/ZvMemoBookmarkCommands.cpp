@@ -15,10 +15,10 @@ bool IsMarked(const TZvMemoStrings& lines, int row) {
     return GetBookmark(lines, row) >= 0 || HasLinemark(lines, row);
 }
 
-// Every line of the document; `withEndRow` keeps the empty row behind a final line end.
-TLineBlock WholeDocument(const TZvMemo& memo, bool withEndRow) {
+// Every line of the document but the empty row behind a final line end.
+TLineBlock WholeDocument(const TZvMemo& memo) {
     int last = memo.RowCount() - 1;
-    if (!withEndRow && last > 0 && memo.RowLength(last) == 0 && !memo.Lines().IsLineWrapped(last))
+    if (last > 0 && memo.RowLength(last) == 0 && !memo.Lines().IsLineWrapped(last))
         --last;
     return ReadLines(memo, 0, last);
 }
@@ -31,7 +31,7 @@ bool LineMarked(const TZvMemo& memo, const TLineBlock& block, int i) {
 } // namespace
 
 int TZvMemo::acnBookmarkDuplicatedLines() {
-    const TLineBlock block = WholeDocument(*this, false);
+    const TLineBlock block = WholeDocument(*this);
     std::unordered_set<std::u16string_view> seen;
     seen.reserve(block.Old.Lines.size());
     int marked = 0;
@@ -45,7 +45,7 @@ int TZvMemo::acnBookmarkDuplicatedLines() {
 }
 
 std::u16string TZvMemo::MarkedLinesText() const {
-    const TLineBlock block = WholeDocument(*this, false);
+    const TLineBlock block = WholeDocument(*this);
     std::u16string text;
     for (int i = 0; i < block.Old.Count(); ++i)
         if (LineMarked(*this, block, i))
@@ -61,7 +61,7 @@ bool TZvMemo::acnCopyBookmarkedLines() {
 bool TZvMemo::acnDelBookmarkedLines() {
     if (!MayChangeText(*this))
         return false;
-    TLineBlock block = WholeDocument(*this, false);
+    const TLineBlock block = WholeDocument(*this);
     TLineList kept;
     for (int i = 0; i < block.Old.Count(); ++i)
         if (!LineMarked(*this, block, i))
@@ -69,11 +69,6 @@ bool TZvMemo::acnDelBookmarkedLines() {
                      i > 0 ? block.Old.Ends[static_cast<std::size_t>(i - 1)] : leDocument);
     if (kept.Count() == block.Old.Count())
         return false;
-    if (kept.Count() == 0) {
-        // Every line goes: the final line end goes with them, leaving an empty document.
-        block = WholeDocument(*this, true);
-        kept.Add(TRowText(), leDocument);
-    }
     const TZvPos caret = Caret();
     auto record = std::make_unique<TDelBookmarkedLinesUndo>();
     if (HasSelection())

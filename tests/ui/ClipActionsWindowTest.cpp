@@ -90,6 +90,24 @@ TEST_F(ClipActionsWindowTest, MarkedLinesCommandsMatchAnAwkModelAndUndoGivesTheO
     Save(editor);
     EXPECT_EQ(zvtest::ReadAll(dir / "marked.txt"), original);
     EXPECT_FALSE(editor.Memo().CanUndo());
+
+    // Every line marked: they all go, the final line end with them; cleared marks delete
+    // nothing.
+    zv::TEditorWidget& small = Open("all.txt", "one\ntwo\n");
+    for (int row : {0, 1}) {
+        small.Memo().SetTextCursor(0, row);
+        ClickInMenu("BookmarksMenu", "ToggleBookmark");
+    }
+    ClickInMenu("BookmarksMenu", "ClearBookmarksAction");
+    ClickInMenu("BookmarksMenu", "DelBookmarkedLinesAction");
+    EXPECT_FALSE(small.Memo().CanUndo());
+    for (int row : {0, 1}) {
+        small.Memo().SetTextCursor(0, row);
+        ClickInMenu("BookmarksMenu", "ToggleBookmark");
+    }
+    ClickInMenu("BookmarksMenu", "DelBookmarkedLinesAction");
+    Save(small);
+    EXPECT_EQ(zvtest::ReadAll(dir / "all.txt"), "");
 }
 
 TEST_F(ClipActionsWindowTest, ClipboardVariantsReadBackFromTheRealClipboard) {
