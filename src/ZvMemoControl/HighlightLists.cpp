@@ -42,6 +42,22 @@ bool THighlightLists::Remove(THighlightList list, std::u16string_view text) {
            }) > 0;
 }
 
+bool THighlightLists::AddHighlightExpression(std::u16string_view text, bool matchCase,
+                                             bool wholeWord, bool regEx, TColor background,
+                                             TColor textColor) {
+    const TZvFindOptions options = static_cast<TZvFindOptions>(
+        (matchCase ? frCase : 0) | (wholeWord ? frWord : 0) | (regEx ? frRegExp : 0));
+    return Add(THighlightList::Expressions, text, options, {background, textColor});
+}
+
+std::vector<THighlightLists::TEntryInfo> THighlightLists::Entries(THighlightList list) const {
+    std::vector<TEntryInfo> out;
+    for (const TEntry& e : FEntries)
+        if (e.List == list)
+            out.push_back({e.Search.Text(), e.Search.Options(), e.Colours});
+    return out;
+}
+
 void THighlightLists::Clear(THighlightList list) {
     std::erase_if(FEntries, [list](const TEntry& e) { return e.List == list; });
 }

@@ -40,6 +40,20 @@ public:
     }
     // Removes the entries of `list` for `text` (any options); true when one went.
     bool Remove(THighlightList list, std::u16string_view text);
+    // An expression of its own colours: `text` searched with the given options, painted in
+    // `textColor` on `background`. False as Add is.
+    bool AddHighlightExpression(std::u16string_view text, bool matchCase, bool wholeWord,
+                                bool regEx, TColor background, TColor textColor);
+    bool RemoveHighlightExpression(std::u16string_view text) {
+        return Remove(THighlightList::Expressions, text);
+    }
+    // The entries of `list` in the order they were added.
+    struct TEntryInfo {
+        std::u16string Text;
+        TZvFindOptions Options;
+        THighlightColours Colours;
+    };
+    std::vector<TEntryInfo> Entries(THighlightList list) const;
     void Clear(THighlightList list);
     void ClearAll() { FEntries.clear(); }
     bool Empty() const { return FEntries.empty(); }

@@ -376,6 +376,7 @@ protected:
     friend class TZvUndoList;
     TInputAids BeginReplay(bool undo);
     void EndReplay(const TInputAids& saved);
+    IClipboard& Clipboard();
 
 private:
     // Places noted by RelayoutComing as unwrapped positions (the top as a real line), put
@@ -421,7 +422,6 @@ private:
     int NextVisibleRow(int row) const;
     ITextBreaks& Breaks() const;
     const ITextMeasure& Measure() const;
-    IClipboard& Clipboard();
     // Replaces the selection or inserts at the caret, with a Paste/Replace record.
     TZvPos InsertAtCaret(const TEditText& text, std::unique_ptr<TUndo> record);
     TEditText PaddingFor(TZvPos caret) const;
@@ -727,6 +727,33 @@ public:
     bool acnDeleteSentence();
     bool acnDeleteToSentenceHome();
     bool acnDeleteToSentenceEnd();
+    // ---- Marked lines: lines holding a numbered bookmark or a plain line mark.
+    // Puts a plain mark on every line equal to an earlier line of the document (the lines
+    // acnDeleteDuplicateLines removes); lines marked already keep their mark. Not undoable;
+    // returns the number of lines it marked.
+    int acnBookmarkDuplicatedLines();
+    // The marked lines of the document, each followed by LF (empty: none marked).
+    std::u16string MarkedLinesText() const;
+    // Copies the marked lines (MarkedLinesText) to the clipboard; false when none is marked.
+    bool acnCopyBookmarkedLines();
+    // Removes every marked line with its line end, one undo step; Cut copies them first.
+    // False when none is marked or the edit is refused.
+    bool acnDelBookmarkedLines();
+    bool acnCutBookmarkedLines();
+    // Drops every bookmark and plain mark.
+    void acnClearBookmarks();
+
+    // ---- Clipboard variants. Each takes what Copy takes (the selection, or the word at the
+    // caret). Append: the clipboard's text followed by it; Cut also removes the selection.
+    bool acnCopyAndAppend();
+    bool acnCutAndAppend();
+    // Copies the selection and inserts a copy of it behind itself; the caret goes behind the
+    // copy. False without a selection.
+    bool acnCopyAndPaste();
+    // Pastes the clipboard's text and leaves it selected (one undo step).
+    bool acnPasteAndSelect();
+    // Inserts `text` at the caret, replacing the selection, and selects it when `select`.
+    bool acnInsertText(std::u16string_view text, bool select = false);
 
     std::int32_t FRightMargin = 80;         // column of the right margin
     std::int32_t FTabCharsReplaced = 0;     // tabs or blank runs the last conversion replaced

@@ -33,6 +33,7 @@ ZV_COMMAND_UNDO(TSplitLinesUndo, "029")
 ZV_COMMAND_UNDO(TCompressLinesUndo, "030")
 ZV_COMMAND_UNDO(TDeleteTrailingBlankLinesUndo, "030")
 ZV_COMMAND_UNDO(TDeleteLinesUndo, "031")
+ZV_COMMAND_UNDO(TDelBookmarkedLinesUndo, "021")
 ZV_COMMAND_UNDO(TSortUndo, "034")
 
 #undef ZV_COMMAND_UNDO

@@ -4,7 +4,9 @@ target_sources(zv_memo_edit PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/JsonFormat.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SuperSort.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoAlignColumns.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ZvMemoBookmarkCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoCaseCommands.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ZvMemoClipCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoColumnCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoCommentCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoJsonCommands.cpp

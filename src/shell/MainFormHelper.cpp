@@ -176,20 +176,24 @@ TDocument& TMainFormHelper::AddDocument(std::unique_ptr<TDocument> doc) {
     return added;
 }
 
-bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage) {
-    auto lines = std::make_unique<TZvMemoStrings>();
+bool TMainFormHelper::DecodeFile(const std::string& path, int32_t codePage, TZvMemoStrings& lines,
+                                 std::string& error) const {
     // The settings decide what detection falls back to: a pure ASCII file opens in the
     // default encoding, so that what is typed into it later can be saved.
-    lines->Memo().FDefaultEncoding = FMemoMisc.DefaultEncoding;
+    lines.Memo().FDefaultEncoding = FMemoMisc.DefaultEncoding;
     TFileTypeOptions options;
     options.OpenAsBinary = Utf16ToUtf8(FMemoMisc.OpenAsBinary);
     options.DetectUTF8 = FMemoMisc.DetectUTF8;
     options.DetectAll = FMemoMisc.DetectAll;
     options.AllowIllegalCtrlChars = FMemoMisc.AllowIllegalCtrlChars;
     TFileType type;
+    return OpenTextFile(lines, path, static_cast<std::uint32_t>(codePage), type, error, options);
+}
+
+bool TMainFormHelper::ReadInto(TDocument& doc, int32_t codePage) {
+    auto lines = std::make_unique<TZvMemoStrings>();
     std::string error;
-    if (!OpenTextFile(*lines, doc.FFilePath, static_cast<std::uint32_t>(codePage), type, error,
-                      options)) {
+    if (!DecodeFile(doc.FFilePath, codePage, *lines, error)) {
         FPrompt.ShowMessage(LangText("Messages", "011", "Could not open the file!") + "\n\"" +
                             doc.FFilePath + "\"\n" + error);
         return false;

@@ -159,6 +159,12 @@ public:
     bool FApplicationClosing = false;
     bool FInBatch = false;
 
+    // Decodes the file at `path` into `lines` as opening a document does (the settings'
+    // detection and default encoding; `codePage` 50001: detect). False with `error` set for
+    // a missing or unreadable file or a code page this system lacks.
+    bool DecodeFile(const std::string& path, int32_t codePage, TZvMemoStrings& lines,
+                    std::string& error) const;
+
 private:
     // Reads the document's file into new rows, which every view of it then shows; the
     // text is unmodified.

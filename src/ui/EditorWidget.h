@@ -116,6 +116,12 @@ public:
     void ZoomOut();
     void ZoomReset();
     int Zoom() const { return FMemo.FZoomValue; }
+    // The base font (zoom 100) one point larger (`points` 1) or smaller (-1), within 4..96
+    // points; the zoom stays. The toggle swaps the fixed-width font for the system's general
+    // one and back, at the same size.
+    void StepFontSize(int points);
+    void ToggleFont();
+    const QFont& BaseFont() const { return FBaseFont; }
     // Puts the caret at the brace that pairs with the one at the caret, or with the nearest
     // enclosing one; false (caret kept) without a syntax or a pair.
     bool GoToMatchingBrace();
@@ -288,8 +294,9 @@ private:
     QPoint FPressPoint;
     bool FMaybeDrag = false;
     bool FSelecting = false;
-    QString FPreedit; // input method text being composed, painted at the caret
-    QFont FBaseFont;  // the font at zoom 100
+    QString FPreedit;          // input method text being composed, painted at the caret
+    QFont FBaseFont;           // the font at zoom 100
+    bool FGeneralFont = false; // ToggleFont put the general font in place of the fixed one
     std::shared_ptr<const TTextSearch> FHighlight;
     std::vector<TSearchHit> FVisibleHits; // FHighlight's hits in the rows being painted
     THighlightLists FHighlights;

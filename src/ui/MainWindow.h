@@ -193,6 +193,10 @@ private:
     EditHandlers(TMemoCommand command, bool (*can)(const TZvMemo&) = nullptr);
     void CreateBookmarkActions();
     void FillBookmarksMenu(QMenu& menu);
+    // Marked-line, clipboard-variant, insert and font actions (MainWindowClipActions.cpp)
+    // and their places in the Edit, View and Bookmarks menus.
+    void CreateClipActions();
+    void AddClipMenus(QMenu& edit, QMenu& view, QMenu& bookmarks);
     void CreateHighlightActions();
     void FillHighlightMenu(QMenu& menu);
     void CreateFoldActions();

@@ -225,6 +225,7 @@ void TMainWindow::CreateActions() {
     CreateTextActions();
     CreateExportActions();
     CreateBookmarkActions();
+    CreateClipActions();
     CreateHighlightActions();
     CreateFoldActions();
     CreateCaretActions();
@@ -281,7 +282,9 @@ void TMainWindow::CreateMenuBar() {
     AddTextMenus(*edit, *format);
     AddCaretMenu(*edit);
     AddMoveMenus(*edit, *search);
-    FillBookmarksMenu(*a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu"));
+    QMenu* bookmarks = a.AddMenu(bar, "m05", "&Bookmarks", "BookmarksMenu");
+    FillBookmarksMenu(*bookmarks);
+    AddClipMenus(*edit, *view, *bookmarks);
     a.AddTo(*a.AddMenu(bar, "m07", "&Tools", "ToolsMenu"),
             {"FindCommandAction", "RunLastAction", "-", "WordCountAction", "-",
              "CustomizeKeyboardAction"});

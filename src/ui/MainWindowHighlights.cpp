@@ -7,6 +7,7 @@
 #include "ui/ActionDef.h"
 #include "ui/Actions.h"
 #include "ui/EditorWidget.h"
+#include "ui/HighlightExpressionsDialog.h"
 
 #include <QMenu>
 
@@ -50,6 +51,21 @@ void TMainWindow::CreateHighlightActions() {
                             l.Remove(THighlightList::Selections, text);
                         }),
                         hasEditor));
+    list.Add(MakeAction({"UnHighlightSelectionAction", "Search", "596", "Unhighlight s&election"},
+                        onLists([](THighlightLists& l, TZvMemo& m) {
+                            l.Remove(THighlightList::Selections, MarkedText(m));
+                        }),
+                        hasEditor));
+    list.Add(MakeAction(
+        {"HighlightExpressionsAction", "Search", "597", "Highlight e&xpressions..."},
+        [this] {
+            OnActiveEditor([this](TEditorWidget& e) {
+                THighlightExpressionsDialog dialog(this, e.Highlights(),
+                                                   [&e] { e.viewport()->update(); });
+                dialog.exec();
+            });
+        },
+        hasEditor));
     list.Add(MakeAction({"UnHighlightAllAction", "Search", "494", "Unhighlight &all"},
                         onLists([](THighlightLists& l, TZvMemo&) { l.ClearAll(); }), hasEditor));
 }
@@ -57,7 +73,8 @@ void TMainWindow::CreateHighlightActions() {
 void TMainWindow::FillHighlightMenu(QMenu& menu) {
     FActions->AddTo(menu,
                     {"HighlightTextAction", "HighlightWholeWordAction", "HighlightSelectionAction",
-                     "-", "UnHighlightTextAction", "UnHighlightAllAction"});
+                     "-", "UnHighlightTextAction", "UnHighlightSelectionAction",
+                     "UnHighlightAllAction", "-", "HighlightExpressionsAction"});
 }
 
 } // namespace zv

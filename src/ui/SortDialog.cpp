@@ -2,12 +2,16 @@
 #include "ui/SortDialog.h"
 
 #include "shell/Language.h"
+#include "shell/Settings.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
@@ -27,6 +31,36 @@ TSortDialog::TSortDialog(QWidget* parent, int selectionStart, int selectionEnd) 
     setObjectName(QStringLiteral("SortDialog"));
     setWindowTitle(Text("Actions", "505", "Advanced sort").remove(QLatin1Char('&')));
     auto* layout = new QVBoxLayout(this);
+    auto* sets = new QHBoxLayout;
+    FSetName = new QComboBox(this);
+    FSetName->setObjectName(QStringLiteral("KeySetName"));
+    FSetName->setEditable(true);
+    FSetName->setInsertPolicy(QComboBox::NoInsert);
+    auto* label = new QLabel(Text("Misc", "500", "&Key sets:"), this);
+    label->setBuddy(FSetName);
+    auto* save = new QPushButton(Text("Misc", "501", "&Save set"), this);
+    save->setObjectName(QStringLiteral("SaveKeySet"));
+    auto* remove = new QPushButton(Text("Misc", "502", "De&lete set"), this);
+    remove->setObjectName(QStringLiteral("DeleteKeySet"));
+    sets->addWidget(label);
+    sets->addWidget(FSetName, 1);
+    sets->addWidget(save);
+    sets->addWidget(remove);
+    layout->addLayout(sets);
+    const auto name = [this] { return FSetName->currentText().trimmed().toStdU16String(); };
+    connect(FSetName, &QComboBox::textActivated, this, [this, name] {
+        TSortKeySet set;
+        if (LoadSortKeySet(SettingsIni(), name(), set))
+            Apply(set);
+    });
+    connect(save, &QPushButton::clicked, this, [this, name] {
+        if (SaveSortKeySet(SettingsIni(), name(), State()))
+            FillSetNames();
+    });
+    connect(remove, &QPushButton::clicked, this, [this, name] {
+        DeleteSortKeySet(SettingsIni(), name());
+        FillSetNames();
+    });
     for (int k = 0; k < 4; ++k) {
         TKeyRow& row = FKeys[static_cast<std::size_t>(k)];
         const QString name = QStringLiteral("Key%1").arg(k + 1);
@@ -61,7 +95,8 @@ TSortDialog::TSortDialog(QWidget* parent, int selectionStart, int selectionEnd) 
                                         Text("Actions", "513", "Remove key duplicates"));
         row.OnlyKeyDuplicates = check(QStringLiteral("OnlyKeyDuplicates"),
                                       Text("Actions", "514", "Only keep key duplicates"));
-        auto* ascending = new QRadioButton(Text("Actions", "343", "&Ascending"), box);
+        row.Ascending = new QRadioButton(Text("Actions", "343", "&Ascending"), box);
+        QRadioButton* ascending = row.Ascending;
         row.Descending = new QRadioButton(Text("Actions", "344", "&Descending"), box);
         row.Descending->setObjectName(name + QStringLiteral("Descending"));
         ascending->setChecked(true);
@@ -89,23 +124,57 @@ TSortDialog::TSortDialog(QWidget* parent, int selectionStart, int selectionEnd) 
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
+    FillSetNames();
+}
+
+void TSortDialog::FillSetNames() {
+    const QString typed = FSetName->currentText();
+    FSetName->clear();
+    for (const std::u16string& n : SortKeySetNames(SettingsIni()))
+        FSetName->addItem(QString::fromStdU16String(n));
+    FSetName->setCurrentIndex(-1); // none picked: the first pick loads
+    FSetName->setEditText(typed);
+}
+
+TSortKeySet TSortDialog::State() const {
+    TSortKeySet set;
+    for (std::size_t i = 0; i < FKeys.size(); ++i) {
+        const TKeyRow& row = FKeys[i];
+        TSortKeySet::TRow& out = set.Rows[i];
+        out.Enabled = row.Enabled->isChecked();
+        out.Key.Start = row.Start->value();
+        out.Key.End = row.End->value();
+        out.Key.Numeric = row.Numeric->isChecked();
+        out.Key.IgnoreCase = row.IgnoreCase->isChecked();
+        out.Key.Descending = row.Descending->isChecked();
+        out.Key.RemoveKeyDuplicates = row.RemoveKeyDuplicates->isChecked();
+        out.Key.OnlyKeepKeyDuplicates = row.OnlyKeyDuplicates->isChecked();
+    }
+    set.RemoveDuplicates = FRemoveDuplicates->isChecked();
+    return set;
+}
+
+void TSortDialog::Apply(const TSortKeySet& set) {
+    for (std::size_t i = 0; i < FKeys.size(); ++i) {
+        const TKeyRow& row = FKeys[i];
+        const TSortKeySet::TRow& in = set.Rows[i];
+        row.Enabled->setChecked(in.Enabled);
+        row.Start->setValue(in.Key.Start);
+        row.End->setValue(in.Key.End);
+        row.Numeric->setChecked(in.Key.Numeric);
+        row.IgnoreCase->setChecked(in.Key.IgnoreCase);
+        row.RemoveKeyDuplicates->setChecked(in.Key.RemoveKeyDuplicates);
+        row.OnlyKeyDuplicates->setChecked(in.Key.OnlyKeepKeyDuplicates);
+        (in.Key.Descending ? row.Descending : row.Ascending)->setChecked(true);
+    }
+    FRemoveDuplicates->setChecked(set.RemoveDuplicates);
 }
 
 std::vector<TSortKey> TSortDialog::Keys() const {
     std::vector<TSortKey> keys;
-    for (const TKeyRow& row : FKeys) {
-        if (!row.Enabled->isChecked())
-            continue;
-        TSortKey key;
-        key.Start = row.Start->value();
-        key.End = row.End->value();
-        key.Numeric = row.Numeric->isChecked();
-        key.IgnoreCase = row.IgnoreCase->isChecked();
-        key.Descending = row.Descending->isChecked();
-        key.RemoveKeyDuplicates = row.RemoveKeyDuplicates->isChecked();
-        key.OnlyKeepKeyDuplicates = row.OnlyKeyDuplicates->isChecked();
-        keys.push_back(key);
-    }
+    for (const TSortKeySet::TRow& row : State().Rows)
+        if (row.Enabled)
+            keys.push_back(row.Key);
     return keys;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ZvMemoControl/SuperSort.h"
+#include "ui/SortKeySets.h"
 
 #include <QDialog>
 
@@ -10,6 +11,7 @@
 #include <vector>
 
 class QCheckBox;
+class QComboBox;
 class QRadioButton;
 class QSpinBox;
 
@@ -26,6 +28,14 @@ public:
     bool RemoveDuplicates() const;
 
 private:
+    // The dialog's state as a key set, and back. Named sets live in the settings store: a
+    // name picked in "KeySetName" loads its set, "SaveKeySet" stores the state under the
+    // name typed there, "DeleteKeySet" forgets it.
+    TSortKeySet State() const;
+    void Apply(const TSortKeySet& set);
+    void FillSetNames();
+    QComboBox* FSetName = nullptr;
+
     // One key's widgets; object names "Key<n><part>" (n from 1) let a test fill them.
     struct TKeyRow {
         QCheckBox* Enabled;
@@ -35,6 +45,7 @@ private:
         QCheckBox* IgnoreCase;
         QCheckBox* RemoveKeyDuplicates;
         QCheckBox* OnlyKeyDuplicates;
+        QRadioButton* Ascending;
         QRadioButton* Descending;
     };
     std::array<TKeyRow, 4> FKeys{};

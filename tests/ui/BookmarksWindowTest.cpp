@@ -1,6 +1,7 @@
 // Bookmarks, line marks and change bars in the real window: set with the keys, kept on their
 // line through edits above, painted in the gutter, and the change bar turning saved on save.
-// Highlighted words and selections painted in their colours from the Search menu.
+// Highlighted words, selections and expressions painted in their colours from the Search
+// menu.
 #include "UiFixtures.h"
 
 #include "support/ZvTestSupport.h"
@@ -8,9 +9,18 @@
 #include "ui/RunPainter.h"
 
 #include <QAction>
+#include <QCheckBox>
+#include <QDialog>
 #include <QImage>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
+#include <QTimer>
+
+#include <algorithm>
+#include <sstream>
 
 namespace {
 
@@ -117,6 +127,66 @@ TEST_F(BookmarksWindowTest, HighlightedWordsAndSelectionsArePaintedInTheirListsC
     run("UnHighlightAllAction");
     EXPECT_EQ(PixelsIn(editor, 0, 0, 3, back), 0);
     EXPECT_EQ(PixelsIn(editor, 0, 4, 7, selection), 0);
+}
+
+} // namespace
+
+namespace {
+
+// An expression added in the dialog paints exactly the hits grep finds (its byte offsets,
+// ASCII text); removed, it paints none.
+TEST_F(BookmarksWindowTest, HighlightExpressionsFromTheirDialogPaintWhatGrepFinds) {
+    const std::string text = "id=42 x=7 foo\nbar 199 baz\nnone here\n";
+    zv::TEditorWidget& editor = Open("expr.txt", text);
+    int status = 0;
+    const std::string hits =
+        zvtest::RunOutput("grep -obE '[0-9]+' '" + (dir / "expr.txt").string() + "'", status);
+    ASSERT_EQ(status, 0);
+    std::vector<std::pair<int, int>> offsets; // [from, to) in the file
+    std::istringstream lines(hits);
+    for (std::string line; std::getline(lines, line);) {
+        const auto colon = line.find(':');
+        const int from = std::stoi(line.substr(0, colon));
+        offsets.emplace_back(from, from + static_cast<int>(line.size() - colon - 1));
+    }
+    ASSERT_EQ(offsets.size(), 3u);
+    const auto painted = [&](int offset) {
+        const int row = static_cast<int>(std::count(text.begin(), text.begin() + offset, '\n'));
+        const int col = offset - static_cast<int>(text.rfind('\n', offset - 1) + 1);
+        return PixelsIn(editor, row, col, col + 1, QColor(0, 0xC0, 0)) > 5;
+    };
+    const auto answer = [&](bool add) {
+        QTimer::singleShot(0, [add] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            ASSERT_NE(dialog, nullptr);
+            if (add) {
+                dialog->findChild<QLineEdit*>("ExpressionText")->setText("[0-9]+");
+                dialog->findChild<QCheckBox*>("ExpressionRegEx")->setChecked(true);
+                dialog->findChild<QLineEdit*>("ExpressionBackground")->setText("#00c000");
+                dialog->findChild<QPushButton*>("AddExpression")->click();
+            } else {
+                auto* list = dialog->findChild<QListWidget*>("ExpressionList");
+                ASSERT_EQ(list->count(), 1);
+                list->setCurrentRow(0);
+                dialog->findChild<QPushButton*>("RemoveExpression")->click();
+            }
+            qobject_cast<QDialog*>(dialog)->reject();
+        });
+        zvtest::ClickInMenu(*window, "HighlightMenu", "HighlightExpressionsAction");
+    };
+    answer(true);
+    std::size_t next = 0;
+    for (int offset = 0; offset < static_cast<int>(text.size()); ++offset) {
+        if (text[static_cast<std::size_t>(offset)] == '\n')
+            continue;
+        while (next < offsets.size() && offsets[next].second <= offset)
+            ++next;
+        const bool hit = next < offsets.size() && offsets[next].first <= offset;
+        EXPECT_EQ(painted(offset), hit) << "offset " << offset;
+    }
+    answer(false);
+    for (const auto& [from, to] : offsets)
+        EXPECT_FALSE(painted(from)) << from;
 }
 
 } // namespace

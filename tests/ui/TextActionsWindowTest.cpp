@@ -2,12 +2,14 @@
 // against GNU sort and the bytes on disk, commenting with the marks of the document's
 // syntax, and every command of the window shown in a menu with its caption.
 #include "UiFixtures.h"
+#include "shell/Settings.h"
 #include "support/ZvTestSupport.h"
 #include "ui/Actions.h"
 #include "ui/EditorWidget.h"
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QComboBox>
 #include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
@@ -40,15 +42,8 @@ class TextActionsWindowTest : public zvtest::TShownWindowTest {
 protected:
     TextActionsWindowTest() : TShownWindowTest("zv-text-actions") {}
 
-    // Runs the action as a click on its item in the named menu of the bar does.
     void ClickInMenu(const char* menuName, const char* action) {
-        auto* menu = window->menuBar()->findChild<QMenu*>(QString::fromLatin1(menuName));
-        ASSERT_NE(menu, nullptr) << menuName;
-        QAction* item = window->Actions().Get(action);
-        ASSERT_TRUE(menu->actions().contains(item)) << action << " is not in " << menuName;
-        window->Actions().UpdateActions();
-        ASSERT_TRUE(item->isEnabled()) << action;
-        item->trigger();
+        zvtest::ClickInMenu(*window, menuName, action);
     }
 
     // After a modal dialog: the window active again (the window manager's part, off
@@ -62,12 +57,7 @@ protected:
 
     // The output of the shell `pipeline` run on `original` as the file named by $1.
     std::string ToolOn(const std::string& original, const std::string& pipeline) {
-        zvtest::WriteAll(dir / "original.txt", original);
-        int status = 0;
-        const std::string out = zvtest::RunOutput(
-            "sh -c '" + pipeline + "' sh '" + (dir / "original.txt").string() + "'", status);
-        EXPECT_EQ(status, 0) << pipeline;
-        return out;
+        return zvtest::ToolOutput(dir / "original.txt", original, pipeline);
     }
 };
 
@@ -217,6 +207,60 @@ TEST_F(TextActionsWindowTest, AdvancedSortDialogKeysMatchGnuSortKeysAndOneUndoRe
     EXPECT_EQ(zvtest::ReadAll(dir / "s.txt"), sorted);
     QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(zvtest::EditorText(editor), original);
+}
+
+// A key set saved by name in the dialog is in the settings file written at the end; after a
+// restart that reads the file again, picking the name sets the keys, and they sort as GNU
+// sort does with the same keys.
+TEST_F(TextActionsWindowTest, NamedKeySetSurvivesARestartAndSortsAsGnuSort) {
+    const fs::path ini = dir / "Zevrit.ini";
+    zv::OpenSettings(ini);
+    std::string original;
+    for (int i = 0; i < 200; ++i)
+        original += std::string(1, "aBbA"[(i * 7) % 4]) + std::to_string((i * 37) % 23) + " x" +
+                    std::to_string(i % 4) + "\n";
+    zv::TEditorWidget& editor = Open("k.txt", original);
+    QTimer::singleShot(0, [] {
+        auto* dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        const auto box = [dialog](const char* name) {
+            return dialog->findChild<QAbstractButton*>(QString::fromLatin1(name));
+        };
+        box("Key1IgnoreCase")->setChecked(true); // key 1: column 1, case-blind, descending
+        box("Key1Descending")->setChecked(true);
+        dialog->findChild<QSpinBox*>("Key1End")->setValue(1);
+        box("Key2Enabled")->setChecked(true); // key 2: columns 2-3 as numbers
+        box("Key2Numeric")->setChecked(true);
+        dialog->findChild<QSpinBox*>("Key2Start")->setValue(2);
+        dialog->findChild<QSpinBox*>("Key2End")->setValue(3);
+        dialog->findChild<QComboBox*>("KeySetName")->setCurrentText("by letter and number");
+        box("SaveKeySet")->click();
+        qobject_cast<QDialog*>(dialog)->reject();
+    });
+    ClickInMenu("SortMenu", "AdvancedSortAction");
+    EXPECT_EQ(zvtest::EditorText(editor), original) << "a cancel sorts nothing";
+    ASSERT_TRUE(zv::SettingsIni().UpdateFile());
+    zv::CloseSettings();
+    int status = 0;
+    EXPECT_EQ(zvtest::RunOutput("iconv -f UTF-16 -t UTF-8 '" + ini.string() +
+                                    "' | tr -d \"\\r\" | grep -c \"^by letter and number=\"",
+                                status),
+              "1\n");
+
+    zv::OpenSettings(ini); // the next start
+    QTimer::singleShot(0, [] {
+        auto* dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        auto* names = dialog->findChild<QComboBox*>("KeySetName");
+        ASSERT_EQ(names->count(), 1);
+        QTest::keyClick(names, Qt::Key_Down); // picks the one set
+        qobject_cast<QDialog*>(dialog)->accept();
+    });
+    ClickInMenu("SortMenu", "AdvancedSortAction");
+    RefocusAndSave(editor);
+    EXPECT_EQ(zvtest::ReadAll(dir / "k.txt"),
+              ToolOn(original, "LC_ALL=C sort -s -k1.1,1.1fr -k1.2,1.3n \"$1\""));
+    zv::CloseSettings();
 }
 
 TEST_F(TextActionsWindowTest, EveryCommandHasACaptionAndAnItemInTheMenuBar) {

@@ -5,10 +5,14 @@
 #include "platform/Prompt.h"
 #include "shell/MainFormHelper.h"
 #include "support/ZvTestSupport.h"
+#include "ui/Actions.h"
 #include "ui/EditorWidget.h"
 #include "ui/MainWindow.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -61,6 +65,29 @@ inline zv::TEditorWidget& OpenInWindow(zv::TMainFormHelper& helper, zv::TMainWin
     zv::TEditorWidget& editor = *window.ActiveEditor();
     editor.setFocus();
     return editor;
+}
+
+// Runs `action` as a click on its item in the menu named `menuName` (a menu of the bar or a
+// submenu): the item must be there and enabled.
+inline void ClickInMenu(zv::TMainWindow& window, const char* menuName, const char* action) {
+    auto* menu = window.menuBar()->findChild<QMenu*>(QString::fromLatin1(menuName));
+    ASSERT_NE(menu, nullptr) << menuName;
+    QAction* item = window.Actions().Get(action);
+    ASSERT_TRUE(menu->actions().contains(item)) << action << " is not in " << menuName;
+    window.Actions().UpdateActions();
+    ASSERT_TRUE(item->isEnabled()) << action;
+    item->trigger();
+}
+
+// The output of the shell `pipeline` run on `input`, written to `file` and named by $1.
+inline std::string ToolOutput(const std::filesystem::path& file, const std::string& input,
+                              const std::string& pipeline) {
+    WriteAll(file, input);
+    int status = 0;
+    const std::string out =
+        RunOutput("sh -c '" + pipeline + "' sh '" + file.string() + "'", status);
+    EXPECT_EQ(status, 0) << pipeline;
+    return out;
 }
 
 // A test with the shown window of a helper that answers from a script, and files of its own
