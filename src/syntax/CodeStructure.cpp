@@ -405,7 +405,17 @@ struct TStructureBuild::TState {
         return -1;
     }
 
-    // An anonymous function given a name: "a.b = function (" or "key: function (".
+    // Whether the name starting at `q` is declared or a member where it is assigned ("var f",
+    // "a.f"): a bare "f = function" gives a variable declared elsewhere a new value, and the
+    // function is listed where the name is defined, not at each replacement.
+    static bool Declared(std::u16string_view s, std::size_t q) {
+        while (q > 0 && (IsBlank(s[q - 1]) || s[q - 1] == kRowBreak))
+            --q;
+        return q > 0 && (s[q - 1] == u'.' || IsWordChar(s[q - 1]));
+    }
+
+    // An anonymous function given a name: "a.b = function (", "var f = function (" or
+    // "key: function (".
     int MatchAssignedFunction(std::u16string_view s) {
         for (const TDefinition& d : Defs) {
             if (d.Kind != ceFunction)
@@ -431,12 +441,13 @@ struct TStructureBuild::TState {
                     (q >= 2 &&
                      std::u16string_view(u"=!<>:").find(s[q - 2]) != std::u16string_view::npos))
                     continue;
-                --q;
+                const std::size_t assign = --q;
                 back();
                 std::size_t e = q;
                 while (q > 0 && IsWordChar(s[q - 1]))
                     --q;
-                if (q == e || Excluded(s.substr(q, e - q)))
+                if (q == e || Excluded(s.substr(q, e - q)) ||
+                    (s[assign] == u'=' && !Declared(s, q)))
                     continue;
                 return AddItem(StatementRows[q], d.Kind, std::u16string(s.substr(q, e - q)));
             }
