@@ -168,8 +168,11 @@ int TCodeStructure::FindId(std::int32_t idNr) const {
 
 // ---- The build -----------------------------------------------------------------------------
 
-struct TStructureBuild::TState {
-    const TZvWideStrings& Rows;
+namespace {
+
+struct TStructureBuildState {
+    const TZvMemoStrings& Rows;
+    bool FromThread = false;
     const TScanContext& Ctx;
     const TZvCustomMemoStyles* Styles;
     std::vector<TDefinition> Defs;
@@ -198,8 +201,9 @@ struct TStructureBuild::TState {
     int DepthIndent = 0; // indent of the row where Depth rose from 0
     int LastCodeRow = -1;
 
-    TState(const TZvWideStrings& rows, const TScanContext& ctx)
-        : Rows(rows), Ctx(ctx), Styles(ctx.Host().FStyles.get()), Count(rows.Count()) {
+    TStructureBuildState(const TZvMemoStrings& rows, const TScanContext& ctx, bool fromThread)
+        : Rows(rows), FromThread(fromThread), Ctx(ctx), Styles(ctx.Host().FStyles.get()),
+          Count(rows.Count()) {
         ClearStyle(ScanState, true);
         Out->RowCount = Count;
         if (!Styles)
@@ -216,6 +220,15 @@ struct TStructureBuild::TState {
         Separator = Styles->FList_Class_Separator;
         MethodMark = Styles->FList_Method;
         Excludes = &Styles->FFoldListExclude;
+    }
+
+    // The row's text; from the thread it is taken under the store's lock (a shared handle,
+    // no copy of the characters).
+    TRowText Text(int row) const {
+        if (!FromThread)
+            return Rows.GetRowText(row);
+        std::lock_guard lock(Rows.Lock());
+        return Rows.GetRowText(row);
     }
 
     bool Excluded(std::u16string_view word) const { return Excludes && InList(*Excludes, word); }
@@ -237,7 +250,7 @@ struct TStructureBuild::TState {
                          ? 0
                          : std::int8_t(Out->Items[static_cast<std::size_t>(item.Parent)].Level + 1);
         item.Name = std::move(name);
-        item.Text = Trimmed(Rows.Get(row));
+        item.Text = Trimmed(Text(row).View());
         Out->Items.push_back(std::move(item));
         return static_cast<int>(Out->Items.size()) - 1;
     }
@@ -714,7 +727,8 @@ struct TStructureBuild::TState {
     }
 
     void ScanOne() {
-        std::u16string_view text = Rows.Get(Row);
+        const TRowText holder = Text(Row);
+        const std::u16string_view text = holder.View();
         const TStyleProperties& before = ScanState.Properties;
         bool startsInside = before.BracketId >= 0 || before.Get(spInComment);
         Code.Reset(text.size());
@@ -773,37 +787,21 @@ struct TStructureBuild::TState {
     }
 };
 
-TStructureBuild::TStructureBuild(const TZvWideStrings& rows, const TScanContext& ctx)
-    : FState(std::make_unique<TState>(rows, ctx)) {}
+} // namespace
 
-TStructureBuild::~TStructureBuild() = default;
-
-bool TStructureBuild::Step(int rowBudget) {
-    if (FResult || FStale)
-        return true;
-    TState& s = *FState;
-    if (s.Rows.Count() != s.Count) {
-        FStale = true;
-        return true;
-    }
+std::shared_ptr<const TCodeStructure> BuildCodeStructure(const TZvMemoStrings& rows,
+                                                         const TScanContext& ctx, bool fromThread,
+                                                         const std::atomic<bool>* halt) {
+    TStructureBuildState s(rows, ctx, fromThread);
     if (s.Styles) {
-        int end = std::min(s.Count, s.Row + std::max(rowBudget, 1));
-        while (s.Row < end)
+        while (s.Row < s.Count) {
+            if ((s.Row & 1023) == 0 && halt && halt->load(std::memory_order_relaxed))
+                return nullptr;
             s.ScanOne();
-        if (s.Row < s.Count)
-            return false;
+        }
         s.Finish();
     }
-    FResult = std::move(s.Out);
-    return true;
-}
-
-std::shared_ptr<const TCodeStructure> BuildCodeStructure(const TZvWideStrings& rows,
-                                                         const TScanContext& ctx) {
-    TStructureBuild build(rows, ctx);
-    while (!build.Step(1 << 20)) {
-    }
-    return build.Result();
+    return std::move(s.Out);
 }
 
 } // namespace zv

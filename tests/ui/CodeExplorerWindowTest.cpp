@@ -33,14 +33,18 @@ class CodeExplorerWindowTest : public zvtest::TShownWindowTest {
 protected:
     CodeExplorerWindowTest() : TShownWindowTest("zv-explorer-ui") {}
     zv::TCodeExplorerPanel& Panel() const { return window->CodeExplorer(); }
-    // Waits (at most 5 s) until the panel has a structure and no build runs.
-    bool Built() const {
-        for (int i = 0; i < 500; ++i) {
-            if (Panel().Structure() && !Panel().Building())
+    // Waits (at most 10 s) until the panel holds a structure that `ready` accepts: it comes
+    // with the editor's next fold pass.
+    template <class F> bool Built(F ready) const {
+        for (int i = 0; i < 1000; ++i) {
+            if (Panel().Structure() && ready())
                 return true;
             QTest::qWait(10);
         }
         return false;
+    }
+    bool Built() const {
+        return Built([] { return true; });
     }
     static QString Selected(const QListWidget* view) {
         return view->currentItem() ? view->currentItem()->text().trimmed() : QString();
@@ -105,8 +109,7 @@ TEST_F(CodeExplorerWindowTest, FollowsTheCaretGoesToClickedItemsFiltersAndRebuil
     QTest::keyClicks(&editor, "void Later() {");
     QTest::keyClick(&editor, Qt::Key_Return);
     QTest::keyClicks(&editor, "}");
-    QTest::qWait(400);
-    ASSERT_TRUE(Built());
+    ASSERT_TRUE(Built([&] { return Visible(Panel().MemberView()).contains("void Later"); }));
     ASSERT_EQ(Selected(Panel().OuterView()), "Module");
     EXPECT_EQ(Visible(Panel().MemberView()), (QStringList{"int main", "void Later"}));
 }
