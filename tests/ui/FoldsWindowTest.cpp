@@ -109,11 +109,22 @@ TEST_F(FoldsWindowTest, MarginClicksMenuCommandsAndTheCaretOverFolds) {
     EXPECT_FALSE(zv::IsFoldClosed(lines, 0));
     EXPECT_EQ(editor.CaretRow(), 2) << "the caret leaves the hidden rows for their head";
 
-    // A scroll onto a hidden row (3 and 4 are) goes on to the next shown one its way.
+    // The scroll bar counts shown rows only (3 and 4 are hidden): each of its values puts
+    // the next shown row on top, and a shown row put on top gives the value back.
     editor.resize(editor.width(), editor.height() - editor.viewport()->height() + 3 * h);
-    editor.verticalScrollBar()->setValue(3);
-    EXPECT_EQ(editor.TopRow(), 5);
-    editor.verticalScrollBar()->setValue(4);
+    std::vector<int> shown;
+    for (int row = 0; row < lines.Count(); ++row)
+        if (!lines.GetHiddenLine(row))
+            shown.push_back(row);
+    QScrollBar& bar = *editor.verticalScrollBar();
+    EXPECT_EQ(bar.maximum(), static_cast<int>(shown.size()) - editor.VisibleRowCount() + 1);
+    for (int value = 0; value <= bar.maximum(); ++value) {
+        bar.setValue(value);
+        EXPECT_EQ(PaintedRows(editor).front(), shown[static_cast<std::size_t>(value)]) << value;
+        editor.SetTopRow(shown[static_cast<std::size_t>(value)]);
+        EXPECT_EQ(bar.value(), value);
+    }
+    editor.SetTopRow(4); // a hidden row: its head shows on top
     EXPECT_EQ(editor.TopRow(), 2);
 }
 
