@@ -132,6 +132,21 @@ bool IsTypeKind(TCEListItemType k) {
     return k == ceClass || k == ceStruct || k == ceEnum;
 }
 
+bool IsTagKind(TCEListItemType k) {
+    return k == ceTag || k == ceTagStyle || k == ceTagScript || k == ceTagHead || k == ceTagBody;
+}
+
+// The tag's name in its head row's trimmed text: what follows "<" up to a blank, ">" or "/".
+std::u16string TagName(std::u16string_view text) {
+    const std::size_t open = text.find(u'<');
+    if (open == std::u16string_view::npos)
+        return std::u16string(text);
+    std::size_t end = open + 1;
+    while (end < text.size() && !IsBlank(text[end]) && text[end] != u'>' && text[end] != u'/')
+        ++end;
+    return std::u16string(text.substr(open + 1, end - open - 1));
+}
+
 } // namespace
 
 bool IsCallableKind(TCEListItemType k) {
@@ -173,6 +188,7 @@ namespace {
 struct TStructureBuildState {
     const TZvMemoStrings& Rows;
     bool FromThread = false;
+    const TFoldTemp* Folds = nullptr; // a pass over the same rows, or null
     const TScanContext& Ctx;
     const TZvCustomMemoStyles* Styles;
     std::vector<TDefinition> Defs;
@@ -201,9 +217,10 @@ struct TStructureBuildState {
     int DepthIndent = 0; // indent of the row where Depth rose from 0
     int LastCodeRow = -1;
 
-    TStructureBuildState(const TZvMemoStrings& rows, const TScanContext& ctx, bool fromThread)
-        : Rows(rows), FromThread(fromThread), Ctx(ctx), Styles(ctx.Host().FStyles.get()),
-          Count(rows.Count()) {
+    TStructureBuildState(const TZvMemoStrings& rows, const TScanContext& ctx, bool fromThread,
+                         const TFoldTemp* folds)
+        : Rows(rows), FromThread(fromThread), Folds(folds), Ctx(ctx),
+          Styles(ctx.Host().FStyles.get()), Count(rows.Count()) {
         ClearStyle(ScanState, true);
         Out->RowCount = Count;
         if (!Styles)
@@ -743,7 +760,47 @@ struct TStructureBuildState {
         ++Row;
     }
 
+    // Tags are the folds the pass found by the syntax's paired tag words: they join the
+    // items as they stand. True when there were any.
+    bool AddTagFolds() {
+        if (!Folds || Folds->RowCount != Count)
+            return false;
+        bool any = false;
+        for (const TFoldRange& f : Folds->Folds) {
+            if (f.Region || f.Comment || !IsTagKind(f.Item))
+                continue;
+            TStructureItem item;
+            item.Row = f.First;
+            item.EndRow = f.Last;
+            item.Kind = f.Item;
+            item.Text = Trimmed(Text(f.First).View());
+            item.Name = TagName(item.Text);
+            Out->Items.push_back(std::move(item));
+            any = true;
+        }
+        return any;
+    }
+
+    // Row order, outer before inner on one row, and parents and levels by the ranges.
+    void NestByRanges() {
+        std::vector<TStructureItem>& items = Out->Items;
+        std::stable_sort(items.begin(), items.end(),
+                         [](const TStructureItem& a, const TStructureItem& b) {
+                             return a.Row != b.Row ? a.Row < b.Row : a.EndRow > b.EndRow;
+                         });
+        std::vector<int> open;
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            while (!open.empty() &&
+                   items[static_cast<std::size_t>(open.back())].EndRow < items[i].Row)
+                open.pop_back();
+            items[i].Parent = open.empty() ? -1 : open.back();
+            items[i].Level = static_cast<std::int8_t>(std::min<std::size_t>(open.size(), 126));
+            open.push_back(static_cast<int>(i));
+        }
+    }
+
     void Finish() {
+        const bool tags = AddTagFolds();
         if (!BraceMode)
             for (const TOpen& o : Open)
                 Out->Items[static_cast<std::size_t>(o.Item)].EndRow = std::max(LastCodeRow, 0);
@@ -781,6 +838,8 @@ struct TStructureBuildState {
             }
             Out->Items = std::move(sorted);
         }
+        if (tags)
+            NestByRanges();
         for (std::size_t i = 0; i < Out->Items.size(); ++i)
             if (!Out->Items[i].Owner.empty())
                 Out->ByOwner[Out->Items[i].Owner].push_back(static_cast<int>(i));
@@ -791,8 +850,9 @@ struct TStructureBuildState {
 
 std::shared_ptr<const TCodeStructure> BuildCodeStructure(const TZvMemoStrings& rows,
                                                          const TScanContext& ctx, bool fromThread,
-                                                         const std::atomic<bool>* halt) {
-    TStructureBuildState s(rows, ctx, fromThread);
+                                                         const std::atomic<bool>* halt,
+                                                         const TFoldTemp* folds) {
+    TStructureBuildState s(rows, ctx, fromThread, folds);
     if (s.Styles) {
         while (s.Row < s.Count) {
             if ((s.Row & 1023) == 0 && halt && halt->load(std::memory_order_relaxed))

@@ -1,10 +1,12 @@
 // The structure of a document for the code explorer: its named blocks (namespaces, classes,
 // functions, methods), found from the syntax's fold definitions ([Fold] with a ListItem, and
 // [FoldOptions] List_AsMethod and List_Exclude for blocks no definition names). The document's
-// background thread builds it with each fold pass and hands both over in one step.
+// background thread builds it with each fold pass and hands both over in one step; markup
+// tags come from that pass's folds.
 #pragma once
 
 #include "ZvMemoControl/StyleTypes.h"
+#include "ZvMemoControl/ZvMemoFolds.h"
 #include "ZvMemoControl/ZvMemoStrings.h"
 #include "syntax/ScanContext.h"
 
@@ -56,11 +58,12 @@ public:
 // Builds the TCodeStructure of `rows` by the document's syntax; without a syntax it is empty.
 // `fromThread`: the background thread's way, each row read under the store's lock, while the
 // main thread keeps the rows unchanged (the reader's pause); false on the main thread. Null
-// when `halt` stopped it. Linear in the rows, one row scan each.
-std::shared_ptr<const TCodeStructure> BuildCodeStructure(const TZvMemoStrings& rows,
-                                                         const TScanContext& ctx,
-                                                         bool fromThread = false,
-                                                         const std::atomic<bool>* halt = nullptr);
+// when `halt` stopped it. `folds`, a fold pass over the same rows, gives the markup tags
+// (folds the syntax names ceTag and its kin); without it there are none. Linear in the rows,
+// one row scan each.
+std::shared_ptr<const TCodeStructure>
+BuildCodeStructure(const TZvMemoStrings& rows, const TScanContext& ctx, bool fromThread = false,
+                   const std::atomic<bool>* halt = nullptr, const TFoldTemp* folds = nullptr);
 
 // Kinds that name a callable (function, method, constructor, destructor, local method).
 bool IsCallableKind(TCEListItemType kind);

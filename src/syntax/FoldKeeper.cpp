@@ -24,7 +24,7 @@ bool TFoldKeeper::RunPass(TLineScanner& scanner, const std::atomic<bool>& halt) 
         return false;
     std::shared_ptr<const TCodeStructure> structure;
     if (FWantStructure.load(std::memory_order_acquire)) {
-        structure = BuildCodeStructure(scanner.Store(), scanner.Context(), true, &halt);
+        structure = BuildCodeStructure(scanner.Store(), scanner.Context(), true, &halt, &FWork);
         if (!structure)
             return false;
     }
