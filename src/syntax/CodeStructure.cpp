@@ -174,6 +174,14 @@ int TCodeStructure::FindId(std::int32_t idNr, int row) const {
     return FindId(idNr);
 }
 
+bool TCodeStructure::SameItemsAs(const TCodeStructure& other) const {
+    return std::equal(Items.begin(), Items.end(), other.Items.begin(), other.Items.end(),
+                      [](const TStructureItem& a, const TStructureItem& b) {
+                          return a.Row == b.Row && a.EndRow == b.EndRow && a.IdNr == b.IdNr &&
+                                 a.Parent == b.Parent && a.Kind == b.Kind && a.Text == b.Text;
+                      });
+}
+
 int TCodeStructure::FindId(std::int32_t idNr) const {
     for (std::size_t i = 0; i < Items.size(); ++i)
         if (Items[i].IdNr == idNr)

@@ -49,6 +49,9 @@ public:
                 return i;
         return -1;
     }
+    // True when both list the same items (kind, text and rows), so lists made of one serve
+    // the other. Linear in the items.
+    bool SameItemsAs(const TCodeStructure& other) const;
     // The item with fold number `idNr`, or -1.
     int FindId(std::int32_t idNr) const;
     // The same with its head row known: O(log n).

@@ -104,8 +104,13 @@ void TCodeExplorerPanel::TakeStructure() {
     }
     if (structure == FStructure && structure)
         return;
+    // An edit that left the items as they were (typing inside a body) keeps the lists.
+    const bool same = structure && FStructure && structure->SameItemsAs(*FStructure);
     FStructure = std::move(structure);
-    FillOuter();
+    if (same)
+        SyncToCaret();
+    else
+        FillOuter();
 }
 
 void TCodeExplorerPanel::FillOuter() {

@@ -113,6 +113,11 @@ TEST_F(CodeExplorerWindowTest, FollowsTheCaretGoesToClickedItemsFiltersAndRebuil
     ASSERT_TRUE(Built([&] { return Visible(Panel().MemberView()).contains("void Later"); }));
     ASSERT_EQ(Selected(Panel().OuterView()), "Module");
     EXPECT_EQ(Visible(Panel().MemberView()), (QStringList{"int main", "void Later"}));
+
+    // A line added on top moves every item down a row: the entries follow.
+    QTest::keyClick(&editor, Qt::Key_Home, Qt::ControlModifier);
+    QTest::keyClick(&editor, Qt::Key_Return);
+    ASSERT_TRUE(Built([&] { return Panel().OuterList().front().Row == 1; }));
 }
 
 // A page's tags in the outer list, as the syntax's tag folds name them, nested as they stand;
