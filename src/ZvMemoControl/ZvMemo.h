@@ -169,6 +169,14 @@ public:
     // the end of the fold around it.
     bool acnGoToFoldStart();
     bool acnGoToFoldEnd();
+    // Closes the outermost folds (or regions) inside the fold (region) around the caret.
+    bool acnCloseCurrentNestedNodes();
+    bool acnCloseCurrentNestedRegions();
+    // Makes the selection's rows a selection fold and closes it; when a row there already
+    // heads or ends one, toggles the selection fold on the first row instead. Removes the
+    // selection fold around the caret.
+    bool acnAddSelectionFold();
+    bool acnRemoveSelectionFold();
     // Opens the closed folds that hide `row` (a go-to or a search hit there); true if any.
     bool RevealRow(int row);
 

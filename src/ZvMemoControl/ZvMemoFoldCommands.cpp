@@ -107,4 +107,33 @@ bool TZvCustomMemo::acnGoToFoldEnd() {
     return true;
 }
 
+bool TZvCustomMemo::acnCloseCurrentNestedNodes() {
+    const int head = FoldHeadAround(*FLines, FCurY);
+    return head >= 0 && WithFolds([head](TZvMemoStrings& lines) {
+               return CloseNestedNodes(lines, head, false) > 0;
+           });
+}
+
+bool TZvCustomMemo::acnCloseCurrentNestedRegions() {
+    const int head = RegionHeadAround(*FLines, FCurY);
+    return head >= 0 && WithFolds([head](TZvMemoStrings& lines) {
+               return CloseNestedNodes(lines, head, true) > 0;
+           });
+}
+
+bool TZvCustomMemo::acnAddSelectionFold() {
+    const int first = HasSelection() ? std::min(FSelStartY, FSelEndY) : FCurY;
+    const int last = HasSelection() ? std::max(FSelStartY, FSelEndY) : FCurY;
+    if (last <= first)
+        return false;
+    FDoc->WithReaderPaused([&] { SelNodesAdd(*FLines, first, last); });
+    ClearSelection();
+    SetTextCursor(0, first);
+    return ToggleFoldAt(first);
+}
+
+bool TZvCustomMemo::acnRemoveSelectionFold() {
+    return WithFolds([this](TZvMemoStrings& lines) { return SelNodesRemove(lines, FCurY); });
+}
+
 } // namespace zv

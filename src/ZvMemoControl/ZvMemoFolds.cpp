@@ -276,6 +276,68 @@ bool CloseNearestNode(TZvMemoStrings& lines, int row) {
     return head >= 0 && !IsFoldClosed(lines, head) && ToggleNode(lines, head, false);
 }
 
+int CloseNestedNodes(TZvMemoStrings& lines, int line, bool regionsOnly) {
+    const std::uint32_t own = Flags(lines, line);
+    const std::uint32_t heads = regionsOnly ? Bit(abRgn_Begin) : Bit(abNodeHead) | Bit(abRgn_Begin);
+    if (!(own & heads))
+        return 0;
+    const int end = GetNodeEndFromTopLine(lines, line);
+    int closed = 0;
+    for (int row = line + 1; row < end; ++row) {
+        const std::uint32_t f = Flags(lines, row);
+        if (!(f & heads) || (f & Bit(abHidden)))
+            continue;
+        const int inner = GetNodeEndFromTopLine(lines, row);
+        if (!(f & kClosedBits) && ToggleNode(lines, row, false))
+            ++closed;
+        row = std::max(row, inner); // what lies inside stays as it is
+    }
+    return closed;
+}
+
+int RegionHeadAround(const TZvMemoStrings& lines, int row) {
+    for (int r = std::min(row, lines.Count() - 1); r >= 0; --r)
+        if ((Flags(lines, r) & Bit(abRgn_Begin)) && GetNodeEndFromTopLine(lines, r) >= row)
+            return r;
+    return -1;
+}
+
+bool SelNodesAdd(TZvMemoStrings& lines, int first, int last) {
+    if (first < 0 || last <= first || last >= lines.Count())
+        return false;
+    for (int row = first; row <= last; ++row)
+        if (Flags(lines, row) & (Bit(abSelNodeHead) | Bit(abSelNodeEnd)))
+            return false;
+    const std::int32_t id = NewFoldNumber();
+    TAttribute& head = *lines.LineAttribute(first);
+    head.SetValue(abSelNodeHead, true);
+    head.SetValue(abSelNodeClosed, false);
+    head.MutableExtra().SelNodeTopIdNr = id;
+    TAttribute& end = *lines.LineAttribute(last);
+    end.SetValue(abSelNodeEnd, true);
+    end.MutableExtra().SelNodeTopIdNr = id;
+    return true;
+}
+
+bool SelNodesRemove(TZvMemoStrings& lines, int line) {
+    int head = std::min(line, lines.Count() - 1);
+    while (head >= 0 && !(Flags(lines, head) & Bit(abSelNodeHead)))
+        --head;
+    if (head < 0)
+        return false;
+    const int end = GetNodeEndFromTopLine(lines, head);
+    if (end <= head || !(Flags(lines, end) & Bit(abSelNodeEnd)))
+        return false;
+    if (Flags(lines, head) & Bit(abSelNodeClosed))
+        ToggleNode(lines, head, true);
+    for (int row : {head, end}) {
+        TAttribute& a = *lines.LineAttribute(row);
+        a.FBooleanArray &= ~(Bit(abSelNodeHead) | Bit(abSelNodeClosed) | Bit(abSelNodeEnd));
+        a.MutableExtra().SelNodeTopIdNr = -1;
+    }
+    return true;
+}
+
 bool OpenNodesOnHiddenLine(TZvMemoStrings& lines, int row) {
     bool opened = false;
     while (row >= 0 && row < lines.Count() && lines.GetHiddenLine(row)) {

@@ -66,6 +66,21 @@ int CloseNodesOfLevel(TZvMemoStrings& lines, int level);
 bool OpenNearestNode(TZvMemoStrings& lines, int row);
 // Closes the fold around `row` (its own when it is a head); false when none or closed.
 bool CloseNearestNode(TZvMemoStrings& lines, int row);
+// Closes, inside the fold or region headed by `line`, every outermost open fold and region
+// (`regionsOnly`: `line` must head a region, and only regions close); folds inside those stay
+// open. Returns how many it closed; 0 when `line` heads no fold (or, with `regionsOnly`, no
+// region).
+int CloseNestedNodes(TZvMemoStrings& lines, int line, bool regionsOnly);
+// The head of the innermost region holding `row` (the row itself when it begins one), or -1.
+int RegionHeadAround(const TZvMemoStrings& lines, int row);
+
+// Selection folds, made by the user and left alone by the fold pass. SelNodesAdd makes rows
+// `first`..`last` one (head and end share a new number); false when last <= first or a row
+// there already heads or ends a selection fold. SelNodesRemove removes the one whose head is
+// the nearest selection head at or above `line`, opening it first; false when none.
+bool SelNodesAdd(TZvMemoStrings& lines, int first, int last);
+bool SelNodesRemove(TZvMemoStrings& lines, int line);
+
 // For a hidden row: opens the closed folds above it until it shows. Returns true when it
 // opened any.
 bool OpenNodesOnHiddenLine(TZvMemoStrings& lines, int row);

@@ -19,6 +19,7 @@ zv_engine_library(zv_memo_store
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsTail.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoStringsWrap.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvMemoFolds.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ShownRows.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvUniUtils.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ZvWideStrings.cpp
     ${CMAKE_CURRENT_LIST_DIR}/WrapRows.cpp

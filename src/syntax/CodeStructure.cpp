@@ -132,6 +132,21 @@ bool IsTypeKind(TCEListItemType k) {
     return k == ceClass || k == ceStruct || k == ceEnum;
 }
 
+bool IsTagKind(TCEListItemType k) {
+    return k == ceTag || k == ceTagStyle || k == ceTagScript || k == ceTagHead || k == ceTagBody;
+}
+
+// The tag's name in its head row's trimmed text: what follows "<" up to a blank, ">" or "/".
+std::u16string TagName(std::u16string_view text) {
+    const std::size_t open = text.find(u'<');
+    if (open == std::u16string_view::npos)
+        return std::u16string(text);
+    std::size_t end = open + 1;
+    while (end < text.size() && !IsBlank(text[end]) && text[end] != u'>' && text[end] != u'/')
+        ++end;
+    return std::u16string(text.substr(open + 1, end - open - 1));
+}
+
 } // namespace
 
 bool IsCallableKind(TCEListItemType k) {
@@ -159,6 +174,14 @@ int TCodeStructure::FindId(std::int32_t idNr, int row) const {
     return FindId(idNr);
 }
 
+bool TCodeStructure::SameItemsAs(const TCodeStructure& other) const {
+    return std::equal(Items.begin(), Items.end(), other.Items.begin(), other.Items.end(),
+                      [](const TStructureItem& a, const TStructureItem& b) {
+                          return a.Row == b.Row && a.EndRow == b.EndRow && a.IdNr == b.IdNr &&
+                                 a.Parent == b.Parent && a.Kind == b.Kind && a.Text == b.Text;
+                      });
+}
+
 int TCodeStructure::FindId(std::int32_t idNr) const {
     for (std::size_t i = 0; i < Items.size(); ++i)
         if (Items[i].IdNr == idNr)
@@ -168,8 +191,12 @@ int TCodeStructure::FindId(std::int32_t idNr) const {
 
 // ---- The build -----------------------------------------------------------------------------
 
-struct TStructureBuild::TState {
-    const TZvWideStrings& Rows;
+namespace {
+
+struct TStructureBuildState {
+    const TZvMemoStrings& Rows;
+    bool FromThread = false;
+    const TFoldTemp* Folds = nullptr; // a pass over the same rows, or null
     const TScanContext& Ctx;
     const TZvCustomMemoStyles* Styles;
     std::vector<TDefinition> Defs;
@@ -198,8 +225,10 @@ struct TStructureBuild::TState {
     int DepthIndent = 0; // indent of the row where Depth rose from 0
     int LastCodeRow = -1;
 
-    TState(const TZvWideStrings& rows, const TScanContext& ctx)
-        : Rows(rows), Ctx(ctx), Styles(ctx.Host().FStyles.get()), Count(rows.Count()) {
+    TStructureBuildState(const TZvMemoStrings& rows, const TScanContext& ctx, bool fromThread,
+                         const TFoldTemp* folds)
+        : Rows(rows), FromThread(fromThread), Folds(folds), Ctx(ctx),
+          Styles(ctx.Host().FStyles.get()), Count(rows.Count()) {
         ClearStyle(ScanState, true);
         Out->RowCount = Count;
         if (!Styles)
@@ -216,6 +245,15 @@ struct TStructureBuild::TState {
         Separator = Styles->FList_Class_Separator;
         MethodMark = Styles->FList_Method;
         Excludes = &Styles->FFoldListExclude;
+    }
+
+    // The row's text; from the thread it is taken under the store's lock (a shared handle,
+    // no copy of the characters).
+    TRowText Text(int row) const {
+        if (!FromThread)
+            return Rows.GetRowText(row);
+        std::lock_guard lock(Rows.Lock());
+        return Rows.GetRowText(row);
     }
 
     bool Excluded(std::u16string_view word) const { return Excludes && InList(*Excludes, word); }
@@ -237,7 +275,7 @@ struct TStructureBuild::TState {
                          ? 0
                          : std::int8_t(Out->Items[static_cast<std::size_t>(item.Parent)].Level + 1);
         item.Name = std::move(name);
-        item.Text = Trimmed(Rows.Get(row));
+        item.Text = Trimmed(Text(row).View());
         Out->Items.push_back(std::move(item));
         return static_cast<int>(Out->Items.size()) - 1;
     }
@@ -405,7 +443,17 @@ struct TStructureBuild::TState {
         return -1;
     }
 
-    // An anonymous function given a name: "a.b = function (" or "key: function (".
+    // Whether the name starting at `q` is declared or a member where it is assigned ("var f",
+    // "a.f"): a bare "f = function" gives a variable declared elsewhere a new value, and the
+    // function is listed where the name is defined, not at each replacement.
+    static bool Declared(std::u16string_view s, std::size_t q) {
+        while (q > 0 && (IsBlank(s[q - 1]) || s[q - 1] == kRowBreak))
+            --q;
+        return q > 0 && (s[q - 1] == u'.' || IsWordChar(s[q - 1]));
+    }
+
+    // An anonymous function given a name: "a.b = function (", "var f = function (" or
+    // "key: function (".
     int MatchAssignedFunction(std::u16string_view s) {
         for (const TDefinition& d : Defs) {
             if (d.Kind != ceFunction)
@@ -431,12 +479,13 @@ struct TStructureBuild::TState {
                     (q >= 2 &&
                      std::u16string_view(u"=!<>:").find(s[q - 2]) != std::u16string_view::npos))
                     continue;
-                --q;
+                const std::size_t assign = --q;
                 back();
                 std::size_t e = q;
                 while (q > 0 && IsWordChar(s[q - 1]))
                     --q;
-                if (q == e || Excluded(s.substr(q, e - q)))
+                if (q == e || Excluded(s.substr(q, e - q)) ||
+                    (s[assign] == u'=' && !Declared(s, q)))
                     continue;
                 return AddItem(StatementRows[q], d.Kind, std::u16string(s.substr(q, e - q)));
             }
@@ -703,7 +752,8 @@ struct TStructureBuild::TState {
     }
 
     void ScanOne() {
-        std::u16string_view text = Rows.Get(Row);
+        const TRowText holder = Text(Row);
+        const std::u16string_view text = holder.View();
         const TStyleProperties& before = ScanState.Properties;
         bool startsInside = before.BracketId >= 0 || before.Get(spInComment);
         Code.Reset(text.size());
@@ -718,7 +768,47 @@ struct TStructureBuild::TState {
         ++Row;
     }
 
+    // Tags are the folds the pass found by the syntax's paired tag words: they join the
+    // items as they stand. True when there were any.
+    bool AddTagFolds() {
+        if (!Folds || Folds->RowCount != Count)
+            return false;
+        bool any = false;
+        for (const TFoldRange& f : Folds->Folds) {
+            if (f.Region || f.Comment || !IsTagKind(f.Item))
+                continue;
+            TStructureItem item;
+            item.Row = f.First;
+            item.EndRow = f.Last;
+            item.Kind = f.Item;
+            item.Text = Trimmed(Text(f.First).View());
+            item.Name = TagName(item.Text);
+            Out->Items.push_back(std::move(item));
+            any = true;
+        }
+        return any;
+    }
+
+    // Row order, outer before inner on one row, and parents and levels by the ranges.
+    void NestByRanges() {
+        std::vector<TStructureItem>& items = Out->Items;
+        std::stable_sort(items.begin(), items.end(),
+                         [](const TStructureItem& a, const TStructureItem& b) {
+                             return a.Row != b.Row ? a.Row < b.Row : a.EndRow > b.EndRow;
+                         });
+        std::vector<int> open;
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            while (!open.empty() &&
+                   items[static_cast<std::size_t>(open.back())].EndRow < items[i].Row)
+                open.pop_back();
+            items[i].Parent = open.empty() ? -1 : open.back();
+            items[i].Level = static_cast<std::int8_t>(std::min<std::size_t>(open.size(), 126));
+            open.push_back(static_cast<int>(i));
+        }
+    }
+
     void Finish() {
+        const bool tags = AddTagFolds();
         if (!BraceMode)
             for (const TOpen& o : Open)
                 Out->Items[static_cast<std::size_t>(o.Item)].EndRow = std::max(LastCodeRow, 0);
@@ -756,43 +846,30 @@ struct TStructureBuild::TState {
             }
             Out->Items = std::move(sorted);
         }
+        if (tags)
+            NestByRanges();
         for (std::size_t i = 0; i < Out->Items.size(); ++i)
             if (!Out->Items[i].Owner.empty())
                 Out->ByOwner[Out->Items[i].Owner].push_back(static_cast<int>(i));
     }
 };
 
-TStructureBuild::TStructureBuild(const TZvWideStrings& rows, const TScanContext& ctx)
-    : FState(std::make_unique<TState>(rows, ctx)) {}
+} // namespace
 
-TStructureBuild::~TStructureBuild() = default;
-
-bool TStructureBuild::Step(int rowBudget) {
-    if (FResult || FStale)
-        return true;
-    TState& s = *FState;
-    if (s.Rows.Count() != s.Count) {
-        FStale = true;
-        return true;
-    }
+std::shared_ptr<const TCodeStructure> BuildCodeStructure(const TZvMemoStrings& rows,
+                                                         const TScanContext& ctx, bool fromThread,
+                                                         const std::atomic<bool>* halt,
+                                                         const TFoldTemp* folds) {
+    TStructureBuildState s(rows, ctx, fromThread, folds);
     if (s.Styles) {
-        int end = std::min(s.Count, s.Row + std::max(rowBudget, 1));
-        while (s.Row < end)
+        while (s.Row < s.Count) {
+            if ((s.Row & 1023) == 0 && halt && halt->load(std::memory_order_relaxed))
+                return nullptr;
             s.ScanOne();
-        if (s.Row < s.Count)
-            return false;
+        }
         s.Finish();
     }
-    FResult = std::move(s.Out);
-    return true;
-}
-
-std::shared_ptr<const TCodeStructure> BuildCodeStructure(const TZvWideStrings& rows,
-                                                         const TScanContext& ctx) {
-    TStructureBuild build(rows, ctx);
-    while (!build.Step(1 << 20)) {
-    }
-    return build.Result();
+    return std::move(s.Out);
 }
 
 } // namespace zv

@@ -1,14 +1,16 @@
 // The structure of a document for the code explorer: its named blocks (namespaces, classes,
 // functions, methods), found from the syntax's fold definitions ([Fold] with a ListItem, and
-// [FoldOptions] List_AsMethod and List_Exclude for blocks no definition names). The build
-// walks the rows in slices, so a large document is read on the main thread a few thousand
-// rows at a time and no row is ever read from another thread.
+// [FoldOptions] List_AsMethod and List_Exclude for blocks no definition names). The document's
+// background thread builds it with each fold pass and hands both over in one step; markup
+// tags come from that pass's folds.
 #pragma once
 
 #include "ZvMemoControl/StyleTypes.h"
-#include "ZvMemoControl/ZvWideStrings.h"
+#include "ZvMemoControl/ZvMemoFolds.h"
+#include "ZvMemoControl/ZvMemoStrings.h"
 #include "syntax/ScanContext.h"
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -47,40 +49,24 @@ public:
                 return i;
         return -1;
     }
+    // True when both list the same items (kind, text and rows), so lists made of one serve
+    // the other. Linear in the items.
+    bool SameItemsAs(const TCodeStructure& other) const;
     // The item with fold number `idNr`, or -1.
     int FindId(std::int32_t idNr) const;
     // The same with its head row known: O(log n).
     int FindId(std::int32_t idNr, int row) const;
 };
 
-// Builds a TCodeStructure of `rows` by the document's syntax. Rows are read only inside Step,
-// which the owner calls on the thread that changes the rows; when the row count changes
-// between steps the build is stale and the owner starts a new one.
-class TStructureBuild {
-public:
-    // `rows` and `ctx` must outlive the build. Without a syntax the result is empty.
-    TStructureBuild(const TZvWideStrings& rows, const TScanContext& ctx);
-    ~TStructureBuild();
-    TStructureBuild(const TStructureBuild&) = delete;
-    TStructureBuild& operator=(const TStructureBuild&) = delete;
-
-    // Reads at most `rowBudget` (> 0) more rows. Returns true when the build is over: done,
-    // or stale (the row count changed; Result is then null).
-    bool Step(int rowBudget);
-    bool Stale() const { return FStale; }
-    // The finished structure, null before the end or when stale.
-    std::shared_ptr<const TCodeStructure> Result() const { return FResult; }
-
-private:
-    struct TState;
-    std::unique_ptr<TState> FState;
-    std::shared_ptr<const TCodeStructure> FResult;
-    bool FStale = false;
-};
-
-// The whole build at once (tests, tools, benchmarks).
-std::shared_ptr<const TCodeStructure> BuildCodeStructure(const TZvWideStrings& rows,
-                                                         const TScanContext& ctx);
+// Builds the TCodeStructure of `rows` by the document's syntax; without a syntax it is empty.
+// `fromThread`: the background thread's way, each row read under the store's lock, while the
+// main thread keeps the rows unchanged (the reader's pause); false on the main thread. Null
+// when `halt` stopped it. `folds`, a fold pass over the same rows, gives the markup tags
+// (folds the syntax names ceTag and its kin); without it there are none. Linear in the rows,
+// one row scan each.
+std::shared_ptr<const TCodeStructure>
+BuildCodeStructure(const TZvMemoStrings& rows, const TScanContext& ctx, bool fromThread = false,
+                   const std::atomic<bool>* halt = nullptr, const TFoldTemp* folds = nullptr);
 
 // Kinds that name a callable (function, method, constructor, destructor, local method).
 bool IsCallableKind(TCEListItemType kind);

@@ -76,6 +76,12 @@ public:
     // true when the rows' folds changed.
     bool ApplyFolds(TZvMemoStrings& lines);
     TFoldKeeper& Folds() { return FFolds; }
+    // Any thread: fold passes from now on build the code explorer's structure too; the first
+    // time, a pass is asked for at once.
+    void WantStructure() {
+        if (!FFolds.WantStructure(true))
+            FThread.RequestFolds();
+    }
     // The document's own style set (null for plain text).
     const TZvCustomMemoStyles* Styles() const { return FHost->FStyles.get(); }
 

@@ -2,6 +2,7 @@
 #include "syntax/FoldKeeper.h"
 
 #include "ZvMemoControl/ZvMemoStrings.h"
+#include "syntax/LineScanner.h"
 
 namespace zv {
 
@@ -21,8 +22,15 @@ bool TFoldKeeper::RunPass(TLineScanner& scanner, const std::atomic<bool>& halt) 
     }
     if (!RunFoldPass(scanner, options, FWork, true, &halt))
         return false;
+    std::shared_ptr<const TCodeStructure> structure;
+    if (FWantStructure.load(std::memory_order_acquire)) {
+        structure = BuildCodeStructure(scanner.Store(), scanner.Context(), true, &halt, &FWork);
+        if (!structure)
+            return false;
+    }
     std::lock_guard lock(FMutex);
     std::swap(FPending, FWork);
+    FPendingStructure = std::move(structure);
     FPendingEdits = edits;
     FHasPending = true;
     return true;
@@ -37,6 +45,8 @@ bool TFoldKeeper::Apply(TZvMemoStrings& lines) {
         FPending.RowCount != lines.Count())
         return false;
     UpdateFoldData(lines, FPending);
+    if (FPendingStructure)
+        FStructure = std::move(FPendingStructure);
     return true;
 }
 

@@ -1,13 +1,17 @@
 // TFoldKeeper: the fold pass of one document between its two threads. The background thread
 // runs the pass and leaves the result here; the main thread takes it and hands it to the
 // rows in one step (UpdateFoldData), unless the text changed since the pass began: then the
-// result is dropped and the next pass, which every edit asks for, brings the right one.
+// result is dropped and the next pass, which every edit asks for, brings the right one. When
+// asked to, each pass also builds the code explorer's structure of the same text, handed
+// over with the folds.
 #pragma once
 
+#include "syntax/CodeStructure.h"
 #include "syntax/FoldPass.h"
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 
 namespace zv {
@@ -25,9 +29,16 @@ public:
     // False when `halt` stopped it (nothing is kept; ask for another pass).
     bool RunPass(TLineScanner& scanner, const std::atomic<bool>& halt);
 
+    // Any thread: passes from now on build the structure too (true) or not. True when it
+    // was asked before.
+    bool WantStructure(bool want) { return FWantStructure.exchange(want); }
+
     // Main thread, with the reader paused: hands the waiting result, if it is still about
     // this text, to the rows of `lines`. True when it did.
     bool Apply(TZvMemoStrings& lines);
+    // Main thread: the structure handed over with the last applied pass (null before one
+    // built it). Its rows are those of that pass's text.
+    const std::shared_ptr<const TCodeStructure>& Structure() const { return FStructure; }
     // True when a result waits.
     bool Pending() const;
 
@@ -37,7 +48,10 @@ private:
     TFoldTemp FPending;              // guarded by FMutex
     std::uint64_t FPendingEdits = 0; // guarded by FMutex: FEdits when the pass began
     bool FHasPending = false;        // guarded by FMutex
+    std::shared_ptr<const TCodeStructure> FPendingStructure; // guarded by FMutex
+    std::shared_ptr<const TCodeStructure> FStructure;        // main thread only
     std::atomic<std::uint64_t> FEdits{0};
+    std::atomic<bool> FWantStructure{false};
     TFoldTemp FWork; // the thread's own: the pass being made
 };
 

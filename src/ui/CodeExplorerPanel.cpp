@@ -1,12 +1,11 @@
-// The code explorer panel: builds the active editor's structure in timed slices, shows the
-// two lists, follows the caret and goes to a clicked item's line.
+// The code explorer panel: takes the active editor's structure as each fold pass hands it over,
+// shows the two lists, follows the caret and goes to a clicked item's line.
 #include "ui/CodeExplorerPanel.h"
 
 #include "ZvMemoControl/ZvMemoStyles.h"
 #include "shell/Language.h"
 #include "ui/EditorWidget.h"
 
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QSplitter>
@@ -16,10 +15,6 @@
 namespace zv {
 
 namespace {
-
-constexpr int kSliceRows = 2000;     // rows between two looks at the clock
-constexpr qint64 kSliceMs = 8;       // a slice's share of the main thread
-constexpr int kRestartDelayMs = 300; // after the last edit
 
 QString Lang(const char* key, const char* text) {
     return QString::fromStdString(LangText("Misc", key, text));
@@ -58,11 +53,6 @@ TCodeExplorerPanel::TCodeExplorerPanel(QWidget* parent)
     layout->addWidget(split, 1);
     setWidget(body);
 
-    FRestart.setSingleShot(true);
-    FRestart.setInterval(kRestartDelayMs);
-    connect(&FRestart, &QTimer::timeout, this, &TCodeExplorerPanel::StartBuild);
-    FSlices.setInterval(0);
-    connect(&FSlices, &QTimer::timeout, this, &TCodeExplorerPanel::BuildSlice);
     connect(FFilter, &QLineEdit::textChanged, this, &TCodeExplorerPanel::ApplyFilter);
     const auto outerChosen = [this](QListWidgetItem* item) {
         const int row = FOuter->row(item);
@@ -92,53 +82,35 @@ void TCodeExplorerPanel::Follow(TEditorWidget* editor) {
         SyncToCaret();
         return;
     }
-    disconnect(FTextWatch);
+    disconnect(FFoldsWatch);
     FEditor = editor;
     FStructure.reset();
     if (editor)
-        FTextWatch = connect(editor, &TEditorWidget::TextChanged, &FRestart,
-                             static_cast<void (QTimer::*)()>(&QTimer::start));
-    StartBuild();
+        FFoldsWatch =
+            connect(editor, &TEditorWidget::FoldsApplied, this, &TCodeExplorerPanel::TakeStructure);
+    TakeStructure();
 }
 
-void TCodeExplorerPanel::StartBuild() {
-    FRestart.stop();
-    FSlices.stop();
-    FBuild.reset();
+void TCodeExplorerPanel::TakeStructure() {
     TDocumentScan* scan = FEditor ? FEditor->Scan() : nullptr;
-    if (!FEditor || !FEditor->Lines() || !scan) {
-        FStructure = FEditor ? std::make_shared<TCodeStructure>() : nullptr;
+    std::shared_ptr<const TCodeStructure> structure;
+    if (scan) {
+        scan->WantStructure();
+        structure = scan->Folds().Structure();
+        const TZvCustomMemoStyles* styles = scan->Styles();
+        FSeparator = styles ? styles->FList_Class_Separator : std::u16string();
+    } else if (FEditor) {
+        structure = std::make_shared<TCodeStructure>(); // plain text: only the fixed entries
+    }
+    if (structure == FStructure && structure)
+        return;
+    // An edit that left the items as they were (typing inside a body) keeps the lists.
+    const bool same = structure && FStructure && structure->SameItemsAs(*FStructure);
+    FStructure = std::move(structure);
+    if (same)
+        SyncToCaret();
+    else
         FillOuter();
-        return;
-    }
-    const TZvCustomMemoStyles* styles = scan->Styles();
-    FSeparator = styles ? styles->FList_Class_Separator : std::u16string();
-    FBuild = std::make_unique<TStructureBuild>(*FEditor->Lines(), scan->Context());
-    FBuildScan = scan;
-    FSlices.start();
-}
-
-void TCodeExplorerPanel::BuildSlice() {
-    // The rows or the syntax went away between two slices: start on what stands now.
-    if (!FBuild || !FEditor || FEditor->Scan() != FBuildScan) {
-        StartBuild();
-        return;
-    }
-    QElapsedTimer clock;
-    clock.start();
-    bool done = false;
-    while (!done && clock.elapsed() < kSliceMs)
-        done = FBuild->Step(kSliceRows);
-    if (!done)
-        return;
-    if (FBuild->Stale()) {
-        StartBuild();
-        return;
-    }
-    FStructure = FBuild->Result();
-    FBuild.reset();
-    FSlices.stop();
-    FillOuter();
 }
 
 void TCodeExplorerPanel::FillOuter() {

@@ -1,15 +1,14 @@
 // The code explorer: a dockable panel with the outer items of the active document (namespaces,
 // classes, structures) above the members of the selected one, a filter box over both, the
 // items around the caret kept selected as the caret moves, and a click that goes to an item's
-// line. The structure is rebuilt after edits in slices of a few milliseconds on the main
-// thread, so typing never waits for a large document.
+// line. The structure comes with each fold pass of the editor's background thread, so the main
+// thread never reads the document's rows for it.
 #pragma once
 
 #include "syntax/CodeLists.h"
 
 #include <QDockWidget>
 #include <QPointer>
-#include <QTimer>
 
 #include <memory>
 
@@ -32,9 +31,8 @@ public:
     // step with its caret, which costs a search of the structure, never a rebuild.
     void Follow(TEditorWidget* editor);
 
-    // The structure in force (null before the first build ends), and whether a build runs.
+    // The structure in force: null until the first fold pass that built it is in.
     const TCodeStructure* Structure() const { return FStructure.get(); }
-    bool Building() const { return FBuild != nullptr; }
     // The lists as shown (FCEList1, FCEList2) and the selected indices (-1 none).
     const std::vector<TCEListObjectType>& OuterList() const { return FCEList1; }
     const std::vector<TCEListObjectType>& MemberList() const {
@@ -47,18 +45,17 @@ public:
     QLineEdit* FilterBox() const { return FFilter; }
 
 private:
-    void StartBuild();  // drops a running build and starts anew
-    void BuildSlice();  // one slice of the running build
-    void FillOuter();   // FCEList1 from the structure, then the members
-    void FillMembers(); // FCEList2 of the selected outer entry
-    void FillModule();  // FModuleList and its view
-    void SyncToCaret(); // selects the entries around the caret
+    void TakeStructure(); // the editor's latest structure, shown when it is new
+    void FillOuter();     // FCEList1 from the structure, then the members
+    void FillMembers();   // FCEList2 of the selected outer entry
+    void FillModule();    // FModuleList and its view
+    void SyncToCaret();   // selects the entries around the caret
     void ApplyFilter();
     void GoTo(const TCEListObjectType& entry);
     void SelectRow(QListWidget* view, int row);
 
     QPointer<TEditorWidget> FEditor;
-    QMetaObject::Connection FTextWatch;
+    QMetaObject::Connection FFoldsWatch;
     QLineEdit* FFilter;
     QListWidget* FOuter;
     QListWidget* FMembers;
@@ -68,10 +65,6 @@ private:
     QStackedWidget* FMemberPages;
     std::vector<TCEListObjectType> FModuleList;
     bool FShowingModule = false;
-    QTimer FRestart;                         // single shot: a build after the edits stop
-    QTimer FSlices;                          // zero interval while a build runs
-    std::unique_ptr<TStructureBuild> FBuild; // the running build, reading FEditor's rows
-    const void* FBuildScan = nullptr;        // the scan whose context FBuild reads
     std::shared_ptr<const TCodeStructure> FStructure;
     std::vector<TCEListObjectType> FCEList1, FCEList2;
     TCEListObjectRec CEClassRec, CEMethodRec;

@@ -270,7 +270,7 @@ int TEditorWidget::LineHeight() const {
 }
 
 int TEditorWidget::TopRow() const {
-    return verticalScrollBar()->value();
+    return FLines ? Shown().RowOf(verticalScrollBar()->value()) : verticalScrollBar()->value();
 }
 
 int TEditorWidget::CaretRow() const {
@@ -294,8 +294,12 @@ int TEditorWidget::TextLeft() const {
 
 void TEditorWidget::UpdateScrollBars() {
     const int visible = VisibleRowCount();
-    verticalScrollBar()->setRange(0, std::max(0, RowCount() - visible + 1));
+    const int top = FMemo.FTopLine, shown = FLines ? Shown().Count() : 0;
+    verticalScrollBar()->setRange(0, std::max(0, shown - visible + 1));
     verticalScrollBar()->setPageStep(visible);
+    if (shown != FShownSeen && FShownSeen >= 0) // folds changed: the same row stays on top
+        SetTopRow(top);
+    FShownSeen = shown;
     const int charWidth = fontMetrics().horizontalAdvance(QLatin1Char('M'));
     const int textWidth = viewport()->width() - GutterWidth();
     horizontalScrollBar()->setRange(0, std::max(0, FWidestSeen - textWidth / 2));
@@ -310,9 +314,7 @@ void TEditorWidget::ShowRow(int row, bool jump) {
     const int top = TopRow();
     const int visible = VisibleRowCount();
     if (row < top || ShownIndex(row) >= visible)
-        verticalScrollBar()->setValue(jump        ? std::max(0, row - visible / 3)
-                                      : row < top ? row
-                                                  : TopRowShowing(row));
+        SetTopRow(jump ? std::max(0, row - visible / 3) : row < top ? row : TopRowShowing(row));
     viewport()->update();
 }
 
@@ -333,9 +335,9 @@ TZvPos TEditorWidget::PosAt(const QPoint& point) const {
 void TEditorWidget::EnsureCaretVisible() {
     const int row = FMemo.FCurY, top = TopRow(), visible = VisibleRowCount();
     if (row < top)
-        verticalScrollBar()->setValue(row);
+        SetTopRow(row);
     else if (row >= top + visible && ShownIndex(row) >= visible)
-        verticalScrollBar()->setValue(TopRowShowing(row));
+        SetTopRow(TopRowShowing(row));
     const int px = static_cast<int>(std::lround(FMemo.TextLength(row, FMemo.FCurX)));
     const int textWidth = viewport()->width() - GutterWidth() - 4;
     if (px + 4 > FWidestSeen) {
@@ -510,9 +512,7 @@ void TEditorWidget::resizeEvent(QResizeEvent* event) {
     UpdateScrollBars();
 }
 
-void TEditorWidget::scrollContentsBy(int, int dy) {
-    if (SkipHiddenTop(dy))
-        return; // the scroll bar moved on to a shown row, which came back here
+void TEditorWidget::scrollContentsBy(int, int) {
     FMemo.FTopLine = TopRow();
     viewport()->update();
 }

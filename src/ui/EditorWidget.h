@@ -5,6 +5,7 @@
 #pragma once
 
 #include "ZvMemoControl/HighlightLists.h"
+#include "ZvMemoControl/ShownRows.h"
 #include "ZvMemoControl/TextSearch.h"
 #include "ZvMemoControl/ZvMemo.h"
 #include "syntax/BraceMatch.h"
@@ -92,6 +93,8 @@ public:
     // with jump to the upper third of the view (as for a line given on the command line).
     void ShowRow(int row, bool jump = true);
     int TopRow() const;
+    // Scrolls so that `row` (or, when hidden, the shown row above it) is the top row.
+    void SetTopRow(int row);
     int CaretRow() const;
     int VisibleRowCount() const;
     int TabWidth() const { return FMemo.DocState().FTabSize; }
@@ -218,9 +221,8 @@ private:
     int ShownIndex(int row) const;
     int FirstShownRow(int row) const;
     int TopRowShowing(int row) const;
-    // A scroll that put a hidden row on top goes on to the next shown row in its direction
-    // (dy > 0: up); true when it moved the scroll bar.
-    bool SkipHiddenTop(int dy);
+    // The shown rows, brought up to the rows: the vertical scroll bar counts these only.
+    const TShownRows& Shown() const;
     int FoldMarginWidth() const; // 0 without a syntax
     void PaintFoldMargin(QPainter& painter, const std::vector<int>& rows, int gutter);
     bool FoldMarginPress(const QPoint& at); // true when the press hit the fold margin
@@ -280,6 +282,8 @@ private:
     TBackgroundTiming FTiming;
     std::unique_ptr<TRunPainter> FPainter; // rebuilt when the font or the syntax changes
     bool FMarksDirty = true;
+    mutable TShownRows FShownRows; // through Shown() only
+    int FShownSeen = -1;           // shown rows when the scroll range was last set
     TBracePair FBraces;
     TTagPosData FTags;
     // Shared with the background thread.

@@ -1,6 +1,7 @@
 // The editor's side of folding: which rows show (hidden rows are skipped from the top row
-// down), the fold margin at the right of the gutter with an open or closed marker on each
-// fold's head, clicks on it, and the hand-over of the background thread's fold passes.
+// down, and the vertical scroll bar counts shown rows only), the fold margin at the right of
+// the gutter with an open or closed marker on each fold's head, clicks on it, and the
+// hand-over of the background thread's fold passes.
 #include "ui/EditorWidget.h"
 
 #include "ZvMemoControl/ZvMemoFolds.h"
@@ -65,16 +66,13 @@ int TEditorWidget::TopRowShowing(int row) const {
     return top;
 }
 
-bool TEditorWidget::SkipHiddenTop(int dy) {
-    const int top = TopRow();
-    if (!FLines || top >= RowCount() || !FLines->GetHiddenLine(top))
-        return false;
-    int target = dy > 0 ? top : FirstShownRow(top);
-    if (dy > 0 || target >= RowCount()) // up, or nothing shows below: the head above
-        while (target > 0 && FLines->GetHiddenLine(target))
-            --target;
-    verticalScrollBar()->setValue(target);
-    return true;
+const TShownRows& TEditorWidget::Shown() const {
+    FShownRows.Refresh(*FLines);
+    return FShownRows;
+}
+
+void TEditorWidget::SetTopRow(int row) {
+    verticalScrollBar()->setValue(FLines ? Shown().IndexOf(row) : row);
 }
 
 void TEditorWidget::PaintFoldMargin(QPainter& painter, const std::vector<int>& rows, int gutter) {

@@ -1,5 +1,6 @@
-// The window's fold commands: fold and unfold all, the fold at the caret, folds by nesting
-// level, and the caret to the fold's start or end; the View menu's Folding submenu.
+// The window's fold commands: fold and unfold all, the fold at the caret and the folds nested
+// in it, folds by nesting level, the caret to the fold's start or end, and folds made of the
+// selection; the View menu's Folding submenu.
 #include "ui/MainWindow.h"
 
 #include "ZvMemoControl/ZvMemo.h"
@@ -57,15 +58,25 @@ void TMainWindow::CreateFoldActions() {
         [](TZvMemo& m) { return m.acnGoToFoldStart(); });
     add({"GotoFoldEndAction", "View", "453", "Go to fold &end"},
         [](TZvMemo& m) { return m.acnGoToFoldEnd(); });
+    add({"FoldNestedNodesInCurrentAction", "View", "615", "Fold &nested folds in current"},
+        [](TZvMemo& m) { return m.acnCloseCurrentNestedNodes(); });
+    add({"FoldNestedRgnInCurrentAction", "View", "616", "Fold nested &regions in current"},
+        [](TZvMemo& m) { return m.acnCloseCurrentNestedRegions(); });
+    add({"AddFoldableSelectionAction", "View", "617", "&Add foldable selection"},
+        [](TZvMemo& m) { return m.acnAddSelectionFold(); });
+    add({"RemoveFoldableSelectionAction", "View", "618", "&Remove foldable selection"},
+        [](TZvMemo& m) { return m.acnRemoveSelectionFold(); });
 }
 
 void TMainWindow::FillFoldMenu(QMenu& menu) {
     TWindowActions& a = *FActions;
-    a.AddTo(menu, {"FoldAllAction", "UnfoldAllAction", "ToggleFoldAction"});
+    a.AddTo(menu, {"FoldAllAction", "UnfoldAllAction", "ToggleFoldAction",
+                   "FoldNestedNodesInCurrentAction", "FoldNestedRgnInCurrentAction"});
     QMenu& levels = *a.AddSubMenu(menu, "113", "Fold &level", "FoldLevelMenu");
     for (const TLevelCommand& c : LevelCommands())
         a.AddTo(levels, {c.Name.c_str()});
-    a.AddTo(menu, {"-", "GotoFoldStartAction", "GotoFoldEndAction"});
+    a.AddTo(menu, {"-", "GotoFoldStartAction", "GotoFoldEndAction", "-",
+                   "AddFoldableSelectionAction", "RemoveFoldableSelectionAction"});
 }
 
 } // namespace zv

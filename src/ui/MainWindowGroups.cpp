@@ -23,7 +23,7 @@ constexpr int kGroups = TTabGroups::kCount;
 // A new view starts where `like` stands.
 void StartLike(TEditorWidget& view, const TEditorWidget& like) {
     view.Memo().SetTextCursor(like.Memo().FCurX, like.Memo().FCurY);
-    view.verticalScrollBar()->setValue(like.TopRow());
+    view.SetTopRow(like.TopRow());
 }
 
 } // namespace

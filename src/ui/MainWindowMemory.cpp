@@ -40,7 +40,7 @@ void TMainWindow::ShowViewState(TEditorWidget& editor, TDocument& doc) {
         memo.SetSelection(start, end); // the caret stands at the selection's moving end
     else
         memo.SetTextCursor(caret.X, caret.Y);
-    editor.verticalScrollBar()->setValue(top);
+    editor.SetTopRow(top);
 }
 
 void TMainWindow::CreateMemoryMenus(QMenu* file) {

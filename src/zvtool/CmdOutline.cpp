@@ -1,6 +1,6 @@
 // zvtool outline [--syntax NAME] FILE: the code explorer's structure of a file, one JSON
-// object a line: name, kind, first and last row (1-based), nesting level. Scripts compare it
-// with other tools' tag lists.
+// object a line: name, kind, first and last row (1-based), nesting level; a page's tags too.
+// Scripts compare it with other tools' tag lists.
 #include "zvtool/CommandRegistry.h"
 
 #include "ZvMemoControl/CodePages.h"
@@ -9,6 +9,8 @@
 #include "common/RootFolder.h"
 #include "common/Utf.h"
 #include "syntax/CodeStructure.h"
+#include "syntax/FoldPass.h"
+#include "syntax/LineScanner.h"
 #include "syntax/SyntaxSelect.h"
 
 #include <cstdio>
@@ -40,6 +42,12 @@ const char* KindName(TCEListItemType k) {
         return "local";
     case ceDefine:
         return "define";
+    case ceTag:
+    case ceTagStyle:
+    case ceTagScript:
+    case ceTagHead:
+    case ceTagBody:
+        return "tag";
     default:
         return "other";
     }
@@ -93,7 +101,12 @@ int RunOutline(const std::vector<std::string>& args) {
         return 1;
     }
     const TScanContext ctx(host, TScanOptions{});
-    const auto structure = BuildCodeStructure(store, ctx);
+    // The tags of a page come from a fold pass, which needs every row's state.
+    TLineScanner scanner(store, ctx);
+    const std::atomic<bool> halt{false};
+    TFoldTemp folds;
+    const bool swept = scanner.Sweep(halt) && RunFoldPass(scanner, {}, folds, false);
+    const auto structure = BuildCodeStructure(store, ctx, false, nullptr, swept ? &folds : nullptr);
     for (const TStructureItem& item : structure->Items)
         std::printf("{\"name\": %s, \"kind\": \"%s\", \"line\": %d, \"end\": %d, \"level\": %d}\n",
                     JsonString(item.Name).c_str(), KindName(item.Kind), item.Row + 1,

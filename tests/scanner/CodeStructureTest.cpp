@@ -1,6 +1,6 @@
 // The code explorer's structure and lists on documents with a shipped syntax: the cases of the
-// class-and-method gathering, the item around the caret against a plain walk over every item,
-// and a build in small slices against one in a single step.
+// class-and-method gathering, and the item around the caret against a plain walk over every
+// item.
 #include "ScanTestSupport.h"
 
 #include "syntax/CodeLists.h"
@@ -85,8 +85,8 @@ TEST(CodeStructure, DocumentWithoutHeadsHasOnlyTheFixedEntries) {
 }
 
 // The entry around the caret, found by the structure's ranges, is the innermost listed item
-// that a plain walk over all items finds, on every row; and slices give the same structure.
-TEST(CodeStructure, CurrentEntryMatchesAPlainWalkAndSlicesChangeNothing) {
+// that a plain walk over all items finds, on every row.
+TEST(CodeStructure, CurrentEntryMatchesAPlainWalk) {
     for (const char* syntax : {"cpp", "python"}) {
         std::u16string text = syntax == std::string("cpp")
                                   ? kCpp
@@ -97,16 +97,6 @@ TEST(CodeStructure, CurrentEntryMatchesAPlainWalkAndSlicesChangeNothing) {
                                     u"    return 1\n";
         TScanDoc doc(syntax, text);
         auto s = BuildCodeStructure(doc.Store, *doc.Ctx);
-        TStructureBuild sliced(doc.Store, *doc.Ctx);
-        int steps = 0;
-        while (!sliced.Step(1))
-            ++steps;
-        ASSERT_EQ(steps, doc.Store.Count() - 1) << syntax;
-        ASSERT_EQ(sliced.Result()->Items.size(), s->Items.size()) << syntax;
-        for (std::size_t i = 0; i < s->Items.size(); ++i) {
-            EXPECT_EQ(sliced.Result()->Items[i].IdNr, s->Items[i].IdNr);
-            EXPECT_EQ(sliced.Result()->Items[i].EndRow, s->Items[i].EndRow);
-        }
         ASSERT_GE(s->Items.size(), 3u) << syntax;
         const auto all = GetFunctionList(*s, u"::");
         for (int row = 0; row < doc.Store.Count(); ++row) {
@@ -124,16 +114,6 @@ TEST(CodeStructure, CurrentEntryMatchesAPlainWalkAndSlicesChangeNothing) {
                 EXPECT_EQ(got, expected) << syntax << " row " << row;
         }
     }
-}
-
-TEST(CodeStructure, BuildGoesStaleWhenRowsChange) {
-    TScanDoc doc("cpp", kCpp);
-    TStructureBuild build(doc.Store, *doc.Ctx);
-    EXPECT_FALSE(build.Step(2));
-    doc.Store.Add(u"void late() {}");
-    EXPECT_TRUE(build.Step(1000));
-    EXPECT_TRUE(build.Stale());
-    EXPECT_EQ(build.Result(), nullptr);
 }
 
 } // namespace

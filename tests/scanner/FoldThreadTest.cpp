@@ -1,10 +1,11 @@
 // Folds rebuilt by the document's background thread while the text is edited through the
 // edit path: once typing stops, every row's fold data equals a fresh full pass over the same
-// text, and a closed fold stays closed over an edit elsewhere. Run under ThreadSanitizer in
-// the tsan build.
+// text, the code explorer's structure handed over with the folds equals a fresh build, and a
+// closed fold stays closed over an edit elsewhere. Run under ThreadSanitizer in the tsan build.
 #include "FoldSupport.h"
 
 #include "ZvMemoControl/ZvMemo.h"
+#include "syntax/CodeStructure.h"
 #include "syntax/DocumentScan.h"
 
 #include <random>
@@ -33,6 +34,20 @@ bool WaitForFolds(TDocumentScan& scan, TFoldView& view, TZvMemoStrings& lines) {
         std::this_thread::sleep_for(1ms);
     }
     return false;
+}
+
+// The items of a structure as text: kind, name, rows.
+std::vector<std::string> Outline(const TCodeStructure& s) {
+    std::vector<std::string> out;
+    for (const TStructureItem& item : s.Items)
+        out.push_back(std::to_string(item.Kind) + " " + Utf16ToUtf8(item.Name) + " " +
+                      std::to_string(item.Row) + "-" + std::to_string(item.EndRow));
+    return out;
+}
+
+std::vector<std::string> FreshOutline(const std::string& syntax, std::u16string_view text) {
+    TScanDoc doc(syntax, text);
+    return Outline(*BuildCodeStructure(doc.Store, *doc.Ctx));
 }
 
 std::u16string Program(std::mt19937& rng, int blocks) {
@@ -66,6 +81,7 @@ TEST(FoldThread, FoldsAfterRandomEditsEqualAFreshPassAndAClosedFoldSurvivesAnEdi
                                                     TBackgroundTiming{0ms, 1ms, 1ms, 1ms});
         doc->SetReader(scan);
         scan->AddObserver(&view);
+        scan->WantStructure();
         scan->Start();
         TZvMemo memo;
         memo.SetDocument(doc);
@@ -93,6 +109,8 @@ TEST(FoldThread, FoldsAfterRandomEditsEqualAFreshPassAndAClosedFoldSurvivesAnEdi
         ASSERT_TRUE(WaitForFolds(*scan, view, doc->Lines())) << "seed " << seed;
         const std::u16string text = doc->Lines().GetTextWithLinefeeds();
         ASSERT_EQ(FoldRows(doc->Lines()), FreshFoldRows("c", text)) << "seed " << seed;
+        ASSERT_NE(scan->Folds().Structure(), nullptr);
+        EXPECT_EQ(Outline(*scan->Folds().Structure()), FreshOutline("c", text)) << "seed " << seed;
 
         // Close the last outermost fold, then add a block at the top.
         int head = -1;

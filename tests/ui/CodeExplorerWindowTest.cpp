@@ -1,7 +1,8 @@
 // The code explorer in the real window, as a user drives it: View > Code explorer shows the
 // panel with the classes of the open file; moving the caret with the keys keeps the class and
 // member around it selected; a click on a member puts the caret on its line; the filter box
-// hides what does not match; typing a new function shows it once typing stops.
+// hides what does not match; typing a new function shows it once typing stops; a page lists
+// its tags.
 #include "UiFixtures.h"
 #include "ui/Actions.h"
 #include "ui/CodeExplorerPanel.h"
@@ -33,14 +34,18 @@ class CodeExplorerWindowTest : public zvtest::TShownWindowTest {
 protected:
     CodeExplorerWindowTest() : TShownWindowTest("zv-explorer-ui") {}
     zv::TCodeExplorerPanel& Panel() const { return window->CodeExplorer(); }
-    // Waits (at most 5 s) until the panel has a structure and no build runs.
-    bool Built() const {
-        for (int i = 0; i < 500; ++i) {
-            if (Panel().Structure() && !Panel().Building())
+    // Waits (at most 10 s) until the panel holds a structure that `ready` accepts: it comes
+    // with the editor's next fold pass.
+    template <class F> bool Built(F ready) const {
+        for (int i = 0; i < 1000; ++i) {
+            if (Panel().Structure() && ready())
                 return true;
             QTest::qWait(10);
         }
         return false;
+    }
+    bool Built() const {
+        return Built([] { return true; });
     }
     static QString Selected(const QListWidget* view) {
         return view->currentItem() ? view->currentItem()->text().trimmed() : QString();
@@ -105,10 +110,38 @@ TEST_F(CodeExplorerWindowTest, FollowsTheCaretGoesToClickedItemsFiltersAndRebuil
     QTest::keyClicks(&editor, "void Later() {");
     QTest::keyClick(&editor, Qt::Key_Return);
     QTest::keyClicks(&editor, "}");
-    QTest::qWait(400);
-    ASSERT_TRUE(Built());
+    ASSERT_TRUE(Built([&] { return Visible(Panel().MemberView()).contains("void Later"); }));
     ASSERT_EQ(Selected(Panel().OuterView()), "Module");
     EXPECT_EQ(Visible(Panel().MemberView()), (QStringList{"int main", "void Later"}));
+
+    // A line added on top moves every item down a row: the entries follow.
+    QTest::keyClick(&editor, Qt::Key_Home, Qt::ControlModifier);
+    QTest::keyClick(&editor, Qt::Key_Return);
+    ASSERT_TRUE(Built([&] { return Panel().OuterList().front().Row == 1; }));
+}
+
+// A page's tags in the outer list, as the syntax's tag folds name them, nested as they stand;
+// the tag around the caret is the one selected.
+TEST_F(CodeExplorerWindowTest, PageTagsAreOuterItems) {
+    (void)kTreeRoot;
+    zv::TEditorWidget& editor = Open("page.html", "<html>\n<head>\n  <title>T</title>\n"
+                                                  "</head>\n<body>\n  <div class=\"a\">\n"
+                                                  "    <p>x</p>\n  </div>\n  <script>\n"
+                                                  "    var v = 1;\n  </script>\n</body>\n"
+                                                  "</html>\n");
+    window->Actions().Get("CodeExplorerAction")->trigger();
+    ASSERT_TRUE(Built([&] { return Panel().OuterList().size() > 1; }));
+    EXPECT_EQ(Visible(Panel().OuterView()),
+              (QStringList{"<head>", "<body>", "<div class=\"a\">", "<script>", "Module"}));
+    EXPECT_EQ(Panel().OuterList()[2].nLevel, 1);
+    EXPECT_EQ(Panel().OuterList()[2].sLongParent, u"<body>");
+    editor.setFocus();
+    editor.Memo().SetTextCursor(0, 6);
+    Panel().Follow(&editor);
+    EXPECT_EQ(Selected(Panel().OuterView()), "<div class=\"a\">");
+    editor.Memo().SetTextCursor(0, 11); // behind the script, still in the body
+    Panel().Follow(&editor);
+    EXPECT_EQ(Selected(Panel().OuterView()), "<body>");
 }
 
 } // namespace

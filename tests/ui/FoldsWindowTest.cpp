@@ -1,7 +1,8 @@
 // Folding in the real window: the fold margin shows a marker on each fold's head once the
 // background thread has built the folds, a click there folds and the painted rows skip the
 // hidden ones, the caret and the mouse step over them, and fold all then unfold all from the
-// View menu leave the text, the caret and the bytes on disk as they were.
+// View menu leave the text, the caret and the bytes on disk as they were; nested folds and
+// selection folds from the same menu.
 #include "UiFixtures.h"
 #include "support/ZvTestSupport.h"
 #include "ui/Actions.h"
@@ -108,12 +109,84 @@ TEST_F(FoldsWindowTest, MarginClicksMenuCommandsAndTheCaretOverFolds) {
     EXPECT_FALSE(zv::IsFoldClosed(lines, 0));
     EXPECT_EQ(editor.CaretRow(), 2) << "the caret leaves the hidden rows for their head";
 
-    // A scroll onto a hidden row (3 and 4 are) goes on to the next shown one its way.
+    // The scroll bar counts shown rows only (3 and 4 are hidden): each of its values puts
+    // the next shown row on top, and a shown row put on top gives the value back.
     editor.resize(editor.width(), editor.height() - editor.viewport()->height() + 3 * h);
-    editor.verticalScrollBar()->setValue(3);
-    EXPECT_EQ(editor.TopRow(), 5);
-    editor.verticalScrollBar()->setValue(4);
+    std::vector<int> shown;
+    for (int row = 0; row < lines.Count(); ++row)
+        if (!lines.GetHiddenLine(row))
+            shown.push_back(row);
+    QScrollBar& bar = *editor.verticalScrollBar();
+    EXPECT_EQ(bar.maximum(), static_cast<int>(shown.size()) - editor.VisibleRowCount() + 1);
+    for (int value = 0; value <= bar.maximum(); ++value) {
+        bar.setValue(value);
+        EXPECT_EQ(PaintedRows(editor).front(), shown[static_cast<std::size_t>(value)]) << value;
+        editor.SetTopRow(shown[static_cast<std::size_t>(value)]);
+        EXPECT_EQ(bar.value(), value);
+    }
+    editor.SetTopRow(4); // a hidden row: its head shows on top
     EXPECT_EQ(editor.TopRow(), 2);
+}
+
+// The commands a user finds under View > Folding for nested folds and folds of a selection:
+// the nested command closes only the outermost folds inside the current one, and a selection
+// fold hides exactly its rows, survives a fold pass after an edit elsewhere and goes again.
+TEST_F(FoldsWindowTest, NestedAndSelectionFoldsFromTheMenu) {
+    ASSERT_TRUE(kTreeRoot);
+    const std::string original = "int f(void)\n{\n    if (a) {\n        b();\n    }\n"
+                                 "    while (c) {\n        if (d) {\n            e();\n"
+                                 "        }\n    }\n}\nint g;\nint h;\nint k;\n";
+    zv::TEditorWidget& editor = Open("nested.c", original);
+    const zv::TZvMemoStrings& lines = *editor.Lines();
+    for (int i = 0; i < 200 && !zv::IsFoldHead(lines, 6); ++i)
+        QTest::qWait(50);
+    ASSERT_TRUE(zv::IsFoldHead(lines, 0));
+    auto* folding = window->menuBar()->findChild<QMenu*>("FoldingMenu");
+    ASSERT_NE(folding, nullptr);
+    const auto hidden = [&] {
+        std::set<int> rows;
+        for (int row = 0; row < lines.Count(); ++row)
+            if (lines.GetHiddenLine(row))
+                rows.insert(row);
+        return rows;
+    };
+    const auto run = [&](const char* name) {
+        QAction* action = window->Actions().Get(name);
+        EXPECT_TRUE(action && folding->actions().contains(action)) << name;
+        if (action)
+            action->trigger();
+    };
+
+    editor.Memo().SetTextCursor(0, 0);
+    run("FoldNestedNodesInCurrentAction");
+    EXPECT_FALSE(zv::IsFoldClosed(lines, 0));
+    EXPECT_FALSE(zv::IsFoldClosed(lines, 6)) << "a fold inside a closed one stays as it was";
+    EXPECT_EQ(hidden(), (std::set<int>{3, 4, 6, 7, 8, 9}));
+    run("UnfoldAllAction");
+
+    editor.Memo().SetSelection({0, 11}, {3, 13});
+    run("AddFoldableSelectionAction");
+    EXPECT_EQ(hidden(), (std::set<int>{12, 13}));
+    EXPECT_EQ(editor.CaretRow(), 11);
+    editor.Memo().SetTextCursor(0, 3);
+    QTest::keyClicks(&editor, "x");
+    editor.Memo().SetTextCursor(0, 11);
+    QTest::keyClicks(&editor, "y"); // typing on the closed head keeps it closed
+    bool applied = false;
+    QObject::connect(&editor, &zv::TEditorWidget::FoldsApplied, [&] { applied = true; });
+    for (int i = 0; i < 200 && !applied; ++i)
+        QTest::qWait(50);
+    ASSERT_TRUE(applied);
+    EXPECT_EQ(hidden(), (std::set<int>{12, 13})) << "the fold pass leaves selection folds alone";
+    EXPECT_EQ(zv::GetNodeEndFromTopLine(lines, 11), 13);
+    run("RemoveFoldableSelectionAction");
+    EXPECT_TRUE(hidden().empty());
+    EXPECT_FALSE(zv::IsFoldHead(lines, 11));
+    QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+    std::string expected = original;
+    expected.insert(expected.find("int g;"), "y");
+    expected.insert(expected.find("        b();"), "x");
+    EXPECT_EQ(zvtest::ReadAll(dir / "nested.c"), expected);
 }
 
 } // namespace
