@@ -64,7 +64,7 @@ void TMainWindow::CreateFoldActions() {
         [](TZvMemo& m) { return m.acnCloseCurrentNestedRegions(); });
     add({"AddFoldableSelectionAction", "View", "617", "&Add foldable selection"},
         [](TZvMemo& m) { return m.acnAddSelectionFold(); });
-    add({"RemoveFoldableSelectionAction", "View", "618", "&Remove foldable selection"},
+    add({"RemoveFoldableSelectionAction", "View", "618", "Re&move foldable selection"},
         [](TZvMemo& m) { return m.acnRemoveSelectionFold(); });
 }
 
