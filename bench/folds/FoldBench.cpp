@@ -5,6 +5,7 @@
 #include "ZvMemoControl/OpenTextFile.h"
 #include "ZvMemoControl/ZvMemoFolds.h"
 #include "common/Utf.h"
+#include "syntax/FoldHandOver.h"
 #include "syntax/FoldPass.h"
 #include "syntax/LineScanner.h"
 #include "syntax/ZvSyntax.h"
@@ -83,6 +84,56 @@ void BM_UpdateFoldData(benchmark::State& state) {
         UpdateFoldData(d.Store, d.Folds);
 }
 BENCHMARK(BM_UpdateFoldData)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// The hand-over after a one-row edit in the middle row, as typing brings it: a character
+// typed (argument 0: no fold moves) or a row inserted below it (argument 1: every fold below
+// moves one row; the row goes again, untimed, after each run). The folds of the pass are the
+// corpus's own, shifted where the row came in.
+void BM_HandOverAfterOneRowEdit(benchmark::State& state) {
+    TFoldDoc& d = Doc();
+    if (!d.Ready)
+        return state.SkipWithError("no corpus");
+    const bool insert = state.range(0) != 0;
+    const int row = d.Store.Count() / 2;
+    TFoldHandOver handOver;
+    TFoldTemp next = d.Folds;
+    handOver.Apply(d.Store, next); // the first one writes every row
+    TFoldTemp shifted = d.Folds;
+    for (TFoldRange& f : shifted.Folds) {
+        f.First += f.First > row ? 1 : 0;
+        f.Last += f.Last > row ? 1 : 0;
+    }
+    ++shifted.RowCount;
+    const int length = d.Store.GetLineLength(row);
+    TTextChange typed; // a character typed at the row's end, or a line end
+    typed.From = typed.RemovedEnd = {length, row};
+    typed.InsertedEnd = insert ? TZvPos{0, row + 1} : TZvPos{length + 1, row};
+    typed.RowsAdded = insert ? 1 : 0;
+    TTextChange removed; // the inserted line end taken away again
+    removed.From = removed.InsertedEnd = {length, row};
+    removed.RemovedEnd = {0, row + 1};
+    removed.RowsAdded = -1;
+    for (auto _ : state) {
+        state.PauseTiming();
+        next = insert ? shifted : d.Folds;
+        if (insert)
+            d.Store.Insert(row + 1, u"");
+        handOver.Edited(typed);
+        state.ResumeTiming();
+        handOver.Apply(d.Store, next);
+        if (insert) {
+            state.PauseTiming();
+            d.Store.Delete(row + 1);
+            handOver.Edited(removed);
+            next = d.Folds;
+            handOver.Apply(d.Store, next);
+            state.ResumeTiming();
+        }
+    }
+    state.counters["rows"] = d.Store.Count();
+    state.counters["rows_written"] = handOver.RowsWritten();
+}
+BENCHMARK(BM_HandOverAfterOneRowEdit)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 void BM_FoldAll(benchmark::State& state) {
     TFoldDoc& d = Doc();

@@ -81,51 +81,83 @@ void WriteRow(TAttribute& a, const TRowFold& f, const std::vector<std::int32_t>&
 } // namespace
 
 void UpdateFoldData(TZvMemoStrings& lines, const TFoldTemp& temp) {
-    const int count = lines.Count();
-    if (temp.RowCount != count)
-        return;
+    if (temp.RowCount == lines.Count())
+        UpdateFoldRows(lines, temp, {TRowSpan{0, temp.RowCount - 1}});
+}
+
+TRowSpan UpdateFoldRows(TZvMemoStrings& lines, const TFoldTemp& temp,
+                        const std::vector<TRowSpan>& spans) {
+    TRowSpan skipped{lines.Count(), -1};
+    if (temp.RowCount != lines.Count())
+        return skipped;
     const std::vector<TFoldRange>& folds = temp.Folds;
-    // Numbers: a head keeps the number it had.
-    std::vector<std::int32_t> numbers(folds.size());
-    std::vector<std::pair<std::int32_t, std::int32_t>> ends; // (end row, fold)
-    ends.reserve(folds.size());
-    for (std::size_t k = 0; k < folds.size(); ++k) {
-        const TAttribute& head = lines.GetLineAttribute(folds[k].First);
-        const std::uint32_t bit = folds[k].Region ? Bit(abRgn_Begin) : Bit(abNodeHead);
-        const std::int32_t old = head.Extra().NodeTopIdNr;
-        numbers[k] = (head.FBooleanArray & bit) && old > 0 ? old : NewFoldNumber();
-        ends.emplace_back(folds[k].Last, static_cast<std::int32_t>(k));
-    }
+    // A fold's number comes from its head row as it stood before this hand-over: a head keeps
+    // the number it had. It is read before the head row is written, or, for a head outside
+    // the spans, when its end row is written (that head row is not written at all).
+    std::vector<std::int32_t> numbers(folds.size(), 0); // 0: not read yet
+    const auto numberOf = [&](std::size_t k) {
+        if (numbers[k] == 0) {
+            const TAttribute& head = lines.GetLineAttribute(folds[k].First);
+            const std::uint32_t bit = folds[k].Region ? Bit(abRgn_Begin) : Bit(abNodeHead);
+            const std::int32_t old = head.Extra().NodeTopIdNr;
+            numbers[k] = (head.FBooleanArray & bit) && old > 0 ? old : NewFoldNumber();
+        }
+        return numbers[k];
+    };
+    const auto inSpans = [&](std::int32_t row) {
+        if (spans.empty() || row < spans.front().First || row > spans.back().Last)
+            return false;
+        const auto it = std::upper_bound(spans.begin(), spans.end(), row,
+                                         [](int r, const TRowSpan& s) { return r < s.First; });
+        return it != spans.begin() && row <= std::prev(it)->Last;
+    };
+    std::vector<std::pair<std::int32_t, std::int32_t>> ends; // (end row, fold) in the spans
+    for (std::size_t k = 0; k < folds.size(); ++k)
+        if (inSpans(folds[k].Last))
+            ends.emplace_back(folds[k].Last, static_cast<std::int32_t>(k));
     std::sort(ends.begin(), ends.end());
-    std::size_t nextHead = 0, nextEnd = 0;
+    std::size_t nextEnd = 0;
     std::vector<std::int32_t> ended;
-    for (int row = 0; row < count; ++row) {
-        TRowFold f;
-        ended.clear();
-        for (; nextHead < folds.size() && folds[nextHead].First == row; ++nextHead) {
-            const TFoldRange& r = folds[nextHead];
-            if (f.Nr != 0)
-                continue; // a row heads one fold; the pass makes no second
-            f.Nr = numbers[nextHead];
-            f.Bits |= r.Region ? Bit(abRgn_Begin) : Bit(abNodeHead);
-            if (r.Comment)
-                f.Bits |= Bit(abNodeComment);
-            (r.Region ? f.RgnLevel : f.Level) = r.Level;
-            f.Item = r.Item;
+    for (const TRowSpan& span : spans) {
+        std::size_t nextHead = static_cast<std::size_t>(
+            std::lower_bound(folds.begin(), folds.end(), span.First,
+                             [](const TFoldRange& f, int row) { return f.First < row; }) -
+            folds.begin());
+        for (int row = std::max(span.First, 0); row <= span.Last && row < lines.Count(); ++row) {
+            TRowFold f;
+            ended.clear();
+            for (; nextHead < folds.size() && folds[nextHead].First == row; ++nextHead) {
+                const TFoldRange& r = folds[nextHead];
+                const std::int32_t nr = numberOf(nextHead);
+                if (f.Nr != 0)
+                    continue; // a row heads one fold; the pass makes no second
+                f.Nr = nr;
+                f.Bits |= r.Region ? Bit(abRgn_Begin) : Bit(abNodeHead);
+                if (r.Comment)
+                    f.Bits |= Bit(abNodeComment);
+                (r.Region ? f.RgnLevel : f.Level) = r.Level;
+                f.Item = r.Item;
+            }
+            for (; nextEnd < ends.size() && ends[nextEnd].first < row; ++nextEnd) {
+            }
+            for (; nextEnd < ends.size() && ends[nextEnd].first == row; ++nextEnd) {
+                const auto k = static_cast<std::size_t>(ends[nextEnd].second);
+                const TFoldRange& r = folds[k];
+                f.Bits |= r.Region ? Bit(abRgn_End) : Bit(abNodeEnd);
+                f.EndBefore = f.EndBefore || r.EndBefore;
+                if (f.Level < 0 && !r.Region)
+                    f.Level = r.Level;
+                ended.push_back(numberOf(k));
+            }
+            TAttribute* a = lines.LineAttribute(row);
+            if (!a || a->Hidden() || (a->FBooleanArray & (Bit(abNodeClosed) | Bit(abRgn_Closed)))) {
+                skipped = {std::min(skipped.First, row), std::max(skipped.Last, row)};
+                continue; // closed folds keep their flags and stay closed
+            }
+            WriteRow(*a, f, ended);
         }
-        for (; nextEnd < ends.size() && ends[nextEnd].first == row; ++nextEnd) {
-            const TFoldRange& r = folds[static_cast<std::size_t>(ends[nextEnd].second)];
-            f.Bits |= r.Region ? Bit(abRgn_End) : Bit(abNodeEnd);
-            f.EndBefore = f.EndBefore || r.EndBefore;
-            if (f.Level < 0 && !r.Region)
-                f.Level = r.Level;
-            ended.push_back(numbers[static_cast<std::size_t>(ends[nextEnd].second)]);
-        }
-        TAttribute* a = lines.LineAttribute(row);
-        if (!a || a->Hidden() || (a->FBooleanArray & (Bit(abNodeClosed) | Bit(abRgn_Closed))))
-            continue; // closed folds keep their flags and stay closed
-        WriteRow(*a, f, ended);
     }
+    return skipped;
 }
 
 bool IsFoldHead(const TZvMemoStrings& lines, int row) {

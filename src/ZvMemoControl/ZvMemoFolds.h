@@ -5,6 +5,7 @@
 #pragma once
 
 #include "ZvMemoControl/StyleTypes.h"
+#include "ZvMemoControl/WrapRows.h"
 
 #include <cstdint>
 #include <vector>
@@ -40,6 +41,13 @@ struct TFoldTemp {
 // nothing when `temp` was made for another row count. One walk over the rows; no allocation
 // for rows without fold data.
 void UpdateFoldData(TZvMemoStrings& lines, const TFoldTemp& temp);
+// The same for the rows of `spans` only (sorted, disjoint, inside the store): each gets what
+// UpdateFoldData would give it (a fold's number still comes from its head row, written or
+// not; only new numbers differ between calls). Returns the first and last row it left alone for
+// being hidden or closed (Last < First when none). Work in proportion to the rows of the
+// spans plus one look at each fold.
+TRowSpan UpdateFoldRows(TZvMemoStrings& lines, const TFoldTemp& temp,
+                        const std::vector<TRowSpan>& spans);
 
 // True when the row heads a fold (NodeHead, Rgn_Begin or SelNodeHead).
 bool IsFoldHead(const TZvMemoStrings& lines, int row);

@@ -71,7 +71,7 @@ bool TDocumentScan::ApplyFolds(TZvMemoStrings& lines) {
 }
 
 TRowRange TDocumentScan::RowsChanged(const TTextChange& change) {
-    FFolds.Edited();
+    FFolds.Edited(change);
     FThread.RequestFolds();
     // The states of rows above the first row touched stay right unless a wrapped row
     // continues into it.

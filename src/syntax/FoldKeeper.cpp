@@ -44,7 +44,7 @@ bool TFoldKeeper::Apply(TZvMemoStrings& lines) {
     if (FPendingEdits != FEdits.load(std::memory_order_acquire) ||
         FPending.RowCount != lines.Count())
         return false;
-    UpdateFoldData(lines, FPending);
+    FHandOver.Apply(lines, FPending);
     if (FPendingStructure)
         FStructure = std::move(FPendingStructure);
     return true;

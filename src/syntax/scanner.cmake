@@ -17,6 +17,7 @@ zv_engine_library(zv_scanner
     ${CMAKE_CURRENT_LIST_DIR}/DocumentScan.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FoldPass.cpp
     ${CMAKE_CURRENT_LIST_DIR}/FoldKeeper.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/FoldHandOver.cpp
     ${CMAKE_CURRENT_LIST_DIR}/CodeStructure.cpp
     ${CMAKE_CURRENT_LIST_DIR}/CodeLists.cpp
   DEPS zv_styles zv_syntax zv_memo_store zv_memo_edit)

@@ -61,13 +61,35 @@ std::u16string Program(std::mt19937& rng, int blocks) {
     return text + u"int end;";
 }
 
-TEST(FoldThread, FoldsAfterRandomEditsEqualAFreshPassAndAClosedFoldSurvivesAnEditElsewhere) {
+// The shipped C syntax, or null when it does not load.
+std::shared_ptr<TMemoStyleHost> CHost() {
     auto host = std::make_shared<TMemoStyleHost>();
-    {
-        TZvSyntax loader;
-        ASSERT_TRUE(loader.LoadStyleFromFile(
-            host.get(), Utf8ToUtf16((ShippedSyntaxFolder() / "c.syx").string()), u"c", 1, u""));
-    }
+    TZvSyntax loader;
+    if (!loader.LoadStyleFromFile(
+            host.get(), Utf8ToUtf16((ShippedSyntaxFolder() / "c.syx").string()), u"c", 1, u""))
+        return nullptr;
+    return host;
+}
+
+// The document's scan with a fast thread, started, telling `view` of its passes; with
+// `structure` each pass builds the code explorer's structure too.
+std::shared_ptr<TDocumentScan> StartScan(TZvTextDocument& doc,
+                                         const std::shared_ptr<TMemoStyleHost>& host,
+                                         TFoldView& view, bool structure) {
+    doc.SetStyleHost(host);
+    auto scan = std::make_shared<TDocumentScan>(doc.Lines(), host, TScanOptions{},
+                                                TBackgroundTiming{0ms, 1ms, 1ms, 1ms});
+    doc.SetReader(scan);
+    scan->AddObserver(&view);
+    if (structure)
+        scan->WantStructure();
+    scan->Start();
+    return scan;
+}
+
+TEST(FoldThread, FoldsAfterRandomEditsEqualAFreshPassAndAClosedFoldSurvivesAnEditElsewhere) {
+    const std::shared_ptr<TMemoStyleHost> host = CHost();
+    ASSERT_TRUE(host);
     const std::u16string pieces[] = {u"{\n",    u"}\n",  u"\n    x;\n",
                                      u"// c\n", u"/* ",  u" */",
                                      u"",       u"    ", u"if (a) {\n  b;\n}\n"};
@@ -76,13 +98,7 @@ TEST(FoldThread, FoldsAfterRandomEditsEqualAFreshPassAndAClosedFoldSurvivesAnEdi
         std::mt19937 rng(seed);
         auto doc = std::make_shared<TZvTextDocument>();
         doc->Lines().SetTextStr(Program(rng, 200));
-        doc->SetStyleHost(host);
-        auto scan = std::make_shared<TDocumentScan>(doc->Lines(), host, TScanOptions{},
-                                                    TBackgroundTiming{0ms, 1ms, 1ms, 1ms});
-        doc->SetReader(scan);
-        scan->AddObserver(&view);
-        scan->WantStructure();
-        scan->Start();
+        const std::shared_ptr<TDocumentScan> scan = StartScan(*doc, host, view, true);
         TZvMemo memo;
         memo.SetDocument(doc);
         for (int step = 0; step < 300; ++step) {
@@ -130,6 +146,57 @@ TEST(FoldThread, FoldsAfterRandomEditsEqualAFreshPassAndAClosedFoldSurvivesAnEdi
         ASSERT_TRUE(IsFoldHead(doc->Lines(), 0)); // the new block folds too
         scan->RemoveObserver(&view);
     }
+}
+
+// The hand-over writes only the rows whose folds can have changed: after every small edit,
+// with its hand-over, each row equals a fresh pass, also after a fold was closed (its rows
+// skipped) and opened again, and far from the edit where rows moved.
+TEST(FoldThread, EachHandOverAfterASmallEditEqualsAFreshPass) {
+    const std::shared_ptr<TMemoStyleHost> host = CHost();
+    ASSERT_TRUE(host);
+    const std::u16string pieces[] = {u"{\n", u"}\n", u"\n", u"x", u"// c\n", u"/* ", u" */", u""};
+    TFoldView view;
+    std::mt19937 rng(7);
+    auto doc = std::make_shared<TZvTextDocument>();
+    doc->Lines().SetTextStr(Program(rng, 40));
+    const std::shared_ptr<TDocumentScan> scan = StartScan(*doc, host, view, false);
+    TZvMemo memo;
+    memo.SetDocument(doc);
+    TZvMemoStrings& lines = doc->Lines();
+    ASSERT_TRUE(WaitForFolds(*scan, view, lines));
+    long written = 0, rows = 0; // by the hand-overs, and in the text at each
+    for (int step = 0; step < 120; ++step) {
+        if (step % 10 == 3) { // close a fold; its rows are skipped until it opens
+            for (int row = int(rng() % unsigned(lines.Count())); row < lines.Count(); ++row)
+                if (IsFoldHead(lines, row)) {
+                    doc->WithReaderPaused([&] { ToggleNode(lines, row, false); });
+                    break;
+                }
+        }
+        if (step % 10 == 6)
+            doc->WithReaderPaused([&] { OpenAllNodes(lines); });
+        int y = int(rng() % unsigned(lines.Count()));
+        while (y > 0 && lines.GetLineAttribute(y).Hidden())
+            --y;
+        memo.SetTextCursor(int(rng() % unsigned(lines.GetLineLength(y) + 1)), y);
+        const std::u16string& piece = pieces[rng() % std::size(pieces)];
+        const std::uint64_t revision = doc->Revision();
+        if (piece.empty())
+            memo.DeleteChar();
+        else
+            memo.InsertText(piece);
+        if (doc->Revision() == revision)
+            continue; // nothing to delete at the end: no pass comes
+        ASSERT_TRUE(WaitForFolds(*scan, view, lines)) << "step " << step;
+        written += scan->Folds().RowsHandedOver();
+        rows += lines.Count();
+        if (lines.VisibleCount() == lines.Count()) {
+            ASSERT_EQ(FoldRows(lines), FreshFoldRows("c", lines.GetTextWithLinefeeds()))
+                << "step " << step;
+        }
+    }
+    EXPECT_LT(written * 4, rows); // a hand-over does not walk every row
+    scan->RemoveObserver(&view);
 }
 
 } // namespace
