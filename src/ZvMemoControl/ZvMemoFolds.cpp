@@ -78,6 +78,67 @@ void WriteRow(TAttribute& a, const TRowFold& f, const std::vector<std::int32_t>&
     e.ceListItem = f.Item;
 }
 
+// The numbers of a pass's folds in one hand-over. A fold's number comes from its head row as
+// it stood before the hand-over: a head keeps the number it had. It is read before the head
+// row is written, or, for a head outside the rows written, when its end row is.
+class TFoldNumbers {
+public:
+    TFoldNumbers(const TZvMemoStrings& lines, const std::vector<TFoldRange>& folds)
+        : FLines(lines), FFolds(folds), FNumbers(folds.size(), 0) {}
+    std::int32_t Of(std::size_t k) {
+        if (FNumbers[k] == 0) {
+            const TAttribute& head = FLines.GetLineAttribute(FFolds[k].First);
+            const std::uint32_t bit = FFolds[k].Region ? Bit(abRgn_Begin) : Bit(abNodeHead);
+            const std::int32_t old = head.Extra().NodeTopIdNr;
+            FNumbers[k] = (head.FBooleanArray & bit) && old > 0 ? old : NewFoldNumber();
+        }
+        return FNumbers[k];
+    }
+
+private:
+    const TZvMemoStrings& FLines;
+    const std::vector<TFoldRange>& FFolds;
+    std::vector<std::int32_t> FNumbers; // by fold; 0 until read (numbers are above 0)
+};
+
+// (end row, fold) of each fold ending in `spans` (sorted, disjoint), by row and fold.
+std::vector<std::pair<std::int32_t, std::int32_t>> EndsInSpans(const std::vector<TFoldRange>& folds,
+                                                               const std::vector<TRowSpan>& spans) {
+    const auto inSpans = [&](std::int32_t row) {
+        if (spans.empty() || row < spans.front().First || row > spans.back().Last)
+            return false;
+        const auto it = std::upper_bound(spans.begin(), spans.end(), row,
+                                         [](int r, const TRowSpan& s) { return r < s.First; });
+        return it != spans.begin() && row <= std::prev(it)->Last;
+    };
+    std::vector<std::pair<std::int32_t, std::int32_t>> ends;
+    for (std::size_t k = 0; k < folds.size(); ++k)
+        if (inSpans(folds[k].Last))
+            ends.emplace_back(folds[k].Last, static_cast<std::int32_t>(k));
+    std::sort(ends.begin(), ends.end());
+    return ends;
+}
+
+// A fold the row heads: the first one names the row; the pass makes no second.
+void AddHead(TRowFold& f, const TFoldRange& r, std::int32_t nr) {
+    if (f.Nr != 0)
+        return;
+    f.Nr = nr;
+    f.Bits |= r.Region ? Bit(abRgn_Begin) : Bit(abNodeHead);
+    if (r.Comment)
+        f.Bits |= Bit(abNodeComment);
+    (r.Region ? f.RgnLevel : f.Level) = r.Level;
+    f.Item = r.Item;
+}
+
+// A fold the row ends (its number goes on the row's list apart).
+void AddEnd(TRowFold& f, const TFoldRange& r) {
+    f.Bits |= r.Region ? Bit(abRgn_End) : Bit(abNodeEnd);
+    f.EndBefore = f.EndBefore || r.EndBefore;
+    if (f.Level < 0 && !r.Region)
+        f.Level = r.Level;
+}
+
 } // namespace
 
 void UpdateFoldData(TZvMemoStrings& lines, const TFoldTemp& temp) {
@@ -91,31 +152,8 @@ TRowSpan UpdateFoldRows(TZvMemoStrings& lines, const TFoldTemp& temp,
     if (temp.RowCount != lines.Count())
         return skipped;
     const std::vector<TFoldRange>& folds = temp.Folds;
-    // A fold's number comes from its head row as it stood before this hand-over: a head keeps
-    // the number it had. It is read before the head row is written, or, for a head outside
-    // the spans, when its end row is written (that head row is not written at all).
-    std::vector<std::int32_t> numbers(folds.size(), 0); // 0: not read yet
-    const auto numberOf = [&](std::size_t k) {
-        if (numbers[k] == 0) {
-            const TAttribute& head = lines.GetLineAttribute(folds[k].First);
-            const std::uint32_t bit = folds[k].Region ? Bit(abRgn_Begin) : Bit(abNodeHead);
-            const std::int32_t old = head.Extra().NodeTopIdNr;
-            numbers[k] = (head.FBooleanArray & bit) && old > 0 ? old : NewFoldNumber();
-        }
-        return numbers[k];
-    };
-    const auto inSpans = [&](std::int32_t row) {
-        if (spans.empty() || row < spans.front().First || row > spans.back().Last)
-            return false;
-        const auto it = std::upper_bound(spans.begin(), spans.end(), row,
-                                         [](int r, const TRowSpan& s) { return r < s.First; });
-        return it != spans.begin() && row <= std::prev(it)->Last;
-    };
-    std::vector<std::pair<std::int32_t, std::int32_t>> ends; // (end row, fold) in the spans
-    for (std::size_t k = 0; k < folds.size(); ++k)
-        if (inSpans(folds[k].Last))
-            ends.emplace_back(folds[k].Last, static_cast<std::int32_t>(k));
-    std::sort(ends.begin(), ends.end());
+    TFoldNumbers numbers(lines, folds);
+    const std::vector<std::pair<std::int32_t, std::int32_t>> ends = EndsInSpans(folds, spans);
     std::size_t nextEnd = 0;
     std::vector<std::int32_t> ended;
     for (const TRowSpan& span : spans) {
@@ -126,28 +164,14 @@ TRowSpan UpdateFoldRows(TZvMemoStrings& lines, const TFoldTemp& temp,
         for (int row = std::max(span.First, 0); row <= span.Last && row < lines.Count(); ++row) {
             TRowFold f;
             ended.clear();
-            for (; nextHead < folds.size() && folds[nextHead].First == row; ++nextHead) {
-                const TFoldRange& r = folds[nextHead];
-                const std::int32_t nr = numberOf(nextHead);
-                if (f.Nr != 0)
-                    continue; // a row heads one fold; the pass makes no second
-                f.Nr = nr;
-                f.Bits |= r.Region ? Bit(abRgn_Begin) : Bit(abNodeHead);
-                if (r.Comment)
-                    f.Bits |= Bit(abNodeComment);
-                (r.Region ? f.RgnLevel : f.Level) = r.Level;
-                f.Item = r.Item;
-            }
-            for (; nextEnd < ends.size() && ends[nextEnd].first < row; ++nextEnd) {
-            }
+            for (; nextHead < folds.size() && folds[nextHead].First == row; ++nextHead)
+                AddHead(f, folds[nextHead], numbers.Of(nextHead));
+            while (nextEnd < ends.size() && ends[nextEnd].first < row)
+                ++nextEnd;
             for (; nextEnd < ends.size() && ends[nextEnd].first == row; ++nextEnd) {
                 const auto k = static_cast<std::size_t>(ends[nextEnd].second);
-                const TFoldRange& r = folds[k];
-                f.Bits |= r.Region ? Bit(abRgn_End) : Bit(abNodeEnd);
-                f.EndBefore = f.EndBefore || r.EndBefore;
-                if (f.Level < 0 && !r.Region)
-                    f.Level = r.Level;
-                ended.push_back(numberOf(k));
+                AddEnd(f, folds[k]);
+                ended.push_back(numbers.Of(k));
             }
             TAttribute* a = lines.LineAttribute(row);
             if (!a || a->Hidden() || (a->FBooleanArray & (Bit(abNodeClosed) | Bit(abRgn_Closed)))) {
