@@ -29,15 +29,33 @@ int LeadingColumns(std::u16string_view text, int tab) {
 // A code fold still open above the row being read.
 struct TOpenFold {
     std::int32_t Id = 0;
+    int HeadRow = 0;
     int HeadIndent = 0; // leading columns of the head row
 };
+
+// A row of one opening mark ("{" under its head, as the pass folds it with the row above):
+// marks only, no word and no blank between them, indented no deeper than `headIndent`.
+bool IsLoneOpener(std::u16string_view text, int tab, int headIndent) {
+    if (LeadingColumns(text, tab) > headIndent)
+        return false;
+    const std::size_t start = text.find_first_not_of(u" \t");
+    const std::size_t end = text.find_last_not_of(u" \t");
+    if (start == std::u16string_view::npos)
+        return false;
+    for (char16_t c : text.substr(start, end - start + 1))
+        if (c == u' ' || c == u'\t' || c == u'_' || c > 0x7F || (c >= u'0' && c <= u'9') ||
+            ((c | 0x20) >= u'a' && (c | 0x20) <= u'z'))
+            return false;
+    return true;
+}
 
 // The fold level of rows 0..last. Comment folds, regions and selection folds do not count:
 // they are no code structure, and counting a run of comments would push its middle rows
 // in. A row that heads or closes a fold stands at the outer level; where the pass ended a
 // fold before its closing row (an end-before row), the end row is the block's last body row
 // and stays inside, unless it is a deeper fold's own closing row (indented no deeper than
-// that fold's head) in the same bunch of ends.
+// that fold's head) in the same bunch of ends. A lone opening mark right under a head
+// stands with its head.
 std::vector<int> FoldLevels(const TZvMemoStrings& lines, int last, int tab) {
     std::vector<int> levels(static_cast<std::size_t>(last + 1), 0);
     std::vector<TOpenFold> open;
@@ -60,9 +78,12 @@ std::vector<int> FoldLevels(const TZvMemoStrings& lines, int last, int tab) {
                     ++inside;
             }
             level = static_cast<int>(open.size()) + inside;
+        } else if (!open.empty() && open.back().HeadRow == row - 1 &&
+                   IsLoneOpener(lines.Get(row), tab, open.back().HeadIndent)) {
+            --level;
         }
         if (a.GetValue(abNodeHead) && !a.GetValue(abNodeComment) && a.Enabled())
-            open.push_back({a.Extra().NodeTopIdNr, LeadingColumns(lines.Get(row), tab)});
+            open.push_back({a.Extra().NodeTopIdNr, row, LeadingColumns(lines.Get(row), tab)});
         levels[static_cast<std::size_t>(row)] = level;
     }
     return levels;

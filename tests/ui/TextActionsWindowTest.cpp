@@ -300,7 +300,8 @@ struct counter {
   int longest;
 };
 
-static int is_blank(int c) {
+static int is_blank(int c)
+{
   return c == ' ' || c == '\t' || c == '\n';
 }
 
@@ -330,9 +331,9 @@ int main(void) {
     zv::TZvMemo& memo = editor.Memo();
     const zv::TZvMemoStrings& lines = *editor.Lines();
     const auto awaitFolds = [&] { // the background thread builds the folds after each change
-        for (int i = 0; i < 200 && !zv::IsFoldHead(lines, 19); ++i)
+        for (int i = 0; i < 200 && !zv::IsFoldHead(lines, 20); ++i)
             QTest::qWait(50);
-        ASSERT_TRUE(zv::IsFoldHead(lines, 13) && zv::IsFoldHead(lines, 19));
+        ASSERT_TRUE(zv::IsFoldHead(lines, 14) && zv::IsFoldHead(lines, 20));
     };
     awaitFolds();
 
@@ -348,9 +349,9 @@ int main(void) {
     awaitFolds();
     memo.FTabAsSpaces = true;
     memo.DocState().FTabSize = 3;
-    memo.SetSelection({2, 18}, {0, 31});
+    memo.SetSelection({2, 19}, {0, 32});
     ClickInMenu("FormatMenu", "IndentByFoldAction");
-    EXPECT_EQ(zvtest::EditorText(editor), IndentByBraces(source, "   ", 18, 30));
+    EXPECT_EQ(zvtest::EditorText(editor), IndentByBraces(source, "   ", 19, 31));
 }
 
 TEST_F(TextActionsWindowTest, EveryCommandHasACaptionAndAnItemInTheMenuBar) {
