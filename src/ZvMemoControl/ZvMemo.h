@@ -488,6 +488,12 @@ public:
     // covers the whole lines. False when nothing changed or the edit was refused.
     bool acnIndent();
     bool acnUnIndent();
+    // Gives every non-blank line of the selection's lines (or the document) leading blanks
+    // of one indent unit (IndentUnit) per code fold of the last fold pass it lies inside;
+    // a fold's head and closing rows stand outside it (so does a lone "{" under its head),
+    // comment folds and regions count not. Blank lines stay. One undo step; false when
+    // nothing changed or the edit was refused.
+    bool acnIndentByFold();
     // Deletes from the caret to where a word move goes (Ctrl+Right, Ctrl+Left), across a line
     // end when the caret stands at one; with a selection, the selection.
     bool acnDeleteWord();

@@ -35,6 +35,7 @@ ZV_COMMAND_UNDO(TDeleteTrailingBlankLinesUndo, "030")
 ZV_COMMAND_UNDO(TDeleteLinesUndo, "031")
 ZV_COMMAND_UNDO(TDelBookmarkedLinesUndo, "021")
 ZV_COMMAND_UNDO(TSortUndo, "034")
+ZV_COMMAND_UNDO(TIndentByFoldUndo, "037")
 
 #undef ZV_COMMAND_UNDO
 

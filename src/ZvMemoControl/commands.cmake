@@ -9,6 +9,7 @@ target_sources(zv_memo_edit PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoClipCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoColumnCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoCommentCommands.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ZvMemoIndentByFold.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoJsonCommands.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoLineBlock.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ZvMemoLineCommands.cpp

@@ -1,7 +1,8 @@
 // The window actions that move the caret and select: named moves, selections of the caret's
-// word, line, paragraph, sentence, braces or tag, the walks to the next occurrence, changed
-// line or fold, and the deletes of a sentence's or screen line's part; with the Edit > Select
-// and Search > Go to submenus that show them.
+// word, line, paragraph, sentence, braces, tag or function, the plain and block extensions of
+// the selection, the walks to the next occurrence, changed line or fold, and the deletes of a
+// sentence's or screen line's part; with the Edit > Select and Search > Go to submenus that
+// show them.
 #include "ui/MainWindow.h"
 
 #include "ui/ActionDef.h"
@@ -96,6 +97,38 @@ void TMainWindow::CreateMoveActions() {
     memo({"SelectToBottomOfPageAction", "Text Cursor", "554", "To bottom of page"},
          [](TZvMemo& m) { m.acnSelectToBottomOfPage(); });
 
+    // The keys already do these (Shift, Ctrl+Shift and Alt+Shift with the moves): no shortcut.
+    memo({"SelectUpAction", "Text Cursor", "598", "Extend up"},
+         [](TZvMemo& m) { m.acnSelectUp(); });
+    memo({"SelectDownAction", "Text Cursor", "599", "Extend down"},
+         [](TZvMemo& m) { m.acnSelectDown(); });
+    memo({"SelectLeftAction", "Text Cursor", "600", "Extend left"},
+         [](TZvMemo& m) { m.acnSelectLeft(); });
+    memo({"SelectRightAction", "Text Cursor", "601", "Extend right"},
+         [](TZvMemo& m) { m.acnSelectRight(); });
+    memo({"SelectHomeAction", "Text Cursor", "602", "Extend to line start"},
+         [](TZvMemo& m) { m.acnSelectHome(); });
+    memo({"SelectEndAction", "Text Cursor", "603", "Extend to line end"},
+         [](TZvMemo& m) { m.acnSelectEnd(); });
+    memo({"SelectPageUpAction", "Text Cursor", "604", "Extend a page up"},
+         [](TZvMemo& m) { m.acnSelectPageUp(); });
+    memo({"SelectPageDownAction", "Text Cursor", "605", "Extend a page down"},
+         [](TZvMemo& m) { m.acnSelectPageDown(); });
+    memo({"SelectNextWordAction", "Text Cursor", "606", "Extend to next word"},
+         [](TZvMemo& m) { m.acnSelectNextWord(); });
+    memo({"SelectPreviousWordAction", "Text Cursor", "607", "Extend to previous word"},
+         [](TZvMemo& m) { m.acnSelectPreviousWord(); });
+    memo({"SelectCurrentProcedureAction", "Text Cursor", "608", "Current function"},
+         [](TZvMemo& m) { m.acnSelectCurrentProcedure(); });
+    memo({"BlockSelectUpAction", "Text Cursor", "609", "Block up"},
+         [](TZvMemo& m) { m.acnBlockSelectUp(); });
+    memo({"BlockSelectDownAction", "Text Cursor", "619", "Block down"},
+         [](TZvMemo& m) { m.acnBlockSelectDown(); });
+    memo({"BlockSelectLeftAction", "Text Cursor", "620", "Block left"},
+         [](TZvMemo& m) { m.acnBlockSelectLeft(); });
+    memo({"BlockSelectRightAction", "Text Cursor", "621", "Block right"},
+         [](TZvMemo& m) { m.acnBlockSelectRight(); });
+
     memo(
         {"DeleteSentenceAction", "Edit", "555", "Delete sentence"},
         [](TZvMemo& m) { m.acnDeleteSentence(); }, writable);
@@ -135,7 +168,24 @@ void TMainWindow::AddMoveMenus(QMenu& edit, QMenu& search) {
              "SelectToBottomOfPageAction",
              "-",
              "SelectAllAboveCurrentAction",
-             "SelectAllBelowCurrentAction"});
+             "SelectAllBelowCurrentAction",
+             "SelectCurrentProcedureAction",
+             "-",
+             "SelectUpAction",
+             "SelectDownAction",
+             "SelectLeftAction",
+             "SelectRightAction",
+             "SelectHomeAction",
+             "SelectEndAction",
+             "SelectPageUpAction",
+             "SelectPageDownAction",
+             "SelectNextWordAction",
+             "SelectPreviousWordAction",
+             "-",
+             "BlockSelectUpAction",
+             "BlockSelectDownAction",
+             "BlockSelectLeftAction",
+             "BlockSelectRightAction"});
     a.AddTo(edit,
             {"-", "DeleteSentenceAction", "DeleteSentenceHomeAction", "DeleteSentenceEndAction",
              "DeleteToBeginOfScreenLineAction", "DeleteToEndOfScreenLineAction"});

@@ -125,6 +125,8 @@ void TMainWindow::CreateTextActions() {
            [](TZvMemo& m) { m.acnInsertDateTime(); });
 
     // Format
+    change({"IndentByFoldAction", "Format", "622", "Indent by f&old level"},
+           [](TZvMemo& m) { m.acnIndentByFold(); });
     change({"RemoveTrailingSpacesAction", "Format", "347", "Remove &trailing spaces"},
            [](TZvMemo& m) { m.acnRemoveTrailingWhiteSpaces(); });
     change({"ConvertTabsToSpacesAction", "Format", "348", "Tabs to &spaces"},
@@ -240,10 +242,10 @@ void TMainWindow::AddTextMenus(QMenu& edit, QMenu& format) {
             {"SortLinesAction", "SortLinesDescAction", "SortLinesNumericAction",
              "SortLinesNumericDescAction", "-", "AdvancedSortAction"});
     a.AddTo(edit, {"TimeDateAction"});
-    a.AddTo(format, {"-", "RemoveTrailingSpacesAction", "ConvertTabsToSpacesAction",
-                     "ConvertSpacesToTabsAction", "-", "CommentAction", "-", "LeftAlignBlockAction",
-                     "CenterAlignBlockAction", "RightAlignBlockAction", "ReformatParagraphAction",
-                     "-", "StripTagsAction", "AddHtmlLineBreaksAction"});
+    a.AddTo(format, {"IndentByFoldAction", "-", "RemoveTrailingSpacesAction",
+                     "ConvertTabsToSpacesAction", "ConvertSpacesToTabsAction", "-", "CommentAction",
+                     "-", "LeftAlignBlockAction", "CenterAlignBlockAction", "RightAlignBlockAction",
+                     "ReformatParagraphAction", "-", "StripTagsAction", "AddHtmlLineBreaksAction"});
     a.AddTo(*a.AddSubMenu(format, "118", "&JSON", "JsonMenu"),
             {"JsonPrettyPrintAction", "JsonMinifyAction"});
     a.AddTo(

@@ -256,6 +256,42 @@ TEST_F(MoveActionsWindowTest, UnderWordWrapLineSelectionsTakeTheFileLineAndScree
     }
 }
 
+TEST_F(MoveActionsWindowTest, BlockSelectActionsMakeTheRectangleAltShiftArrowsMake) {
+    std::mt19937 random(21);
+    std::string text;
+    for (int i = 0; i < 30; ++i)
+        text += std::string(random() % 14, "ab\t "[random() % 4]) + "\n";
+    zv::TEditorWidget& editor = Open("block.txt", text);
+    zv::TZvMemo& memo = editor.Memo();
+    const std::pair<const char*, Qt::Key> kMoves[] = {{"BlockSelectUpAction", Qt::Key_Up},
+                                                      {"BlockSelectDownAction", Qt::Key_Down},
+                                                      {"BlockSelectLeftAction", Qt::Key_Left},
+                                                      {"BlockSelectRightAction", Qt::Key_Right}};
+    using TBlock = std::tuple<TZvPos, TZvPos, bool, std::u16string>;
+    const auto block = [&] {
+        return TBlock{memo.SelStart(), memo.SelEnd(), memo.FColumnMode, memo.GetColumnSelText()};
+    };
+    std::vector<int> walk(60);
+    for (int& step : walk)
+        step = static_cast<int>(random() % 4);
+    const auto run = [&](bool byKeys) {
+        memo.SetColumnMode(false);
+        memo.SetTextCursor(5, 12);
+        std::vector<TBlock> blocks;
+        for (int step : walk) {
+            if (byKeys)
+                QTest::keyClick(&editor, kMoves[step].second, Qt::AltModifier | Qt::ShiftModifier);
+            else
+                Run(kMoves[step].first);
+            blocks.push_back(block());
+        }
+        return blocks;
+    };
+    const std::vector<TBlock> byKeys = run(true);
+    EXPECT_TRUE(std::get<2>(byKeys.back()) && !std::get<3>(byKeys.back()).empty());
+    EXPECT_EQ(run(false), byKeys);
+}
+
 TEST_F(MoveActionsWindowTest, SelectTagTakesTheElementWhoseNameHoldsTheCaret) {
     ASSERT_TRUE(kTreeRoot);
     zv::TEditorWidget& editor =

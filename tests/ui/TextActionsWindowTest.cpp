@@ -1,11 +1,14 @@
 // The text commands in the real window: reached from the Edit and Format menus, checked
 // against GNU sort and the bytes on disk, commenting with the marks of the document's
-// syntax, and every command of the window shown in a menu with its caption.
+// syntax, indenting a C file by its folds against its brace depth, and every command of the
+// window shown in a menu with its caption.
 #include "UiFixtures.h"
 #include "shell/Settings.h"
 #include "support/ZvTestSupport.h"
 #include "ui/Actions.h"
 #include "ui/EditorWidget.h"
+
+#include "ZvMemoControl/ZvMemoFolds.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -21,6 +24,7 @@
 
 #include <cstdlib>
 #include <set>
+#include <sstream>
 
 namespace {
 
@@ -261,6 +265,93 @@ TEST_F(TextActionsWindowTest, NamedKeySetSurvivesARestartAndSortsAsGnuSort) {
     EXPECT_EQ(zvtest::ReadAll(dir / "k.txt"),
               ToolOn(original, "LC_ALL=C sort -s -k1.1,1.1fr -k1.2,1.3n \"$1\""));
     zv::CloseSettings();
+}
+
+// A C file's lines indented by brace depth: a line that begins with "}" stands at the depth
+// it closes to; blank lines stay.
+std::string IndentByBraces(const std::string& text, const std::string& unit, int from, int to) {
+    std::istringstream in(text);
+    std::string out, line;
+    int depth = 0;
+    for (int row = 0; std::getline(in, line); ++row) {
+        const std::size_t start = line.find_first_not_of(" \t");
+        if (start != std::string::npos && row >= from && row <= to) {
+            const int level = depth - (line[start] == '}' ? 1 : 0);
+            std::string indent;
+            for (int k = 0; k < level; ++k)
+                indent += unit;
+            line = indent + line.substr(start);
+        }
+        depth += static_cast<int>(std::count(line.begin(), line.end(), '{') -
+                                  std::count(line.begin(), line.end(), '}'));
+        out += line + "\n";
+    }
+    return out;
+}
+
+TEST_F(TextActionsWindowTest, IndentByFoldEqualsBraceDepthOnACFileAndUndoGivesBackTheBytes) {
+    ASSERT_TRUE(kTreeRoot);
+    const std::string source = R"(#include <stdio.h>
+
+/* Counts the words of standard input
+   and prints the longest. */
+struct counter {
+  int words;
+  int longest;
+};
+
+static int is_blank(int c)
+{
+  return c == ' ' || c == '\t' || c == '\n';
+}
+
+int main(void) {
+  struct counter n = {0, 0};
+  int c, length = 0;
+  while ((c = getchar()) != EOF) {
+    // A blank ends a word;
+    // anything else makes it longer.
+    if (!is_blank(c)) {
+      length++;
+      if (length > n.longest) {
+        n.longest = length;
+      }
+    } else if (length > 0) {
+      n.words++;
+      length = 0;
+    } else {
+      continue;
+    }
+  }
+  printf("%d %d\n", n.words, n.longest);
+  return 0;
+}
+)";
+    zv::TEditorWidget& editor = Open("words.c", source);
+    zv::TZvMemo& memo = editor.Memo();
+    const zv::TZvMemoStrings& lines = *editor.Lines();
+    const auto awaitFolds = [&] { // the background thread builds the folds after each change
+        for (int i = 0; i < 200 && !zv::IsFoldHead(lines, 20); ++i)
+            QTest::qWait(50);
+        ASSERT_TRUE(zv::IsFoldHead(lines, 14) && zv::IsFoldHead(lines, 20));
+    };
+    awaitFolds();
+
+    memo.FTabAsSpaces = false;
+    ClickInMenu("FormatMenu", "IndentByFoldAction");
+    QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(zvtest::ReadAll(dir / "words.c"), IndentByBraces(source, "\t", 0, 99));
+    QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(&editor, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(zvtest::ReadAll(dir / "words.c"), source);
+
+    // A selection: only its lines change, by three spaces a level.
+    awaitFolds();
+    memo.FTabAsSpaces = true;
+    memo.DocState().FTabSize = 3;
+    memo.SetSelection({2, 19}, {0, 32});
+    ClickInMenu("FormatMenu", "IndentByFoldAction");
+    EXPECT_EQ(zvtest::EditorText(editor), IndentByBraces(source, "   ", 19, 31));
 }
 
 TEST_F(TextActionsWindowTest, EveryCommandHasACaptionAndAnItemInTheMenuBar) {
