@@ -51,7 +51,9 @@ class TPosShift {
 public:
     TZvPos Map(TZvPos p) const;
     // An edit replaced [.., to) (positions in the text before it) and its text ends at `end`.
+    // With a log set, the edit is only noted there.
     void Apply(TZvPos to, TZvPos end);
+    std::vector<std::pair<TZvPos, TZvPos>>* Log = nullptr;
 
 private:
     std::int32_t FRow = -1;     // original row of the last edit's end; -1 before any edit

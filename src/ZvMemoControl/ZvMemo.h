@@ -333,6 +333,10 @@ public:
     bool FLetRefresh = true;
     bool FIsClosing = false;
     bool FUpdate = false; // a structural rescan is due (after Enter)
+    // Keys and pastes at several carets start at the caret, first or last, nearer the row
+    // array's gap, so the gap crosses the document once per key; off, always from the first
+    // down, as the other commands at every caret go. Text and carets come out the same.
+    bool FCaretKeysFromGap = true;
 
     // ---- Settings (start values as constructed).
     bool FAutoIndent = true;
@@ -408,7 +412,13 @@ private:
     bool CutAtCarets();
     // Overtype at every row of a zero-width block; false for a block with width.
     bool OverwriteColumn(char16_t c);
-    void EditEach(std::vector<TMultiCursorPos>& list, const std::function<void(std::size_t)>& edit);
+    // Runs `edit` at each caret of the list. `backward`, for edits whose order does not
+    // matter: from the last caret to the first, so the row array's gap crosses the document
+    // once, not twice; the carets are shifted by the edits above them afterwards.
+    void EditEach(std::vector<TMultiCursorPos>& list, const std::function<void(std::size_t)>& edit,
+                  bool backward = false);
+    // Whether keys at the carets of `list` go from the last caret up (FCaretKeysFromGap).
+    bool CaretKeysBackward(const std::vector<TMultiCursorPos>& list) const;
     void BeginCaretEdit(TMultiEditUndo*& record);
     void EndCaretEdit(TMultiEditUndo* record);
     std::vector<TMultiCursorPos> ColumnRows(int& left, int& right) const;

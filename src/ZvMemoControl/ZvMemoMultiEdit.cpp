@@ -30,6 +30,10 @@ TZvPos TPosShift::Map(TZvPos p) const {
 }
 
 void TPosShift::Apply(TZvPos to, TZvPos end) {
+    if (Log) {
+        Log->emplace_back(to, end);
+        return;
+    }
     // `to` is a position in the text of now; find the original row it stands for.
     std::int32_t colShift = 0;
     if (FRow >= 0 && to.Y == FNewRow) {
@@ -104,9 +108,43 @@ void TZvCustomMemo::EndCaretEdit(TMultiEditUndo* record) {
     NotifySelection();
 }
 
-void TZvCustomMemo::EditEach(std::vector<TMultiCursorPos>& list,
-                             const std::function<void(std::size_t)>& edit) {
+namespace {
+
+using TEditLog = std::vector<std::pair<TZvPos, TZvPos>>;
+
+// After edits from the last caret to the first: each caret's results and edits stand in a
+// text without the edits above it; walking down, the edits above shift them as in EditEach.
+// Caret i's edits are log[starts[i], starts[i - 1]) (the last caret's came first).
+void ShiftAfterBackward(std::vector<TMultiCursorPos>& list, const TEditLog& log,
+                        const std::vector<std::size_t>& starts) {
     TPosShift shift;
+    for (std::size_t j = 0; j < list.size(); ++j) {
+        const TPosShift above = shift;
+        TMultiCursorPos& e = list[j];
+        const TZvPos caret = above.Map({e.aCurX, e.aCurY});
+        const TZvPos start = above.Map({e.aSelStartX, e.aSelStartY});
+        const TZvPos end = above.Map({e.aSelEndX, e.aSelEndY});
+        e.aCurX = caret.X;
+        e.aCurY = caret.Y;
+        e.aSelStartX = start.X;
+        e.aSelStartY = start.Y;
+        e.aSelEndX = end.X;
+        e.aSelEndY = end.Y;
+        const std::size_t stop = j > 0 ? starts[j - 1] : log.size();
+        for (std::size_t k = starts[j]; k < stop; ++k)
+            shift.Apply(above.Map(log[k].first), above.Map(log[k].second));
+    }
+}
+
+} // namespace
+
+void TZvCustomMemo::EditEach(std::vector<TMultiCursorPos>& list,
+                             const std::function<void(std::size_t)>& edit, bool backward) {
+    TPosShift shift;
+    TEditLog log;
+    std::vector<std::size_t> starts(backward ? list.size() : 0);
+    if (backward)
+        shift.Log = &log; // the shift stays empty: Map keeps positions
     FShiftWatch = &shift;
     // One repaint and one change event at the end, not one per caret.
     auto invalidate = std::exchange(FOnInvalidate, nullptr);
@@ -115,7 +153,10 @@ void TZvCustomMemo::EditEach(std::vector<TMultiCursorPos>& list,
     auto selection = std::exchange(FOnSelectionChange, nullptr);
     const bool column = std::exchange(FColumnMode, false);
     const bool busy = std::exchange(FCaretEditBusy, true);
-    for (std::size_t i = 0; i < list.size(); ++i) {
+    for (std::size_t k = 0; k < list.size(); ++k) {
+        const std::size_t i = backward ? list.size() - 1 - k : k;
+        if (backward)
+            starts[i] = log.size();
         TMultiCursorPos& entry = list[i];
         const TZvPos caret = shift.Map(entry.Caret());
         FCurX = caret.X;
@@ -140,6 +181,8 @@ void TZvCustomMemo::EditEach(std::vector<TMultiCursorPos>& list,
         entry.aSelEndY = FSelEndY;
         entry.aSelectMode = HasSelection();
     }
+    if (backward)
+        ShiftAfterBackward(list, log, starts);
     FCaretEditBusy = busy;
     FColumnMode = column;
     FOnInvalidate = std::move(invalidate);
@@ -147,6 +190,13 @@ void TZvCustomMemo::EditEach(std::vector<TMultiCursorPos>& list,
     FOnCursorChange = std::move(cursor);
     FOnSelectionChange = std::move(selection);
     FShiftWatch = nullptr;
+}
+
+bool TZvCustomMemo::CaretKeysBackward(const std::vector<TMultiCursorPos>& list) const {
+    if (!FCaretKeysFromGap || list.empty())
+        return false;
+    const std::int64_t gap = Lines().GapRow();
+    return 2 * gap > std::int64_t(list.front().aCurY) + list.back().aCurY;
 }
 
 namespace {
@@ -203,7 +253,9 @@ bool TZvCustomMemo::EditAtCarets(TCaretEdit kind, char16_t c) {
     }
     TMultiEditUndo* record = nullptr;
     BeginCaretEdit(record);
-    EditEach(FMultiCursorList, [&](std::size_t) { EditAtCaret(kind, c); });
+    EditEach(
+        FMultiCursorList, [&](std::size_t) { EditAtCaret(kind, c); },
+        CaretKeysBackward(FMultiCursorList));
     DropDuplicates(FMultiCursorList);
     const TMultiCursorPos& last = FMultiCursorList.back();
     SetTextCursor(last.aCurX, last.aCurY);
@@ -218,7 +270,9 @@ bool TZvCustomMemo::PasteAtCarets(std::u16string_view text) {
         return false;
     TMultiEditUndo* record = nullptr;
     BeginCaretEdit(record);
-    EditEach(FMultiCursorList, [&](std::size_t) { InsertText(text); });
+    EditEach(
+        FMultiCursorList, [&](std::size_t) { InsertText(text); },
+        CaretKeysBackward(FMultiCursorList));
     const TMultiCursorPos& last = FMultiCursorList.back();
     SetTextCursor(last.aCurX, last.aCurY);
     EndCaretEdit(record);

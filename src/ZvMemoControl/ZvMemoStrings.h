@@ -60,6 +60,8 @@ public:
 
     // ---- Rows. Row numbers are 0-based; out-of-range reads answer empty, 0 or false.
     int Count() const override { return static_cast<int>(FCount); }
+    // The row the array's free slots stand before: edits near it move the fewest rows.
+    int GapRow() const { return static_cast<int>(FGapStart); }
     std::u16string_view Get(int row) const override;
     std::u16string GetLineString(int row) const { return std::u16string(Get(row)); }
     int GetLineLength(int row) const { return static_cast<int>(Get(row).size()); }
